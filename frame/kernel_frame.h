@@ -1,0 +1,90 @@
+// What every kernel does around its loop: check the arguments, put the floating-point control state in order, run the loop, restore the state.
+// A kernel names its classes in one line:
+//   nuvStatus expLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
+// The loop takes the remaining arguments and the length in 64 bits, is [[gnu::noinline]] (arithmetic must not move across a change of the control words: a call
+// that can't be inlined holds it back), and returns the status of the last failing element.
+#pragma once
+#include <immintrin.h>
+
+#include "frame/bits.h"
+#include "frame/qorvane.h"
+
+namespace qorvane {
+namespace {
+
+// Which of a null pointer and a length below 1 is reported when both are there.
+enum class Check { pointersFirst, lengthFirst };
+
+// What becomes of the caller's MXCSR while the loop runs. It is put back if it was changed; the flags that were raised meanwhile are then lost.
+enum class Mode {
+  none,           // rounding mode, FTZ and DAZ are the caller's
+  clearMode,      // round to nearest, FTZ and DAZ off
+  clearRounding,  // round to nearest, FTZ off, DAZ the caller's
+  forceDown,      // FTZ and DAZ off and rounding down, up, toward zero
+  forceUp,
+  forceToZero,
+};
+
+// The x87 control word: the caller's, or 64-bit significands and round to nearest.
+enum class X87 { asIs, fix };
+
+constexpr uint32_t modeBits = 0xe040;  // FTZ, rounding control, DAZ
+constexpr uint32_t desiredMode(Mode mode, uint32_t csr) {
+  switch (mode) {
+    case Mode::none: return csr;
+    case Mode::clearMode: return csr & ~modeBits;
+    case Mode::clearRounding: return csr & ~0xe000u;
+    case Mode::forceDown: return (csr & ~modeBits) | 0x2000;
+    case Mode::forceUp: return (csr & ~modeBits) | 0x4000;
+    case Mode::forceToZero: return (csr & ~modeBits) | 0x6000;
+  }
+  return csr;
+}
+
+[[gnu::always_inline]] inline uint32_t readMxcsr() {
+  uint32_t csr;
+  asm volatile("stmxcsr %0" : "=m"(csr) : : "memory");
+  return csr;
+}
+[[gnu::always_inline]] inline void writeMxcsr(uint32_t csr) { asm volatile("ldmxcsr %0" : : "m"(csr) : "memory"); }
+[[gnu::always_inline]] inline uint16_t readX87Control() {
+  uint16_t word;
+  asm volatile("fnstcw %0" : "=m"(word) : : "memory");
+  return word;
+}
+[[gnu::always_inline]] inline void writeX87Control(uint16_t word) { asm volatile("fldcw %0" : : "m"(word) : "memory"); }
+
+[[gnu::always_inline]] inline bool isNull(const void* p) { return p == nullptr; }
+[[gnu::always_inline]] inline bool isNull(Float64) { return false; }  // the scalar argument of a shape
+
+template <Check check, Mode mode, auto loop, X87 x87 = X87::asIs, class... Arguments>
+[[gnu::always_inline]] inline nuvStatus runKernel(int32_t len, Arguments... arguments) {
+  if (check == Check::lengthFirst && len < 1) [[unlikely]]
+    return nuvStatusBadLength;
+  if ((isNull(arguments) || ...)) [[unlikely]]
+    return nuvStatusNullPointer;
+  if (check == Check::pointersFirst && len < 1) [[unlikely]]
+    return nuvStatusBadLength;
+
+  uint16_t savedX87 = 0, wantedX87 = 0;
+  if (x87 == X87::fix) {
+    savedX87 = readX87Control();
+    wantedX87 = static_cast<uint16_t>((savedX87 & ~0x0f00) | 0x0300);
+    if (wantedX87 != savedX87) [[unlikely]]
+      writeX87Control(wantedX87);
+  }
+  uint32_t savedMxcsr = 0, wantedMxcsr = 0;
+  if (mode != Mode::none) {
+    savedMxcsr = readMxcsr();
+    wantedMxcsr = desiredMode(mode, savedMxcsr);
+    if (wantedMxcsr != savedMxcsr) writeMxcsr(wantedMxcsr);
+  }
+  const nuvStatus status = loop(arguments..., int64_t{len});
+  if (x87 == X87::fix && wantedX87 != savedX87) [[unlikely]]
+    writeX87Control(savedX87);
+  if (mode != Mode::none && wantedMxcsr != savedMxcsr) writeMxcsr(savedMxcsr);
+  return status;
+}
+
+}  // namespace
+}  // namespace qorvane
