@@ -12,17 +12,6 @@ using namespace accuracy;
 
 constexpr int64_t sample = 16000;
 
-struct WorstArgument {
-  std::string_view stem, range;
-  int firstLevel, lastLevel;
-  uint64_t a, b;
-};
-constexpr WorstArgument worstArguments[] = {
-#define WORST(stem, range, firstLevel, lastLevel, a, b) {#stem, range, firstLevel, lastLevel, a, b},
-#include "tests/worst_arguments.inc"
-#undef WORST
-};
-
 class Accuracy : public testing::TestWithParam<std::string_view> {};
 
 void expectWithin(const Range& range, int level, const Finding& worst) {
@@ -40,7 +29,7 @@ TEST_P(Accuracy, KeepsItsBounds) {
 // Alone and in a block, which may run different programs.
 TEST_P(Accuracy, KeepsItsBoundsAtTheWorstArguments) {
   const Function& function = *findFunction(GetParam());
-  for (const WorstArgument& worst : worstArguments) {
+  for (const WorstArgument& worst : worstArguments()) {
     if (worst.stem != function.stem) continue;
     const Range* range = nullptr;
     for (const Range& one : rangesOf(function.stem))
@@ -48,7 +37,7 @@ TEST_P(Accuracy, KeepsItsBoundsAtTheWorstArguments) {
     ASSERT_NE(range, nullptr) << function.stem << " has no range " << worst.range;
     for (const int level : supportedLevels())
       if (level >= worst.firstLevel && level <= worst.lastLevel)
-        for (const int32_t count : {1, 16}) expectWithin(*range, level, evaluateAt(function, level, number(worst.a), number(worst.b), count));
+        for (const int32_t count : {1, 16}) expectWithin(*range, level, evaluateAt(function, level, worst.a, worst.b, count));
   }
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tools/accuracy_measure.h"
+#include "tools/accuracy_report.h"
 
 namespace {
 using namespace accuracy;
@@ -20,12 +21,13 @@ constexpr char usage[] =
     "  --seed N       of the generator (default 1)\n"
     "  --hunt         search around the worst arguments for worse ones, and print them as rows of tests/worst_arguments.inc\n"
     "  --at A [B]     one argument, or one pair (hexadecimal numbers and 0x patterns of 16 digits are understood too)\n"
+    "  --all FOLDER   measure and hunt everything, write the table into FOLDER/accuracy.md and plots into FOLDER/accuracy/\n"
     "  --list         the functions, their ranges and bounds\n";
 
 struct Options {
   std::vector<const Function*> functions;
   int level = 0;
-  std::string range;
+  std::string range, report;
   int64_t count = 1000000;
   uint64_t seed = 1;
   bool hunting = false, list = false;
@@ -65,6 +67,8 @@ Options parse(int count, char** arguments) {
       o.seed = std::strtoull(value(), nullptr, 0);
     else if (option == "--hunt")
       o.hunting = true;
+    else if (option == "--all")
+      o.report = value();
     else if (option == "--list")
       o.list = true;
     else if (option == "--at") {
@@ -188,6 +192,13 @@ int main(int count, char** arguments) {
       for (const Range& r : rangesOf(f->stem))
         std::printf("%s, \"%s\": at most %g (levels 1-3), %g (level 4), %g (level 5)\n", f->stem.data(), r.name.data(), r.bound1To3, r.bound4, r.bound5);
     return 0;
+  }
+  if (!o.report.empty()) {
+    Clock clock;
+    const bool written = writeReport(o.report, o.count, o.seed, [&](const std::string& what, double part) { clock.show(what, part); });
+    clock.clear();
+    if (!written) std::fprintf(stderr, "qorvane-accuracy: %s/accuracy.md, its marks or the plots can't be written\n", o.report.c_str());
+    return written ? 0 : 1;
   }
   return o.at.empty() ? run(o) : runAt(o);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdio>
 #include <numbers>
 
 #if __has_include("tools/hard_trig_arguments.h")
@@ -16,6 +17,12 @@ constexpr Range ranges[] = {
 #define RANGE(stem, name, arguments, margin, bound1To3, bound4, bound5) {#stem, name, arguments, margin, bound1To3, bound4, bound5},
 #include "tools/ranges.inc"
 #undef RANGE
+};
+
+constexpr WorstArgument worst[] = {
+#define WORST(stem, range, firstLevel, lastLevel, a, b) {#stem, range, firstLevel, lastLevel, std::bit_cast<double>(uint64_t{a}), std::bit_cast<double>(uint64_t{b})},
+#include "tests/worst_arguments.inc"
+#undef WORST
 };
 
 // Doubles counted in their order, zeros as one.
@@ -52,6 +59,7 @@ double draw(const Distribution& d, double second, Random& random) {
     case Kind::uniform: return d.low + (d.high - d.low) * random.unit();
     case Kind::magnitudes: return atRank(rank(d.low) + static_cast<int64_t>(random.below(width(d))));
     case Kind::signedMagnitudes: return sign(random) * atRank(rank(d.low) + static_cast<int64_t>(random.below(width(d))));
+    case Kind::whole: return std::round(d.low + (d.high - d.low) * random.unit());
     case Kind::halves: {
       const double half = std::round(2 * (d.low + (d.high - d.low) * random.unit())) / 2;
       return half == 0 ? sign(random) * half : atRank(rank(half) - 1 + static_cast<int64_t>(random.below(3)));
@@ -77,6 +85,7 @@ bool contains(const Distribution& d, double x, double second) {
     case Kind::uniform:
     case Kind::magnitudes:
     case Kind::halves: return x >= d.low && x <= d.high;
+    case Kind::whole: return x >= d.low && x <= d.high && x == std::round(x);
     case Kind::signedMagnitudes:
     case Kind::nearMultiplesOfPiOver4:
     case Kind::hardForReduction: return std::fabs(x) >= d.low && std::fabs(x) <= d.high;
@@ -90,9 +99,36 @@ bool contains(const Distribution& d, double x, double second) {
 
 }  // namespace
 
+std::span<const WorstArgument> worstArguments() { return worst; }
+
+std::string describe(const Arguments& arguments) {
+  const auto& [first, second] = arguments;
+  const auto one = [](const Distribution& d, const char* name) {
+    const auto text = [&](const char* format) {
+      char out[200];
+      std::snprintf(out, sizeof out, format, name, d.low, d.high);
+      return std::string(out);
+    };
+    switch (d.kind) {
+      case Kind::none: break;
+      case Kind::uniform: return text("%s from %.6g to %.6g");
+      case Kind::magnitudes: return text("%s from %.6g to %.6g, every power of two alike");
+      case Kind::signedMagnitudes: return text("±%s from %.6g to %.6g, every power of two alike");
+      case Kind::whole: return text("whole %s from %.6g to %.6g");
+      case Kind::halves: return text("%s at multiples of 1/2 and next to them, from %.6g to %.6g");
+      case Kind::nearMultiplesOfPiOver4: return text("±%s near multiples of π/4, from %.6g to %.6g");
+      case Kind::hardForReduction: return text("±%s nearest to multiples of π/2 at every exponent, from %.6g to %.6g");
+      case Kind::powerOfTwo: return text("%s^y from 2^%.6g to 2^%.6g");
+    }
+    return std::string();
+  };
+  return one(first, "x") + (second.kind == Kind::none ? "" : "; " + one(second, "y"));
+}
+
 uint64_t width(const Distribution& d) {
   switch (d.kind) {
-    case Kind::none: return 0;
+    case Kind::none:
+    case Kind::whole: return 0;
     case Kind::hardForReduction: return 16;
     case Kind::powerOfTwo: return uint64_t{1} << 52;
     default: return static_cast<uint64_t>(rank(d.high)) - static_cast<uint64_t>(rank(d.low)) + 1;

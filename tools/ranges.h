@@ -2,6 +2,7 @@
 #pragma once
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +27,7 @@ enum class Kind {
   uniform,                 // every value alike
   magnitudes,              // low > 0: every bit pattern alike, that is every power of two
   signedMagnitudes,        // magnitudes of both signs
+  whole,                   // an integer
   halves,                  // a multiple of 1/2, or one of its two neighbours
   nearMultiplesOfPiOver4,  // at 2^-60 to 2^-2 of a multiple, of both signs
   hardForReduction,        // both signs of arguments nearest to multiples of pi/2, and their neighbours; the bounds are limits of the magnitude
@@ -41,6 +43,7 @@ struct Arguments {
 constexpr Arguments uniform(double low, double high) { return {{Kind::uniform, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments magnitudes(double low, double high) { return {{Kind::magnitudes, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments signedMagnitudes(double low, double high) { return {{Kind::signedMagnitudes, low, high}, {Kind::none, 0, 0}}; }
+constexpr Arguments whole(double low, double high) { return {{Kind::whole, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments halves(double low, double high) { return {{Kind::halves, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments nearMultiplesOfPiOver4(double low, double high) { return {{Kind::nearMultiplesOfPiOver4, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments hardForReduction(double low, double high) { return {{Kind::hardForReduction, low, high}, {Kind::none, 0, 0}}; }
@@ -57,6 +60,17 @@ struct Range {
 
 // The ranges of a function, its everyday one first.
 std::span<const Range> rangesOf(std::string_view stem);
+
+// In words: how the arguments are drawn.
+std::string describe(const Arguments& arguments);
+
+// An argument, or a pair, at which a hunt found an error close to the largest one.
+struct WorstArgument {
+  std::string_view stem, range;
+  int firstLevel, lastLevel;
+  double a, b;
+};
+std::span<const WorstArgument> worstArguments();
 
 // Fills a, and b if the range has second arguments. With `sameSecond` the second argument is one for all.
 void drawArguments(const Range& range, Random& random, std::span<double> a, std::span<double> b, bool sameSecond);
