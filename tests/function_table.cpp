@@ -7,13 +7,6 @@
 namespace qorvane::test {
 namespace {
 
-constexpr Shape realUnary = Shape::realUnary, realBinary = Shape::realBinary, realSplit = Shape::realSplit, realScalar = Shape::realScalar;
-constexpr CheckClass pointersFirst = CheckClass::pointersFirst, lengthFirst = CheckClass::lengthFirst;
-constexpr StateClass none = StateClass::none, clearMode = StateClass::clearMode, clearRounding = StateClass::clearRounding, forceDown = StateClass::forceDown,
-                     forceUp = StateClass::forceUp, forceToZero = StateClass::forceToZero, fixX87AndClearMode = StateClass::fixX87AndClearMode,
-                     fixX87AndClearRounding = StateClass::fixX87AndClearRounding;
-constexpr bool exact = true, blocksReread = false;
-
 using Unary = nuvStatus(const double*, double*, int32_t);
 using Binary = nuvStatus(const double*, const double*, double*, int32_t);
 using Split = nuvStatus(const double*, double*, double*, int32_t);
@@ -31,13 +24,17 @@ F* as(void* address) {
 }  // namespace
 
 const std::vector<Function>& functions() {
+  using enum Shape;
+  using enum CheckClass;
+  using enum StateClass;
+  using enum InPlace;
   static const std::vector<Function> all = {
 #define FUNCTION(name, stem, shape, family, checkA, stateA, checkB, stateB, raisesA, raisesB, inPlace) \
   {"nuvs" #name,                                                                                       \
    shape,                                                                                              \
    {checkA, stateA, raisesA},                                                                          \
    {checkB, stateB, raisesB},                                                                          \
-   inPlace,                                                                                            \
+   inPlace == exact,                                                                                   \
    reinterpret_cast<void*>(&nuvs##name),                                                               \
    reinterpret_cast<void*>(&nuvs##name##_Idx)},
 #include "frame/functions.inc"
