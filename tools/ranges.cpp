@@ -20,7 +20,8 @@ constexpr Range ranges[] = {
 };
 
 constexpr WorstArgument worst[] = {
-#define WORST(stem, range, firstLevel, lastLevel, a, b) {#stem, range, firstLevel, lastLevel, std::bit_cast<double>(uint64_t{a}), std::bit_cast<double>(uint64_t{b})},
+#define WORST(stem, range, firstLevel, lastLevel, a, b) \
+  {#stem, range, firstLevel, lastLevel, std::bit_cast<double>(uint64_t{a}), std::bit_cast<double>(uint64_t{b})},
 #include "tests/worst_arguments.inc"
 #undef WORST
 };
@@ -102,27 +103,38 @@ bool contains(const Distribution& d, double x, double second) {
 std::span<const WorstArgument> worstArguments() { return worst; }
 
 std::string describe(const Arguments& arguments) {
-  const auto& [first, second] = arguments;
-  const auto one = [](const Distribution& d, const char* name) {
-    const auto text = [&](const char* format) {
-      char out[200];
-      std::snprintf(out, sizeof out, format, name, d.low, d.high);
-      return std::string(out);
-    };
+  // Powers of two in their short form, where that is shorter.
+  const auto bound = [](double x) {
+    int exponent;
+    const bool power = std::fabs(std::frexp(x, &exponent)) == 0.5 && std::abs(exponent) > 10;
+    char out[40];
+    if (power)
+      std::snprintf(out, sizeof out, "%s2^%d", x < 0 ? "-" : "", exponent - 1);
+    else
+      std::snprintf(out, sizeof out, "%.6g", x);
+    return std::string(out);
+  };
+  const auto one = [&](const Distribution& d, const char* name) {
+    const std::string low = bound(d.low), high = bound(d.high);
+    const char* format = "";
     switch (d.kind) {
       case Kind::none: break;
-      case Kind::uniform: return text("%s from %.6g to %.6g");
-      case Kind::magnitudes: return text("%s from %.6g to %.6g, every power of two alike");
-      case Kind::signedMagnitudes: return text("±%s from %.6g to %.6g, every power of two alike");
-      case Kind::whole: return text("whole %s from %.6g to %.6g");
-      case Kind::halves: return text("%s at multiples of 1/2 and next to them, from %.6g to %.6g");
-      case Kind::nearMultiplesOfPiOver4: return text("±%s near multiples of π/4, from %.6g to %.6g");
-      case Kind::hardForReduction: return text("±%s nearest to multiples of π/2 at every exponent, from %.6g to %.6g");
-      case Kind::powerOfTwo: return text("%s^y from 2^%.6g to 2^%.6g");
+      case Kind::uniform: format = "%s from %s to %s"; break;
+      case Kind::magnitudes: format = "%s from %s to %s, each power of two alike"; break;
+      case Kind::signedMagnitudes: format = "±%s from %s to %s, each power of two alike"; break;
+      case Kind::whole: format = "whole %s from %s to %s"; break;
+      case Kind::halves: format = "%s at multiples of 1/2 and next to them, from %s to %s"; break;
+      case Kind::nearMultiplesOfPiOver4: format = "±%s near multiples of π/4, from %s to %s"; break;
+      case Kind::hardForReduction: format = "±%s nearest to multiples of π/2 at every exponent, from %s to %s"; break;
+      case Kind::powerOfTwo: format = "%s^y from 2^(%s) to 2^(%s)"; break;
     }
-    return std::string();
+    char out[200];
+    std::snprintf(out, sizeof out, format, name, low.c_str(), high.c_str());
+    return std::string(out);
   };
-  return one(first, "x") + (second.kind == Kind::none ? "" : "; " + one(second, "y"));
+  std::string text = one(arguments.first, "x");
+  if (arguments.second.kind != Kind::none) text.append("; ").append(one(arguments.second, "y"));
+  return text;
 }
 
 uint64_t width(const Distribution& d) {
