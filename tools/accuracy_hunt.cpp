@@ -62,7 +62,8 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
           block.a[i] = neighbour(first, trail.a, window(first) / 2, block.b[i], random);
         }
         visitBlock(function, level, block, [&](const Finding& finding) {
-          if (larger(finding, trail)) trail = finding;
+          // A new second argument may have left no room for the first one.
+          if (larger(finding, trail) && contains(first, finding.a, finding.b)) trail = finding;
         });
       }
     }

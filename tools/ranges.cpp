@@ -80,24 +80,6 @@ double draw(const Distribution& d, double second, Random& random) {
   return 0;
 }
 
-bool contains(const Distribution& d, double x, double second) {
-  switch (d.kind) {
-    case Kind::none: return true;
-    case Kind::uniform:
-    case Kind::magnitudes:
-    case Kind::halves: return x >= d.low && x <= d.high;
-    case Kind::whole: return x >= d.low && x <= d.high && x == std::round(x);
-    case Kind::signedMagnitudes:
-    case Kind::nearMultiplesOfPiOver4:
-    case Kind::hardForReduction: return std::fabs(x) >= d.low && std::fabs(x) <= d.high;
-    case Kind::powerOfTwo: {
-      const double t = second * std::log2(x);
-      return x > 0 && t >= d.low && t <= d.high;
-    }
-  }
-  return false;
-}
-
 }  // namespace
 
 std::span<const WorstArgument> worstArguments() { return worst; }
@@ -135,6 +117,24 @@ std::string describe(const Arguments& arguments) {
   std::string text = one(arguments.first, "x");
   if (arguments.second.kind != Kind::none) text.append("; ").append(one(arguments.second, "y"));
   return text;
+}
+
+bool contains(const Distribution& d, double x, double second) {
+  switch (d.kind) {
+    case Kind::none: return true;
+    case Kind::uniform:
+    case Kind::magnitudes:
+    case Kind::halves: return x >= d.low && x <= d.high;
+    case Kind::whole: return x >= d.low && x <= d.high && x == std::round(x);
+    case Kind::signedMagnitudes:
+    case Kind::nearMultiplesOfPiOver4:
+    case Kind::hardForReduction: return std::fabs(x) >= d.low && std::fabs(x) <= d.high;
+    case Kind::powerOfTwo: {
+      const double t = second * std::log2(x);
+      return x > 0 && t >= d.low && t <= d.high;
+    }
+  }
+  return false;
 }
 
 uint64_t width(const Distribution& d) {

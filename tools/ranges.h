@@ -75,6 +75,8 @@ std::span<const WorstArgument> worstArguments();
 // Fills a, and b if the range has second arguments. With `sameSecond` the second argument is one for all.
 void drawArguments(const Range& range, Random& random, std::span<double> a, std::span<double> b, bool sameSecond);
 
+bool contains(const Distribution& distribution, double x, double second);
+
 // A neighbour at most `distance` representable numbers away; the argument itself if that one lies outside the range.
 double neighbour(const Distribution& distribution, double x, uint64_t distance, double second, Random& random);
 
