@@ -33,7 +33,9 @@ template <int direction>
 
 // y, but x where |x| = a is above 2^52. A NaN isn't.
 [[gnu::always_inline]] inline Lanes4 orItself(Lanes4 a, Lanes4 y, Lanes4 x) {
-  return _mm256_blendv_pd(y, x, _mm256_cmp_pd(a, _mm256_set1_pd(shifter), _CMP_GT_OQ));
+  // Not _mm256_blendv_pd: g++ 12 makes an integer comparison of its mask, and takes that apart into branches when there is no AVX2.
+  const Lanes4 above = _mm256_cmp_pd(a, broadcast<Lanes4>(shifter), _CMP_GT_OQ);
+  return orBits<Lanes4>(_mm256_andnot_pd(above, y), andBits(above, x));
 }
 template <int K>
 [[gnu::always_inline]] inline Pack<Lanes4, K> orItself(Pack<Lanes4, K> a, Pack<Lanes4, K> y, Pack<Lanes4, K> x) {
