@@ -20,31 +20,32 @@ namespace {
 
 enum class Numerators { ones, given };
 
-constexpr uint64_t infinity = 0x7ff0000000000000;
+[[gnu::always_inline]] inline int lowWords(Float64 v) { return static_cast<int>(toBits(v)); }
+[[gnu::always_inline]] inline Words4 lowWords(Lanes2 v) { return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(v), _mm_castpd_ps(v), 0x88)); }
 
-// By the bits, whatever DAZ is.
+// By the bits, whatever DAZ is; in halves, since SSE2 has no comparison of 64-bit integers.
 template <class V>
 [[gnu::always_inline]] inline auto isZero(V x) {
-  return (bitsOf(x) << 1) == 0;
+  return ((highWords(x) & 0x7fffffff) | lowWords(x)) == 0;
 }
 template <class V>
 [[gnu::always_inline]] inline auto isFinite(V x) {
-  return (bitsOf(x) & infinity) != infinity;
+  return (highWords(x) & 0x7ff00000) != 0x7ff00000;
 }
 
 template <Numerators numerators>
 [[gnu::always_inline]] inline nuvStatus divide(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
   constexpr bool given = numerators == Numerators::given;
   const bool overDivisors = dst == srcB, overNumerators = given && dst == srcA;
-  auto poles = isZero(Lanes2{1, 1});
+  Words4 poles{};
   int64_t i = 0;
   for (; i + 2 <= len; i += 2) {
     const Lanes2 a = given ? load<Lanes2>(srcA + i) : broadcast<Lanes2>(1.0), b = load<Lanes2>(srcB + i), quotient = a / b;
     store(dst + i, quotient);
-    const auto zeros = isZero(overDivisors ? quotient : b);
+    const Words4 zeros = isZero(overDivisors ? quotient : b);
     poles |= given ? zeros & isFinite(a) : zeros;
   }
-  bool anyPole = !overNumerators && any(reinterpret_cast<Words4>(poles));
+  bool anyPole = !overNumerators && any(poles);
   if (i < len) {
     const Float64 a = given ? srcA[i] : 1.0, b = srcB[i];
     dst[i] = a / b;
