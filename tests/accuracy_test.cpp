@@ -10,7 +10,7 @@ namespace {
 
 using namespace accuracy;
 
-constexpr int64_t sample = 16000;
+constexpr int64_t sample = 60000;
 
 class Accuracy : public testing::TestWithParam<std::string_view> {};
 

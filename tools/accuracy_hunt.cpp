@@ -28,7 +28,7 @@ void visitBlock(const Function& function, int level, Block& block, Visit visit) 
 std::vector<Finding> hunt(const Function& function, int level, const Range& range, int64_t count, uint64_t seed, const Progress& progress) {
   Random random{seed};
   static Block block;
-  const auto& [first, second] = range.arguments;
+  const Distribution &first = range.arguments.first, &second = range.arguments.second;
   std::vector<Finding> worst;
   int64_t done = 0;
   const auto report = [&] {
@@ -36,7 +36,7 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
     if (progress) progress(std::min(done, count));
   };
 
-  for (; done < count / 2; report()) {
+  while (done < count / 2) {
     block.count = function.sameSecond ? 128 : blockLength;
     draw(function, range, random, block);
     visitBlock(function, level, block, [&](const Finding& finding) {
@@ -45,6 +45,7 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
       std::push_heap(worst.begin(), worst.end(), larger);  // the least of the worst is at the front
       if (worst.size() > trails) std::pop_heap(worst.begin(), worst.end(), larger), worst.pop_back();
     });
+    report();
   }
 
   const int64_t perRound = std::max<int64_t>((count - done) / (rounds * static_cast<int64_t>(worst.size())), 64);

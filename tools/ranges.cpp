@@ -93,7 +93,7 @@ std::string describe(const Arguments& arguments) {
     if (power)
       std::snprintf(out, sizeof out, "%s2^%d", x < 0 ? "-" : "", exponent - 1);
     else
-      std::snprintf(out, sizeof out, "%.6g", x);
+      std::snprintf(out, sizeof out, "%.8g", x);
     return std::string(out);
   };
   const auto one = [&](const Distribution& d, const char* name) {
