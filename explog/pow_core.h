@@ -1,0 +1,160 @@
+// What the kernels of x^y share: log2 of x as H + G, its product with y as n/128 + r, and 2 to that power.
+//
+// log2 stage: with k and m from x = 2^k * m, and a row i of tables near m, u = m * rcp - L is small and log2 x = k + hi + lo + log2(1 + u/L). The product
+// m * rcp is known exactly as g + p, because m is split in two and rcp is short. H + G holds log2 x to about 68 bits.
+// Product stage: H and y are split too, so that P = yc * Hc is exact; n is 128 P rounded to an integer, and r the rest of y log2 x, |r| <= 2^-8 about.
+// 2^(n/128 + r) = 2^e * 2^(j/128) * 2^r with n = 128 e + j: a power of two, a table's row and a polynomial of degree 5.
+#pragma once
+#include "explog/pow_tables.h"
+#include "frame/lanes.h"
+
+namespace qorvane {
+namespace {
+
+namespace power {
+
+constexpr Float64 log2eHi = fromBits(0x3ff7154740000000);  // 1.4426949024200439 = L: log2 e to 23 bits
+constexpr Float64 shifter = fromBits(0x42c8000000000000);  // 1.5 * 2^45: a sum with it is rounded to a multiple of 1/128
+
+// log2(1 + t/L) = t + c2 t + c3 t^2 + ... : c2 makes up for L not being log2 e.
+constexpr Float64 c8 = fromBits(0x3f903950cf599c56);  // 0.015843641906397053, in the kernels that use it
+constexpr Float64 c7 = fromBits(0xbf9b4ea0e9419f52);  // -0.026667131649815552
+constexpr Float64 c6 = fromBits(0x3fa7a334ddfc9f86);  // 0.04616704187202374
+constexpr Float64 c5 = fromBits(0xbfb550472a8bb463);  // -0.08325619496072671
+constexpr Float64 c4 = fromBits(0x3fc47fd462b3b816);  // 0.16015105075297303
+constexpr Float64 c3 = fromBits(0xbfd62e4346694107);  // -0.3465736568077919
+constexpr Float64 c2 = fromBits(0x3e79c3a6966457ee);  // 9.597935033233511e-08
+
+// 2^r = 1 + d1 r + ... + d5 r^5
+constexpr Float64 d5 = fromBits(0x3f55d87fe78a6731);  // 0.0013333558146428443
+constexpr Float64 d4 = fromBits(0x3f83b2ab6fba4e77);  // 0.009618129107628477
+constexpr Float64 d3 = fromBits(0x3fac6b08d704a0bf);  // 0.055504108664821576
+constexpr Float64 d2 = fromBits(0x3fcebfbdff82c58e);  // 0.2402265069591007
+constexpr Float64 d1 = fromBits(0x3fe62e42fefa39ef);  // 0.6931471805599453
+
+// Two programs, with results that may differ in the last bit: powers of levels 1 to 4, and of a fixed exponent at every level, come from the long one (c8, and
+// the exponential's polynomial in powers of r), powers at level 5 from the short one.
+enum class Program { longer, shorter };
+
+// A number cut to its upper 26 bits: the product of two such is exact.
+template <class V>
+[[gnu::always_inline]] inline V cut(V x) {
+  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+}
+
+template <class V>
+struct LogRow {
+  V rcp, hi, lo, k;
+};
+
+// The row for each lane's mantissa, from 0 to 1024, and the exponent k that goes with it: the rows from 512 up stand for m/2.
+[[gnu::always_inline]] inline LogRow<Float64> logRow(Float64 x) {
+  const int w = static_cast<int>(highWord(x));
+  const int i = ((w & 0xffe00) + 0x200) >> 10;
+  return {powRcpTable[i], powLog2Table[i][0], powLog2Table[i][1], static_cast<Float64>((w - 0x3fe7fe00) >> 20)};
+}
+template <class W>
+[[gnu::always_inline]] inline W rowOffsets(W w) {
+  return (((w & 0xffe00) + 0x200) >> 10) << 4;
+}
+[[gnu::always_inline]] inline LogRow<Lanes2> logRow(Lanes2 x) {
+  const Words4 w = highWords(x);
+  const Words4 at = rowOffsets(w);
+  const auto [hi, lo] = twoColumns<Lanes2>(powLog2Table, Bits2{uint64_t(at[0]), uint64_t(at[1])});
+  return {Lanes2{powRcpTable[at[0] >> 4], powRcpTable[at[1] >> 4]}, hi, lo, _mm_cvtepi32_pd(reinterpret_cast<__m128i>((w - 0x3fe7fe00) >> 20))};
+}
+#ifdef __AVX__
+[[gnu::always_inline]] inline LogRow<Lanes4> logRow(Lanes4 x) {
+  const Words4 w = highWords(x);
+  const Words4 at = rowOffsets(w);
+  const auto [hi, lo] = twoColumns<Lanes4>(powLog2Table, {Bits2{uint64_t(at[0]), uint64_t(at[1])}, Bits2{uint64_t(at[2]), uint64_t(at[3])}});
+  return {Lanes4{powRcpTable[at[0] >> 4], powRcpTable[at[1] >> 4], powRcpTable[at[2] >> 4], powRcpTable[at[3] >> 4]}, hi, lo,
+          _mm256_cvtepi32_pd(reinterpret_cast<__m128i>((w - 0x3fe7fe00) >> 20))};
+}
+#endif
+template <class V, int K>
+[[gnu::always_inline]] inline LogRow<Pack<V, K>> logRow(Pack<V, K> x) {
+  const auto rows = makePack<K>([&](int i) __attribute__((always_inline)) { return logRow(x.part[i]); });
+  const auto column = [&](auto member) __attribute__((always_inline)) {
+    return makePack<K>([&](int i) __attribute__((always_inline)) { return rows.part[i].*member; });
+  };
+  using Row = LogRow<V>;
+  return {column(&Row::rcp), column(&Row::hi), column(&Row::lo), column(&Row::k)};
+}
+
+// log2 x in two parts. `a` is the sum's leading part, from which the scalar routine sees how large y log2 x gets.
+template <class V>
+struct Log2 {
+  V high, low, a;
+};
+
+// x is positive and normal; `offset` is added to its exponent.
+template <Program program, class V>
+[[gnu::always_inline]] inline Log2<V> log2(V x, Float64 offset = 0) {
+  const V m = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(1.0));
+  const V mh = cut(m), ml = m - mh;
+  LogRow<V> row = logRow(x);
+  if constexpr (laneCount<V> == 1) row.k += offset;
+  const V g = m * row.rcp;
+  const V p = ((mh * row.rcp) - g) + (ml * row.rcp);
+  const V t0 = g - log2eHi, big = row.k + row.hi;
+  const V a = big + t0, e1 = (big - a) + t0;
+  const V a2 = a + p, e2 = (a - a2) + p;
+  const V low = (e2 + e1) + row.lo, t = t0 + p;
+  V w;
+  if constexpr (program == Program::longer)
+    w = low + (((((((c8 * t + c7) * t + c6) * t + c5) * t + c4) * t + c3) * t + c2) * t);
+  else
+    w = ((((((c7 * t + c6) * t + c5) * t + c4) * t + c3) * t + c2) * t) + low;
+  const V high = a2 + w;
+  return {high, w - (high - a2), a};
+}
+
+// y log2 x = n/128 + r; n is in the low 32 bits of `shifted`. `p` is the exact product of the upper parts.
+template <class V>
+struct Product {
+  V p, shifted, r;
+};
+template <class Y>
+struct Exponent {
+  Y all, upper, rest;
+};
+template <class Y>
+[[gnu::always_inline]] inline Exponent<Y> splitExponent(Y y) {
+  const Y upper = cut(y);
+  return {y, upper, y - upper};
+}
+template <class V, class Y>
+[[gnu::always_inline]] inline Product<V> product(V high, V low, Exponent<Y> y) {
+  const V hc = cut(high), hl = high - hc;
+  const V p = y.upper * hc;
+  const V s = p + shifter, v = s - shifter;
+  return {p, s, ((y.rest * hc + (y.upper * hl + y.rest * hl)) + (y.all * low)) + (p - v)};
+}
+
+template <class V>
+[[gnu::always_inline]] inline TwoColumns<V> exp2Row(V shifted) {
+  return twoColumns<V>(powExp2Table, (bitsOf(shifted) & 127) << 4);
+}
+// 2^e for a normal number
+template <class V>
+[[gnu::always_inline]] inline V scale(V shifted) {
+  return valueOf<V>(((bitsOf(shifted) << 45) + 0x3ff0000000000000) & 0xfff0000000000000);
+}
+
+// 2^(n/128 + r) where 2^e is a normal number
+template <Program program, class V>
+[[gnu::always_inline]] inline V exp2(V shifted, V r) {
+  const auto [th, tl] = exp2Row(shifted);
+  const V s = scale(shifted);
+  if constexpr (program == Program::longer) {
+    return ((((((((((d5 * r + d4) * r) * r) * r) * r) * th) + tl) + ((((d3 * r + d2) * r) * r) * th)) + ((r * d1) * th)) + th) * s;
+  } else {
+    const V r2 = r * r;
+    return (((((((d5 * r + d4) * (r2 * r2)) * th) + tl) + (((d3 * r + d2) * r2) * th)) + ((d1 * r) * th)) + th) * s;
+  }
+}
+
+}  // namespace power
+}  // namespace
+}  // namespace qorvane
