@@ -42,72 +42,43 @@ template <class V>
   return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
 }
 
+// A row of the tables near m, and the exponent k that goes with it: the rows from 512 up stand for m/2.
 template <class V>
 struct LogRow {
   V rcp, hi, lo, k;
 };
 
-// The row for each lane's mantissa, from 0 to 1024, and the exponent k that goes with it: the rows from 512 up stand for m/2.
-[[gnu::always_inline]] inline LogRow<Float64> logRow(Float64 x) {
-  const int w = static_cast<int>(highWord(x));
-  const int i = ((w & 0xffe00) + 0x200) >> 10;
-  return {powRcpTable[i], powLog2Table[i][0], powLog2Table[i][1], static_cast<Float64>((w - 0x3fe7fe00) >> 20)};
-}
-template <class W>
-[[gnu::always_inline]] inline W rowOffsets(W w) {
-  return (((w & 0xffe00) + 0x200) >> 10) << 4;
-}
-[[gnu::always_inline]] inline LogRow<Lanes2> logRow(Lanes2 x) {
-  const Words4 w = highWords(x);
-  const Words4 at = rowOffsets(w);
-  const auto [hi, lo] = twoColumns<Lanes2>(powLog2Table, Bits2{uint64_t(at[0]), uint64_t(at[1])});
-  return {Lanes2{powRcpTable[at[0] >> 4], powRcpTable[at[1] >> 4]}, hi, lo, _mm_cvtepi32_pd(reinterpret_cast<__m128i>((w - 0x3fe7fe00) >> 20))};
-}
-#ifdef __AVX__
-[[gnu::always_inline]] inline LogRow<Lanes4> logRow(Lanes4 x) {
-  const Words4 w = highWords(x);
-  const Words4 at = rowOffsets(w);
-  const auto [hi, lo] = twoColumns<Lanes4>(powLog2Table, {Bits2{uint64_t(at[0]), uint64_t(at[1])}, Bits2{uint64_t(at[2]), uint64_t(at[3])}});
-  return {Lanes4{powRcpTable[at[0] >> 4], powRcpTable[at[1] >> 4], powRcpTable[at[2] >> 4], powRcpTable[at[3] >> 4]}, hi, lo,
-          _mm256_cvtepi32_pd(reinterpret_cast<__m128i>((w - 0x3fe7fe00) >> 20))};
-}
-#endif
-template <class V, int K>
-[[gnu::always_inline]] inline LogRow<Pack<V, K>> logRow(Pack<V, K> x) {
-  const auto rows = makePack<K>([&](int i) __attribute__((always_inline)) { return logRow(x.part[i]); });
-  const auto column = [&](auto member) __attribute__((always_inline)) {
-    return makePack<K>([&](int i) __attribute__((always_inline)) { return rows.part[i].*member; });
-  };
-  using Row = LogRow<V>;
-  return {column(&Row::rcp), column(&Row::hi), column(&Row::lo), column(&Row::k)};
-}
-
-// log2 x in two parts. `a` is the sum's leading part, from which the scalar routine sees how large y log2 x gets.
+// log2 x but for the polynomial in t: a2 + low, where a2 = a + p.
 template <class V>
-struct Log2 {
-  V high, low, a;
+struct LeadingLog {
+  V a, a2, low, t;
 };
-
-// x is positive and normal; `offset` is added to its exponent.
-template <Program program, class V>
-[[gnu::always_inline]] inline Log2<V> log2(V x, Float64 offset = 0) {
+template <class V>
+[[gnu::always_inline]] inline LeadingLog<V> leadingLog(V x, LogRow<V> row) {
   const V m = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(1.0));
   const V mh = cut(m), ml = m - mh;
-  LogRow<V> row = logRow(x);
-  if constexpr (laneCount<V> == 1) row.k += offset;
   const V g = m * row.rcp;
   const V p = ((mh * row.rcp) - g) + (ml * row.rcp);
   const V t0 = g - log2eHi, big = row.k + row.hi;
   const V a = big + t0, e1 = (big - a) + t0;
   const V a2 = a + p, e2 = (a - a2) + p;
-  const V low = (e2 + e1) + row.lo, t = t0 + p;
+  return {a, a2, (e2 + e1) + row.lo, t0 + p};
+}
+
+// log2 x as H + G
+template <class V>
+struct Log2 {
+  V high, low;
+};
+template <Program program, class V>
+[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t) {
   V w;
   if constexpr (program == Program::longer)
     w = low + (((((((c8 * t + c7) * t + c6) * t + c5) * t + c4) * t + c3) * t + c2) * t);
   else
     w = ((((((c7 * t + c6) * t + c5) * t + c4) * t + c3) * t + c2) * t) + low;
   const V high = a2 + w;
-  return {high, w - (high - a2), a};
+  return {high, w - (high - a2)};
 }
 
 // y log2 x = n/128 + r; n is in the low 32 bits of `shifted`. `p` is the exact product of the upper parts.
@@ -132,26 +103,14 @@ template <class V, class Y>
   return {p, s, ((y.rest * hc + (y.upper * hl + y.rest * hl)) + (y.all * low)) + (p - v)};
 }
 
-template <class V>
-[[gnu::always_inline]] inline TwoColumns<V> exp2Row(V shifted) {
-  return twoColumns<V>(powExp2Table, (bitsOf(shifted) & 127) << 4);
-}
-// 2^e for a normal number
-template <class V>
-[[gnu::always_inline]] inline V scale(V shifted) {
-  return valueOf<V>(((bitsOf(shifted) << 45) + 0x3ff0000000000000) & 0xfff0000000000000);
-}
-
-// 2^(n/128 + r) where 2^e is a normal number
+// 2^(n/128 + r), from the table's row th + tl = 2^(j/128) and a normal scale = 2^e
 template <Program program, class V>
-[[gnu::always_inline]] inline V exp2(V shifted, V r) {
-  const auto [th, tl] = exp2Row(shifted);
-  const V s = scale(shifted);
+[[gnu::always_inline]] inline V completePower(V r, V th, V tl, V scale) {
   if constexpr (program == Program::longer) {
-    return ((((((((((d5 * r + d4) * r) * r) * r) * r) * th) + tl) + ((((d3 * r + d2) * r) * r) * th)) + ((r * d1) * th)) + th) * s;
+    return ((((((((((d5 * r + d4) * r) * r) * r) * r) * th) + tl) + ((((d3 * r + d2) * r) * r) * th)) + ((r * d1) * th)) + th) * scale;
   } else {
     const V r2 = r * r;
-    return (((((((d5 * r + d4) * (r2 * r2)) * th) + tl) + (((d3 * r + d2) * r2) * th)) + ((d1 * r) * th)) + th) * s;
+    return (((((((d5 * r + d4) * (r2 * r2)) * th) + tl) + (((d3 * r + d2) * r2) * th)) + ((d1 * r) * th)) + th) * scale;
   }
 }
 

@@ -43,15 +43,18 @@ nuvStatus powFixLane(Float64 x, Float64 y, Float64* result) {
   Float64 magnitude = fromBits(toBits(x) & ~signBit), offset = 0;
   if (toBits(magnitude) < 0x0010000000000000) magnitude *= fromBits(0x4330000000000000), offset = -52;  // 2^52
 
-  const Log2<Float64> l = log2<Program::longer>(magnitude, offset);
+  const int word = static_cast<int>(highWord(magnitude)), row = ((word & 0xffe00) + 0x200) >> 10;
+  const Float64 k = static_cast<Float64>((word - 0x3fe7fe00) >> 20) + offset;
+  const auto leading = leadingLog<Float64>(magnitude, {powRcpTable[row], powLog2Table[row][0], powLog2Table[row][1], k});
   const Float64 infinite = sign * fromBits(infinity), zero = sign * 0.0;
-  if (exponentField(l.a) + exponentField(y) - 2 * 1023 > 11) return give((toBits(l.a) ^ toBits(y)) >> 63 ? zero : infinite);
+  if (exponentField(leading.a) + exponentField(y) - 2 * 1023 > 11) return give((toBits(leading.a) ^ toBits(y)) >> 63 ? zero : infinite);
 
-  const Product<Float64> p = product(l.high, l.low, splitExponent(y));
+  const auto log = completeLog<Program::longer>(leading.a2, leading.low, leading.t);
+  const Product<Float64> p = product(log.high, log.low, splitExponent(y));
   const int e = static_cast<int32_t>(toBits(p.shifted)) >> 7;
   if (e > 1024) return give(infinite);
   if (e < -1075) return give(zero);
-  const auto [th, tl] = exp2Row(p.shifted);
+  const auto [th, tl] = powExp2Table[toBits(p.shifted) & 127];
   const Float64 r = p.r;
   if (e < -963) return give(gradual(sign, e, r, th, tl));
   const Float64 z = ((((((d5 * r + d4) * r + d3) * r + d2) * r + d1) * th) * r + tl) + th;

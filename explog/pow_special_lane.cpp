@@ -94,7 +94,7 @@ nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
   const Float64 s = p + shifter;
   const Float64 r = (p - (s - shifter)) + ((((yh * ll) + (ll * yl)) + (lh * yl)) + (low * y));
   const int e = static_cast<int32_t>(toBits(s)) >> 7;
-  const auto [th, tl] = exp2Row(s);
+  const auto [th, tl] = powExp2Table[toBits(s) & 127];
   const Float64 rest = ((((p5 * r + p4) * r + p3) * r + p2) * r + p1) * r * th + tl;
   const Float64 power = rest + th;
   const int exponent = exponentField(power) + e - 1023;

@@ -1,10 +1,13 @@
-#include "explog/powx_kernel.h"
+// x^y, one y for all elements, level 5.
+//
+#include "explog/pow_stages.h"
+#include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
-  return power::powxLoop<Pack<Lanes4, 2>>(src, value, dst, len);
+  return power::fixedExponentLoop<Lanes4>(src, value, dst, len);
 }
 
 }  // namespace
