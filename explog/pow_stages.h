@@ -66,14 +66,14 @@ template <int K>
 #endif
 
 // What stands in a chunk's arrays of 32-bit words for the lanes of V: offsets of rows, integers as numbers, high words of numbers.
-template <class V>
+template <class V, uint64_t unit = 1>
 [[gnu::always_inline]] inline BitsOf<V> offsetsAt(const uint32_t* p) {
   if constexpr (packSize < V >> 0)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return offsetsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
+    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return offsetsAt<PartOf<V>, unit>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
-    return Bits2{p[0], p[1]};
+    return Bits2{p[0] * unit, p[1] * unit};
   else
-    return {{Bits2{p[0], p[1]}, Bits2{p[2], p[3]}}};
+    return {{Bits2{p[0] * unit, p[1] * unit}, Bits2{p[2] * unit, p[3] * unit}}};
 }
 template <class V>
 [[gnu::always_inline]] inline V numbersAt(const int* p) {
@@ -143,7 +143,7 @@ template <class Part, Program program, Repair repair, Exponents exponents>
     outside = outside | outsideBase(w);
   }
   for (int64_t i = 0; i < n; i += 8) {
-    const auto [hi, lo] = twoColumns<V>(powLog2Table, offsetsAt<V>(c.logRow + i) << 1);
+    const auto [hi, lo] = twoColumns<V>(powLog2Table, offsetsAt<V, 2>(c.logRow + i));
     const auto leading = leadingLog<V>(load<V>(x + i), {reciprocalsAt<V>(c.logRow + i), hi, lo, numbersAt<V>(c.k + i)});
     store(c.high + i, leading.a2);
     store(c.low + i, leading.low);

@@ -33,4 +33,4 @@ constexpr DispatchTable<Kernel> threeVariants(Kernel* levels1To3, Kernel* level4
 }  // namespace qorvane
 
 // Set by the load hook before the first call; tests set it to run every level that the processor has.
-extern "C" int32_t DispatchLevel;
+extern "C" [[gnu::visibility("hidden")]] int32_t DispatchLevel;
