@@ -70,13 +70,18 @@ template <class V>
 struct Log2 {
   V high, low;
 };
+// The polynomial in two halves, since a half is a chain short enough for the loops of explog/pow_stages.h.
 template <Program program, class V>
-[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t) {
-  V w;
+[[gnu::always_inline]] inline V upperPolynomial(V t) {
   if constexpr (program == Program::longer)
-    w = low + (((((((c8 * t + c7) * t + c6) * t + c5) * t + c4) * t + c3) * t + c2) * t);
+    return ((c8 * t + c7) * t + c6) * t + c5;
   else
-    w = ((((((c7 * t + c6) * t + c5) * t + c4) * t + c3) * t + c2) * t) + low;
+    return (c7 * t + c6) * t + c5;
+}
+template <Program program, class V>
+[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t, V upper) {
+  const V polynomial = (((upper * t + c4) * t + c3) * t + c2) * t;
+  const V w = program == Program::longer ? low + polynomial : polynomial + low;
   const V high = a2 + w;
   return {high, w - (high - a2)};
 }

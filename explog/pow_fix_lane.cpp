@@ -49,7 +49,7 @@ nuvStatus powFixLane(Float64 x, Float64 y, Float64* result) {
   const Float64 infinite = sign * fromBits(infinity), zero = sign * 0.0;
   if (exponentField(leading.a) + exponentField(y) - 2 * 1023 > 11) return give((toBits(leading.a) ^ toBits(y)) >> 63 ? zero : infinite);
 
-  const auto log = completeLog<Program::longer>(leading.a2, leading.low, leading.t);
+  const auto log = completeLog<Program::longer>(leading.a2, leading.low, leading.t, upperPolynomial<Program::longer>(leading.t));
   const Product<Float64> p = product(log.high, log.low, splitExponent(y));
   const int e = static_cast<int32_t>(toBits(p.shifted)) >> 7;
   if (e > 1024) return give(infinite);

@@ -19,14 +19,14 @@ namespace {
 using namespace power;
 
 // log2(1 + t/L) - t and 2^r - 1, fitted for this routine's ranges: their last bits aren't those of the kernels' polynomials.
-constexpr Float64 q5 = fromBits(0xbfb550472a9012d8);  // -0.083256194962
-constexpr Float64 q4 = fromBits(0x3fc47fd462b6dee1);
+constexpr Float64 q5 = fromBits(0xbfb550472a9012d8);  // -0.08325619496470027
+constexpr Float64 q4 = fromBits(0x3fc47fd462b6dee1);  // 0.16015105075870564
 constexpr Float64 q3 = c3;
-constexpr Float64 q2 = fromBits(0x3e79c3a6966457e8);
-constexpr Float64 p5 = fromBits(0x3f55d87fe78a6731);
-constexpr Float64 p4 = fromBits(0x3f83b2ab6fba4e77);
-constexpr Float64 p3 = fromBits(0x3fac6b08d704a0c0);
-constexpr Float64 p2 = fromBits(0x3fcebfbdff82c58f);
+constexpr Float64 q2 = fromBits(0x3e79c3a6966457e8);  // 9.597935033233503e-08
+constexpr Float64 p5 = d5;
+constexpr Float64 p4 = d4;
+constexpr Float64 p3 = fromBits(0x3fac6b08d704a0c0);  // 0.05550410866482158
+constexpr Float64 p2 = fromBits(0x3fcebfbdff82c58f);  // 0.24022650695910072
 constexpr Float64 p1 = d1;
 
 // Two halves of 26 bits, by a product that may not overflow.

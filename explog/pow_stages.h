@@ -149,8 +149,9 @@ template <class Part, Program program, Repair repair, Exponents exponents>
     store(c.low + i, leading.low);
     store(c.t + i, leading.t);
   }
+  for (int64_t i = 0; i < n; i += 8) store(c.r + i, upperPolynomial<program>(load<V>(c.t + i)));
   for (int64_t i = 0; i < n; i += 8) {
-    const auto log = completeLog<program>(load<V>(c.high + i), load<V>(c.low + i), load<V>(c.t + i));
+    const auto log = completeLog<program>(load<V>(c.high + i), load<V>(c.low + i), load<V>(c.t + i), load<V>(c.r + i));
     store(c.high + i, log.high);
     store(c.low + i, log.low);
   }

@@ -1,5 +1,7 @@
-// x^y, one y for all elements, level 5.
+// x^y with one exponent for all elements, level 5.
 //
+// Method: explog/pow_core.h, with the long program at every level; a group of four elements that has one outside the fast range goes to powFixLane whole. The
+// exponent is split once, and y = 2 is a plain square of anything. See explog/pow_sse3.cpp for the error and the special values.
 #include "explog/pow_stages.h"
 #include "frame/kernel_frame.h"
 
