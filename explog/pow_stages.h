@@ -188,13 +188,13 @@ template <Repair repair, Exponents exponents>
                                                    PowScalarRoutine* scalar) {
   const auto isOutside = [&](int64_t i) -> bool {
     if (repair == Repair::groupsOf4 && exponents == Exponents::each && tinyExponent(highWords(y[i]))) return true;
-    return outsideBase(highWords(x[i])) | outsideResult<repair>(c.leading[i]);
+    return outsideBase(highWords(x[i])) || outsideResult<repair>(c.leading[i]);
   };
   const int64_t inGroups = repair == Repair::groupsOf4 ? count & ~3 : 0;
   for (int64_t i = 0; i < count; ++i) {
     bool isRepaired = isOutside(i);
     if (i < inGroups)
-      for (int64_t j = i & ~3; j <= (i | 3); ++j) isRepaired |= isOutside(j);
+      for (int64_t j = i & ~3; j <= (i | 3); ++j) isRepaired = isRepaired || isOutside(j);
     if (isRepaired) takeStatus<Raises::yes>(status, scalar(x[i], y[exponents == Exponents::same ? 0 : i], z + i));
   }
   return status;
