@@ -9,9 +9,8 @@
 // right, so that results of processors with different estimates may differ in the last bit.
 //
 // Special values: NaN gives the NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise their flags.
-#include "explog/log_lanes.h"
+#include "explog/log_avx.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -27,40 +26,16 @@ constexpr Float64 a4 = fromBits(0xbfd0000148058ee1);  // -0.2500003054940248
 constexpr Float64 a3 = fromBits(0x3fd55555555543c5);  // 0.33333333333308374
 constexpr Float64 a2 = fromBits(0xbfdffffffffff81f);  // -0.49999999999988803
 
-constexpr uint64_t mantissa = 0x000fffffffffffff;
+constexpr Reduction reduction = {1, 10, 512, lnTableInteger};
 
-// The pattern of R in single precision has R - 512 in bits 14 to 23: shifted right by 10 it's the byte offset of R's row, plus this.
-constexpr uint32_t offsetOf512 = 0x44000000u >> 10;
-
-template <class V>
-struct Estimate {
-  V R;
-  decltype(highWords(V{})) offsets;
-};
-[[gnu::always_inline]] inline Estimate<Lanes4> estimate(Lanes4 f) {
-  const __m128 R = _mm_round_ps(_mm_rcp_ps(_mm256_cvtpd_ps(f)), _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
-  return {_mm256_cvtps_pd(R), reinterpret_cast<Words4>(_mm_srli_epi32(_mm_castps_si128(R), 10))};
-}
-template <int K>
-[[gnu::always_inline]] inline Estimate<Pack<Lanes4, K>> estimate(Pack<Lanes4, K> f) {
-  const auto parts = makePack<K>([&](int i) __attribute__((always_inline)) { return estimate(f.part[i]); });
-  return {makePack<K>([&](int i) __attribute__((always_inline)) { return parts.part[i].R; }),
-          makePack<K>([&](int i) __attribute__((always_inline)) { return parts.part[i].offsets; })};
-}
-
-template <class V>
-[[gnu::always_inline]] inline V core(V x) {
-  const V f = withBits(x, mantissa, 0x3f50000000000000);
-  const V fh = withBits(x, mantissa & ~uint64_t{0x3ffffff}, 0x3f50000000000000);
-  const auto [R, offsets] = estimate(f);
-  const auto [high, low] = twoColumnsAt<V>(lnTableInteger, offsetOf512, offsets);
-  const V E = numbersOf<V>(highWords(x) >> 20);
-  const V fl = f - fh;
-  const V uh = (fh * R) - 1.0, ul = fl * R, r = uh + ul;
-  const V A = (E * ln2Hi) + high, B = (E * ln2Lo) + low;
-  const V S = A + r, g = r - (S - A);
-  const V r2 = r * r;
-  const V Q = (((a5 * r) + a4) * r2) + ((a3 * r) + a2);
+[[gnu::always_inline]] inline Lanes4 core(const Reduced& reduced) {
+  const auto& [f, R, E, high, low] = reduced;
+  const Lanes4 fh = withBits(f, ~uint64_t{0x3ffffff}, 0), fl = f - fh;
+  const Lanes4 uh = (fh * R) - 1.0, ul = fl * R, r = uh + ul;
+  const Lanes4 A = (E * ln2Hi) + high, B = (E * ln2Lo) + low;
+  const Lanes4 S = A + r, g = r - (S - A);
+  const Lanes4 r2 = r * r;
+  const Lanes4 Q = (((a5 * r) + a4) * r2) + ((a3 * r) + a2);
   return ((B + g) + (Q * r2)) + S;
 }
 
@@ -80,7 +55,7 @@ template <class V>
 
   const Float64 scaled = x * 0x1p60;
   const Float64 e = static_cast<Float64>(static_cast<int>(highWord(scaled) >> 20) - 1023 - 60);
-  const Float64 y = withBits(scaled, mantissa, 0x3ff0000000000000);
+  const Float64 y = withBits(scaled, 0x000fffffffffffff, 0x3ff0000000000000);
   const uint64_t i = toBits(y + fromBits(0x42d0000000000040)) & 0x7f;                                 // 64 (y - 1) to the nearest integer
   const Float64 yh = (y + fromBits(0x4140000000000000)) - fromBits(0x4140000000000000), yl = y - yh;  // y to a multiple of 2^-31
   const Float64* row = lnTableSpecial[i];
@@ -91,11 +66,7 @@ template <class V>
   return nuvStatusOk;
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes4, 2>, Raises::yes>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, lnSpecialLane);
-}
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop<reduction>(src, dst, len, core, lnSpecialLane); }
 
 }  // namespace
 

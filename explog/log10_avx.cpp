@@ -11,9 +11,8 @@
 //
 // Special values: NaN gives the NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise their flags.
 // The powers of ten from 10^0 to 10^22 have exact results.
-#include "explog/log_lanes.h"
+#include "explog/log_avx.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -32,33 +31,16 @@ constexpr Float64 p3 = fromBits(0x3ffc6a02dc954978);  // 1.77588163533491
 constexpr Float64 p2 = fromBits(0xbff27af2dc77b115);  // -1.1550167667401798
 constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e410c);  // 0.0016161024074997114
 
-constexpr uint64_t mantissa = 0x000fffffffffffff;
+constexpr Reduction reduction = {0.43359375f, 11, 222, log10TableInteger};
 
-// The high word of R, shifted right by 8, is the byte offset of R's row, plus this: the rows are 16 bytes apart from 256 up, 32 below.
-constexpr uint32_t offsetOf222 = 0x406bc000u >> 8;
-
-[[gnu::always_inline]] inline Lanes4 scaledEstimate(Lanes4 f) {
-  const Lanes4 estimate = _mm256_cvtps_pd(_mm_rcp_ps(_mm256_cvtpd_ps(f)));
-  return _mm256_round_pd(estimate * scale, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
-}
-template <int K>
-[[gnu::always_inline]] inline Pack<Lanes4, K> scaledEstimate(Pack<Lanes4, K> f) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return scaledEstimate(f.part[i]); });
-}
-
-template <class V>
-[[gnu::always_inline]] inline V core(V x) {
-  const V f = withBits(x, mantissa, 0x3f50000000000000);
-  const V fh = withBits(x, mantissa & ~uint64_t{0x3ffffff}, 0x3f50000000000000);
-  const V R = scaledEstimate(f);
-  const auto [high, low] = twoColumnsAt<V>(log10TableInteger, offsetOf222, highWords(R) >> 8);
-  const V E = numbersOf<V>(highWords(x) >> 20);
-  const V fl = f - fh;
-  const V uh = (fh * R) - scale, ul = fl * R, r = uh + ul;
-  const V A = (E * log10Of2Hi) + high, B = (E * log10Of2Lo) + low;
-  const V S = A + r, g = r - (S - A);
-  const V r2 = r * r;
-  const V Q = (((((p6 * r) + p5) * r2) + ((p4 * r) + p3)) * r2) + ((p2 * r) + p1);
+[[gnu::always_inline]] inline Lanes4 core(const Reduced& reduced) {
+  const auto& [f, R, E, high, low] = reduced;
+  const Lanes4 fh = withBits(f, ~uint64_t{0x3ffffff}, 0), fl = f - fh;
+  const Lanes4 uh = (fh * R) - scale, ul = fl * R, r = uh + ul;
+  const Lanes4 A = (E * log10Of2Hi) + high, B = (E * log10Of2Lo) + low;
+  const Lanes4 S = A + r, g = r - (S - A);
+  const Lanes4 r2 = r * r;
+  const Lanes4 Q = (((((p6 * r) + p5) * r2) + ((p4 * r) + p3)) * r2) + ((p2 * r) + p1);
   return ((B + g) + (Q * r)) + S;
 }
 
@@ -79,7 +61,7 @@ template <class V>
 
   const Float64 scaled = x * 0x1p60;
   const Float64 e = static_cast<Float64>(static_cast<int>(highWord(scaled) >> 20) - 1023 - 60);
-  const Float64 y = withBits(scaled, mantissa, 0x3ff0000000000000);
+  const Float64 y = withBits(scaled, 0x000fffffffffffff, 0x3ff0000000000000);
   const uint64_t i = toBits(y + fromBits(0x42d0000000000040)) & 0x7f;                                 // 64 (y - 1) to the nearest integer
   const Float64 yh = (y + fromBits(0x4160000000000000)) - fromBits(0x4160000000000000), yl = y - yh;  // y to a multiple of 2^-29
   const Float64* row = log10TableSpecial[i];
@@ -90,11 +72,7 @@ template <class V>
   return nuvStatusOk;
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes4, 2>, Raises::yes>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, log10SpecialLane);
-}
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop<reduction>(src, dst, len, core, log10SpecialLane); }
 
 }  // namespace
 
