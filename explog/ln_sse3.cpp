@@ -1,13 +1,13 @@
 // ln(x), levels 1 to 4.
 //
 // Method: x = 2^k * f with f in [1, 2). The mantissa's top bits, rounded to 9, choose a row with a short reciprocal c of f, and r = f * c - 1, so that
-// ln x = k ln 2 - ln c + ln(1 + r). The first two terms are each high + low; the third is a polynomial of degree 5, |r| < 2^-9.9. f * c is made of two
+// ln x = k ln 2 - ln c + ln(1 + r). The first two terms are each high + low; the third is a polynomial of degree 5, |r| < 2^-9.99. f * c is made of two
 // products, the first exact. From f = 1.5 up k is one more and the row ln 2 less, so that all but the polynomial is zero on both sides of 1.
 //
-// Error: at most 0.581 ulp, near 1. The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: at most 0.59 ulp, near 1 (0.583 found at 1.00098). The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
 // Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise no flag.
-#include "explog/log_lanes.h"
+#include "explog/log_sse3.h"
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 
@@ -36,13 +36,13 @@ template <class V>
   const auto words = highWords(x);
   const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 11;
   const V k = numbersOf<V>((words - 0x3fe7fc00) >> 20);
-  const V f = withBits(x, 0x000fffffffffffff, 0x3ff0000000000000);
-  const V fh = withBits(x, 0x000fffff00000000, 0x3ff0000000000000), fl = f - fh;
-  const V c = columnAt<V>(lnTableReciprocal, row << 3);
-  const auto [high, low] = twoColumnsAt<V>(lnTableMantissa, 0, row << 4);
+  const V f = significand(x, 0x000fffffffffffff);
+  const V fh = significand(x, 0x000fffff00000000), fl = f - fh;
+  const V c = columnAt<V>(lnTableReciprocal, row);
+  const auto [high, low] = twoColumnsAt<V>(lnTableMantissa, row);
   const V uh = (fh * c) - 1.0, ul = fl * c, r = ul + uh;
   const V A = (ln2Hi * k) + high, C = (ln2Lo * k) + low;
-  // Where C is zero, near 1, the rounding of ul + T matters most; elsewhere ul would be lost in it.
+  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost in T and joins the low terms.
   const auto [nearOne, elsewhere] = splitAtZero(C, ul);
   const V T = (uh + A) + nearOne;
   const V p = (((a5 * r + a4) * r + a3) * r + a2) * r;
@@ -50,7 +50,7 @@ template <class V>
 }
 
 [[gnu::noinline, gnu::cold]] nuvStatus lnFixLane(Float64 x, Float64* result) {
-  if (toBits(x) - 1 >= 0x000fffffffffffff) return fixFault(x, result);
+  if (!isPositiveSubnormal(x)) return fixFault(x, result);
   constexpr Float64 ln2By52 = fromBits(0x404205966f2b4f12);  // 36.04365338911715
   const Core<Float64> c = core(x * 0x1p52);
   *result = (c.rest - ln2By52) + c.T;
