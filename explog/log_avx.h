@@ -11,12 +11,11 @@ namespace {
 
 constexpr int chunkSize = 64;
 
-// Of x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9): R is an integer near scale / f, `offset` tells where R's row is.
+// Of x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9): R is an integer near scale / f.
 struct Chunk {
   alignas(32) Float64 f[chunkSize];
   alignas(32) float R[chunkSize];
   alignas(32) int E[chunkSize];
-  alignas(32) uint32_t offset[chunkSize];
 };
 
 struct Reduced {
@@ -48,7 +47,6 @@ template <const Reduction& reduction>
   store<Lanes4>(chunk.f + i, f);
   _mm_store_ps(chunk.R + i, R);
   _mm_store_si128(reinterpret_cast<__m128i*>(chunk.E + i), _mm_srli_epi32(words, 20));
-  _mm_store_si128(reinterpret_cast<__m128i*>(chunk.offset + i), _mm_srli_epi32(_mm_castps_si128(R), reduction.shift));
   return _mm_sub_epi32(words, _mm_set1_epi32(fastRangeFrom));
 }
 
@@ -56,7 +54,9 @@ template <const Reduction& reduction>
 template <const Reduction& reduction>
 [[gnu::always_inline]] inline Reduced reduced(const Chunk& chunk, int64_t i) {
   constexpr uint64_t offsetOfFirst = __builtin_bit_cast(uint32_t, reduction.firstR) >> reduction.shift;
-  const auto row = [&](int lane) __attribute__((always_inline)) { return rowAt(reduction.table, chunk.offset[i + lane] - offsetOfFirst); };
+  const auto row = [&](int lane) __attribute__((always_inline)) {
+    return rowAt(reduction.table, (__builtin_bit_cast(uint32_t, chunk.R[i + lane]) >> reduction.shift) - offsetOfFirst);
+  };
   const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1);
   const Lanes4 rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
   const __m128i E = _mm_load_si128(reinterpret_cast<const __m128i*>(chunk.E + i));
