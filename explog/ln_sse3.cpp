@@ -35,7 +35,7 @@ template <class V>
 [[gnu::always_inline]] inline Core<V> core(V x) {
   const auto words = highWords(x);
   const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 11;
-  const V k = numbersOf<V>((words - 0x3fe7fc00) >> 20);
+  const V k = numbersOf<V>(wrappingDifference(words, 0x3fe7fc00) >> 20);
   const V f = significand(x, 0x000fffffffffffff);
   const V fh = significand(x, 0x000fffff00000000), fl = f - fh;
   const V c = columnAt<V>(lnTableReciprocal, row);

@@ -39,7 +39,7 @@ template <class V>
 [[gnu::always_inline]] inline Core<V> core(V x) {
   const auto words = highWords(x);
   const auto row = ((words & 0xffc00) + 0x400) >> 11;
-  const V k = numbersOf<V>((words - 0x3ff00000) >> 20);
+  const V k = numbersOf<V>((words >> 20) - 0x3ff);
   const V f = significand(x, 0x000fffffffffffff);
   const V fh = significand(x, 0x000fffff80000000), fl = f - fh;
   const V c = columnAt<V>(log10TableReciprocal, row);

@@ -6,19 +6,21 @@
 namespace qorvane {
 namespace {
 
-// Whether any lane is anything but a positive normal finite number. The difference wraps, which moves those numbers to the bottom of the signed range.
-[[gnu::always_inline]] inline bool outsideFastRange(int word) { return static_cast<uint32_t>(word) - 0x00100000 >= 0x7fe00000; }
-[[gnu::always_inline]] inline Words4 outsideFastRange(Words4 words) {
+// words - k, modulo 2^32: words outside the fast range wrap.
+[[gnu::always_inline]] inline int wrappingDifference(int word, uint32_t k) { return static_cast<int>(static_cast<uint32_t>(word) - k); }
+[[gnu::always_inline]] inline Words4 wrappingDifference(Words4 words, uint32_t k) {
   using Unsigned4 [[gnu::vector_size(16)]] = unsigned;
-  return reinterpret_cast<Words4>(reinterpret_cast<Unsigned4>(words) - 0x80100000) > static_cast<int>(0xffdfffff);
+  return reinterpret_cast<Words4>(reinterpret_cast<Unsigned4>(words) - k);
 }
 template <int K>
-[[gnu::always_inline]] inline Pack<Words4, K> outsideFastRange(Pack<Words4, K> words) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return outsideFastRange(words.part[i]); });
+[[gnu::always_inline]] inline Pack<Words4, K> wrappingDifference(Pack<Words4, K> words, uint32_t k) {
+  return makePack<K>([&](int i) __attribute__((always_inline)) { return wrappingDifference(words.part[i], k); });
 }
+
+// Whether any lane is anything but a positive normal finite number. The difference moves those numbers to the bottom of the signed range.
 template <class V>
 [[gnu::always_inline]] inline bool anyOutsideFastRange(V x) {
-  return any(outsideFastRange(highWords(x)));
+  return any(wrappingDifference(highWords(x), 0x80100000) > static_cast<int>(0xffdfffff));
 }
 
 [[gnu::always_inline]] inline bool isPositiveSubnormal(Float64 x) { return toBits(x) - 1 < 0x000fffffffffffff; }
