@@ -1,0 +1,71 @@
+// The error bounds of every served function, in every named range and at every level that runs another program: on a seeded sample, and at the worst arguments
+// that hunts have found.
+#include <cmath>
+
+#include "tests/test_support.h"
+#include "tools/accuracy_measure.h"
+
+namespace qorvane::test {
+namespace {
+
+using namespace accuracy;
+
+constexpr int64_t sample = 60000;
+
+class Accuracy : public testing::TestWithParam<std::string_view> {};
+
+void expectWithin(const Range& range, int level, const Finding& worst) {
+  EXPECT_LE(std::fabs(worst.error), range.bound(level) + range.margin)
+      << range.stem << ", " << range.name << ", level " << level << ": output " << worst.output << " at " << worst.a << ", " << worst.b << std::hexfloat << " ("
+      << worst.a << ", " << worst.b << ") is " << worst.result;
+}
+
+TEST_P(Accuracy, KeepsItsBounds) {
+  const Function& function = *findFunction(GetParam());
+  for (const LevelGroup& group : levelGroups(function))
+    for (const Range& range : rangesOf(function.stem)) expectWithin(range, group.first, measure(function, group.first, range, sample, 42, nullptr).worst);
+}
+
+// Alone and in a block, which may run different programs.
+TEST_P(Accuracy, KeepsItsBoundsAtTheWorstArguments) {
+  const Function& function = *findFunction(GetParam());
+  for (const WorstArgument& worst : worstArguments()) {
+    if (worst.stem != function.stem) continue;
+    const Range* range = nullptr;
+    for (const Range& one : rangesOf(function.stem))
+      if (one.name == worst.range) range = &one;
+    ASSERT_NE(range, nullptr) << function.stem << " has no range " << worst.range;
+    for (const int level : supportedLevels())
+      if (level >= worst.firstLevel && level <= worst.lastLevel)
+        for (const int32_t count : {1, 16}) expectWithin(*range, level, evaluateAt(function, level, worst.a, worst.b, count));
+  }
+}
+
+std::vector<std::string_view> servedStems() {
+  std::vector<std::string_view> stems;
+  for (const Function& function : servedFunctions()) stems.push_back(function.stem);
+  return stems;
+}
+INSTANTIATE_TEST_SUITE_P(Functions, Accuracy, testing::ValuesIn(servedStems()), [](const auto& served) { return std::string(served.param); });
+
+// A measurement that can't see an error proves nothing: one unit more in a result is one unit more of error.
+TEST(AccuracyMeasurement, CountsUnitsInTheLastPlace) {
+  const Function* exp = findFunction("exp");
+  ASSERT_NE(exp, nullptr);
+  struct Row {
+    double x, correct;
+  };
+  for (const Row& row : {Row{1, 0x1.5bf0a8b145769p1}, Row{-740, 0x0.0000000000055p-1022}, Row{709.5, 0x1.81e9b4b52d0c9p1023}}) {
+    Finding finding{row.x, 0, 0, row.correct, 0};
+    const Judgement right = judgeExactly(*exp, finding);
+    EXPECT_TRUE(right.correct) << row.x;
+    finding.result = std::nextafter(row.correct, HUGE_VAL);
+    const Judgement wrong = judgeExactly(*exp, finding);
+    EXPECT_FALSE(wrong.correct) << row.x;
+    EXPECT_DOUBLE_EQ(wrong.error, right.error + 1) << row.x;
+  }
+  EXPECT_NEAR(evaluateAt(*exp, 1, 0x1.1e75f02d006e2p3, 0, 16).error, 0.5249, 0.0001);
+}
+
+}  // namespace
+}  // namespace qorvane::test
