@@ -201,8 +201,12 @@ template <class V>
     return makePack<packSize<V>>([&](int) __attribute__((always_inline)) { return broadcast<PartOf<V>>(x); });
   else if constexpr (laneCount<V> == 1)
     return x;
+  else if constexpr (laneCount<V> == 2)
+    return _mm_set1_pd(x);
+#ifdef __AVX__
   else
-    return V{} + x;
+    return _mm256_set1_pd(x);
+#endif
 }
 
 // The upper 32 bits of every lane, packed four to a register: in order, but a lone Lanes2 gives its two twice.
