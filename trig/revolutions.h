@@ -71,7 +71,7 @@ struct Fraction {
   const Lanes4 t1 = twoPiHi * high;
   const Lanes4 t2 = (twoPiHi * rest + twoPiLo * high) + (twoPi * c + twoPiLo * rest);
   const Lanes4 r = t1 + t2;
-  const Lanes4 isSmall = _mm256_cmp_pd(_mm256_andnot_pd(broadcast<Lanes4>(-0.0), x), broadcast<Lanes4>(fixedPointFrom), _CMP_LE_OQ);
+  const Lanes4 isSmall = _mm256_cmp_pd(magnitude(x), broadcast<Lanes4>(fixedPointFrom), _CMP_LE_OQ);
   return {_mm256_blendv_pd(r, x, isSmall), _mm256_andnot_pd(isSmall, (t1 - r) + t2), bitsOf(v)};
 }
 

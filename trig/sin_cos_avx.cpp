@@ -36,15 +36,13 @@ constexpr Float64 r2 = fromBits(0xbf56c16ab163b2d7);  // -0.0013888875887985619
 constexpr Float64 r1 = fromBits(0x3fa5555555554ccf);  // 0.041666666666651524
 constexpr Float64 r0 = fromBits(0xbfe0000000000000);  // -0.5
 
-[[gnu::always_inline]] inline Lanes4 magnitude(Lanes4 x) { return _mm256_andnot_pd(broadcast<Lanes4>(-0.0), x); }
-[[gnu::always_inline]] inline Lanes4 withSignOf(Lanes4 y, Lanes4 x) { return _mm256_xor_pd(y, _mm256_and_pd(broadcast<Lanes4>(-0.0), x)); }
-template <int K>
-[[gnu::always_inline]] inline Pack<Lanes4, K> magnitude(Pack<Lanes4, K> x) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return magnitude(x.part[i]); });
-}
-template <int K>
-[[gnu::always_inline]] inline Pack<Lanes4, K> withSignOf(Pack<Lanes4, K> y, Pack<Lanes4, K> x) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return withSignOf(y.part[i], x.part[i]); });
+// y with its sign flipped where x is negative.
+template <class V>
+[[gnu::always_inline]] inline V flipBySignOf(V y, V x) {
+  if constexpr (packSize < V >> 0)
+    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return flipBySignOf(y.part[i], x.part[i]); });
+  else
+    return _mm256_xor_pd(y, signOf(x));
 }
 
 // Whether any |x| is too large for the fast path; a NaN isn't.
@@ -120,7 +118,7 @@ template <class Argument, class Finish, class Replace>
 [[gnu::noinline]] nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
   return loop(
       src, len, [](auto x) __attribute__((always_inline)) { return magnitude(x); },
-      [=](auto x, auto m, int64_t i, int64_t count, bool) __attribute__((always_inline)) { put(dst + i, withSignOf(sineFrom(0, m), x), count); },
+      [=](auto x, auto m, int64_t i, int64_t count, bool) __attribute__((always_inline)) { put(dst + i, flipBySignOf(sineFrom(0, m), x), count); },
       [=](int64_t i, Float64 y) __attribute__((always_inline)) { dst[i] = y; });
 }
 
