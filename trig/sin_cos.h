@@ -39,8 +39,7 @@ template <class V>
   return {hi, (t.sineHi - b) + high, (b - hi) + low, ps, pc, g};
 }
 
-// x = (count * step) + r + e for a step of 2 pi / N in three parts, of which count times the first two is exact for counts up to 2^20; `shifted` has the count
-// in its low bits.
+// x = (count * step) + r + e for a step of 2 pi / N in three parts; `shifted` has the count in its low bits.
 struct Step {
   Float64 inverse, part1, part2, part3;
 };

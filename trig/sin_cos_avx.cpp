@@ -20,14 +20,14 @@ namespace {
 
 constexpr int quarterTurn = 128;
 
-// 2 pi / 512 in three parts; the first two leave 22 and 21 bits for the count.
+// 2 pi / 512 in three parts; a count times the first is exact up to |x| = 65536, times the second to 2^-73 at worst.
 constexpr Step step = {
     fromBits(0x40545f306dc9c883),  // 81.48733086305042 = 512 / (2 pi)
     fromBits(0x3f8921fb54400000),  // 0.012271846302610356
     fromBits(0x3d60b4611a600000),  // 4.747734770549973e-13
     fromBits(0x3b33198a2e037073),  // 1.5798955068718364e-23
 };
-constexpr Float64 largestFast = 65536.0;  // beyond it the products with an odd count aren't exact
+constexpr Float64 largestFast = 65536.0;  // beyond it an odd count times step.part1 has more than 53 bits
 
 // sin r - r = r * z * (q0 + q1 z), cos r - 1 = z * (r0 + r1 z + r2 z^2) with z = r^2, |r| <= pi / 512
 constexpr Float64 q1 = fromBits(0x3f81110fabb3551c);  // 0.008333322932609515
@@ -62,11 +62,11 @@ template <class V>
 }
 
 template <class V>
-struct Powers {
+struct Polynomials {
   V sinPoly, cosPoly;
 };
 template <class V>
-[[gnu::always_inline]] inline Powers<V> polynomials(V r) {
+[[gnu::always_inline]] inline Polynomials<V> polynomials(V r) {
   const V z = r * r;
   return {(q1 * z + q0) * z, ((r2 * z + r1) * z + r0) * z};
 }
@@ -74,7 +74,7 @@ template <class V>
 // The sine of m, a quarter turn further on the cosine.
 template <class V>
 [[gnu::always_inline]] inline V sineFrom(int firstRow, Remainder<V> m) {
-  const Powers<V> p = polynomials(m.r);
+  const Polynomials<V> p = polynomials(m.r);
   const Terms<V> t = expandAt(firstRow, (m.shifted & 511) << 5, m.r, m.e, p.sinPoly, p.cosPoly);
   return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g);
 }

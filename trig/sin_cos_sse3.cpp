@@ -19,7 +19,7 @@ namespace {
 
 #include "trig/sin_cos_tables.inc"
 
-// 2 pi / N in three parts; the first two leave 19 bits and more for the count.
+// 2 pi / N in three parts; a count times the first or the second is exact up to |x| = 2^17.
 constexpr Step step64 = {
     fromBits(0x40245f306dc9c883),  // 10.185916357881302 = 64 / (2 pi)
     fromBits(0x3fb921fb54400000),  // 0.09817477042088285
