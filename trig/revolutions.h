@@ -58,10 +58,10 @@ struct Fraction {
   const Bits4 top{{fractions.part[0].top, fractions.part[1].top}}, low{{fractions.part[0].low, fractions.part[1].low}};
 
   // 1 + the first 52 bits, the next 52 bits, the last 24 bits, all with the sign of x.
-  const Lanes4 u = valueOf<Lanes4>((top >> 12) | (sign ^ 0x3ff0000000000000));
-  const Bits4 unitOfG = sign ^ 0x3cb0000000000000, unitOfH = sign ^ 0x3970000000000000;  // 2^-52, 2^-104
-  const Lanes4 g = valueOf<Lanes4>(((top & 0xfff) << 40) | (low >> 24) | unitOfG) - valueOf<Lanes4>(unitOfG);
-  const Lanes4 h = valueOf<Lanes4>(((low & 0xffffff) << 28) | unitOfH) - valueOf<Lanes4>(unitOfH);
+  const Lanes4 u = valueOf<Lanes4>((top >> 12) | (sign ^ 0x3ff0000000000000u));
+  const Bits4 unitOfG = sign ^ 0x3cb0000000000000u, unitOfH = sign ^ 0x3970000000000000u;  // 2^-52, 2^-104
+  const Lanes4 g = valueOf<Lanes4>(((top & 0xfffu) << 40) | (low >> 24) | unitOfG) - valueOf<Lanes4>(unitOfG);
+  const Lanes4 h = valueOf<Lanes4>(((low & 0xffffffu) << 28) | unitOfH) - valueOf<Lanes4>(unitOfH);
 
   const Lanes4 v = rowShifter + u;
   const Lanes4 u1 = u - (v - rowShifter);

@@ -75,7 +75,7 @@ template <class V>
 template <class V>
 [[gnu::always_inline]] inline V sineFrom(int firstRow, Remainder<V> m) {
   const Polynomials<V> p = polynomials(m.r);
-  const Terms<V> t = expandAt(firstRow, (m.shifted & 511) << 5, m.r, m.e, p.sinPoly, p.cosPoly);
+  const Terms<V> t = expandAt(firstRow, (m.shifted & 511u) << 5, m.r, m.e, p.sinPoly, p.cosPoly);
   return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g);
 }
 
@@ -134,7 +134,7 @@ template <class Argument, class Finish, class Replace>
       src, len, [](auto x) __attribute__((always_inline)) { return x; },
       [=](auto, auto m, int64_t i, int64_t count, bool inBlock) __attribute__((always_inline)) {
         const auto p = polynomials(m.r);
-        const auto offsets = (m.shifted & 511) << 5;
+        const auto offsets = (m.shifted & 511u) << 5;
         // The sine of a single element is added up in another order.
         const auto sine = expandAt(0, offsets, m.r, m.e, p.sinPoly, p.cosPoly);
         const auto begin = (sine.ps + sine.g) + sine.d2;

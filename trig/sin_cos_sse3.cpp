@@ -59,7 +59,7 @@ template <class V>
   const V z = m.r * m.r;
   const V sinPoly = (((s4 * z + s3) * z + s2) * z + s1) * z;
   const V cosPoly = (((c4 * z + c3) * z + c2) * z + c1) * z;
-  return expandAt(trigTable64[firstRow], (m.shifted & 63) << 5, m.r, m.e, sinPoly, cosPoly);
+  return expandAt(trigTable64[firstRow], (m.shifted & 63u) << 5, m.r, m.e, sinPoly, cosPoly);
 }
 
 template <class V>
@@ -142,7 +142,7 @@ template <int firstRow>
       src, len,
       [=](auto x, int64_t i, int64_t count) __attribute__((always_inline)) {
         const auto m = removeSteps(x, step128);
-        const auto offsets = (m.shifted & 127) << 5;
+        const auto offsets = (m.shifted & 127u) << 5;
         const auto z = m.r * m.r;
         const auto sinPoly = ((s3 * z + s2) * z + s1) * z, cosPoly = ((c3 * z + c2) * z + c1) * z;
         put(dstA + i, sumOf(expandAt(trigTable128[0], offsets, m.r, m.e, sinPoly, cosPoly)), count);
