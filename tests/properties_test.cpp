@@ -18,7 +18,15 @@ namespace {
 constexpr int32_t count = 260;
 constexpr double canary = -7.25e-77;
 
-bool sameBits(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
+// Sin, Cos, SinCos and Tan compute whole blocks in one way or another, whichever an argument in the block needs, so that a result may be one of two neighbouring
+// numbers, or a zero of either sign: trig_test.cpp and tan_test.cpp have when.
+bool dependsOnBlock(const Function& f) {
+  return f.name == "nuvsSin_64f_A53" || f.name == "nuvsCos_64f_A53" || f.name == "nuvsSinCos_64f_A53" || f.name == "nuvsTan_64f_A53";
+}
+bool sameBits(const Function& f, double a, double b) {
+  const uint64_t tolerance = dependsOnBlock(f) && std::isfinite(a) ? 1 : 0;
+  return bits(a) - bits(b) + tolerance <= 2 * tolerance || (tolerance == 1 && a == 0 && b == 0) || (a != a && b != b);
+}
 
 // Arguments of one call, and what each element gives when it is computed alone.
 struct Sample {
@@ -53,10 +61,10 @@ class EveryFunction : public testing::TestWithParam<std::tuple<size_t, int>> {
   void expectResults(const Sample& s, int32_t first, const double* a, const double* b, int32_t len, const char* how) {
     for (int32_t i = 0; i < len; ++i) {
       const auto k = static_cast<size_t>(first + i);
-      ASSERT_TRUE(sameBits(a[i], s.a[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", y = " << s.y[k] << ": " << a[i] << ", alone "
-                                          << s.a[k];
+      ASSERT_TRUE(sameBits(f, a[i], s.a[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", y = " << s.y[k] << ": " << a[i]
+                                             << ", alone " << s.a[k];
       if (!f.hasSecondOutput()) continue;
-      ASSERT_TRUE(sameBits(b[i], s.b[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", second output";
+      ASSERT_TRUE(sameBits(f, b[i], s.b[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", second output";
     }
   }
 };
@@ -220,7 +228,7 @@ TEST_P(EveryFunction, RunsOnManyThreadsAtOnce) {
       std::vector<double> a(count), b(count);
       for (int round = 0; round < 40; ++round) {
         f(s.x.data(), s.y.data(), s.value, a.data(), b.data(), count);
-        for (size_t i = 0; i < count; ++i) wrong[t] += !sameBits(a[i], s.a[i]);
+        for (size_t i = 0; i < count; ++i) wrong[t] += !sameBits(f, a[i], s.a[i]);
       }
     });
   for (auto& thread : threads) thread.join();
