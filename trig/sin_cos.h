@@ -1,0 +1,102 @@
+// What the kernels of Sin, Cos and SinCos share at all levels: the expansion around a point of the table, and the loop over blocks.
+//
+// sin(t + r + e) for a table point t, a remainder r and its tail e is taken apart into terms of falling size. sin t stands in the table as sineHi + sineLo, and
+// cos t as cosineHi + cosineLo with a power of two for cosineHi: cosineHi * r is exact, so that the sum of the two leading terms has a rounding error that can
+// be computed.
+//   hi    sineHi + cos t * r, rounded
+//   d1    the error of the first of its two sums
+//   d2    the error of the second one
+//   ps    cos t * (sin r - r)
+//   pc    sin t * (cos r - 1)
+//   g     the derivative times e, and sineLo
+// The kernels add them up in their own orders, hi last.
+#pragma once
+#include "frame/loops.h"
+
+namespace qorvane {
+namespace {
+
+template <class V>
+struct SplitSine {
+  V cosineLo, cosineHi, sineHi, sineLo;
+};
+
+template <class V>
+struct Terms {
+  V hi, d1, d2, ps, pc, g;
+};
+
+// sinPoly is (sin r - r) / r, cosPoly is cos r - 1.
+template <class V>
+[[gnu::always_inline]] inline Terms<V> expand(SplitSine<V> t, V r, V e, V sinPoly, V cosPoly) {
+  const V cosine = t.cosineHi + t.cosineLo;
+  const V g = (cosine - t.sineHi * r) * e + t.sineLo;
+  const V ps = sinPoly * r * cosine;
+  const V pc = cosPoly * t.sineHi;
+  const V high = t.cosineHi * r, low = t.cosineLo * r;
+  const V b = t.sineHi + high;
+  const V hi = low + b;
+  return {hi, (t.sineHi - b) + high, (b - hi) + low, ps, pc, g};
+}
+
+// x = (count * step) + r + e for a step of 2 pi / N in three parts, of which count times the first two is exact for counts up to 2^20; `shifted` has the count
+// in its low bits.
+struct Step {
+  Float64 inverse, part1, part2, part3;
+};
+constexpr Float64 roundShifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
+template <class V>
+struct Remainder {
+  V r, e;
+  BitsOf<V> shifted;
+};
+template <class V>
+[[gnu::always_inline]] inline Remainder<V> removeSteps(V x, Step step) {
+  const V y = x * step.inverse + roundShifter;
+  const V k = y - roundShifter;
+  const V k2 = k * step.part2;
+  const V t = x - k * step.part1;
+  const V r = t - k2;
+  return {r, ((t - r) - k2) - k * step.part3, bitsOf(y)};
+}
+
+// All of V, or the first `count` lanes of a vector.
+template <class V>
+[[gnu::always_inline]] inline void put(Float64* p, V v, int64_t count) {
+  if constexpr (packSize < V >> 0)
+    store(p, v);
+  else
+    storePart(p, v, count);
+}
+
+// Blocks of V whose elements have a common fate: if `flagged` finds any, the whole block goes to `slow`, otherwise to `fast`; both are given the arguments and
+// the index of the first, and store the results. After the last block each element is a block of its own, but unflagged ones may still be computed together.
+//   flagged(V x) -> bool;  fast(V x, int64_t i, int64_t count);  slow(V x, int64_t i, int64_t count) -> status
+template <class V, class Flagged, class Fast, class Slow>
+[[gnu::always_inline]] inline nuvStatus blockLoop(const Float64* src, int64_t len, Flagged flagged, Fast fast, Slow slow) {
+  nuvStatus status = nuvStatusOk;
+  const auto compute = [&](auto x, int64_t i, int64_t count) __attribute__((always_inline)) {
+    if (flagged(x)) [[unlikely]] {
+      const nuvStatus ofBlock = slow(x, i, count);
+      if (ofBlock != nuvStatusOk) status = ofBlock;
+    } else {
+      fast(x, i, count);
+    }
+  };
+  int64_t i = 0;
+  for (; i + laneCount<V> <= len; i += laneCount<V>) compute(load<V>(src + i), i, laneCount<V>);
+  using Part = PartOf<V>;
+  for (int64_t count; i < len; i += count) {
+    count = len - i < laneCount<Part> ? len - i : laneCount<Part>;
+    Part x = loadPart<Part>(src + i, count);
+    if (flagged(x)) [[unlikely]] {
+      count = 1;
+      x = broadcast<Part>(src[i]);
+    }
+    compute(x, i, count);
+  }
+  return status;
+}
+
+}  // namespace
+}  // namespace qorvane
