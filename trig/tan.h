@@ -31,9 +31,12 @@ nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, 
 
 namespace {
 
+// The sign bits of the lanes, lane 0 lowest.
 [[gnu::always_inline]] inline uint64_t signMask(Lanes2 v) { return static_cast<uint64_t>(_mm_movemask_pd(v)); }
+[[gnu::always_inline]] inline Lanes2 xorBits(Lanes2 a, Lanes2 b) { return _mm_xor_pd(a, b); }
 #ifdef __AVX__
 [[gnu::always_inline]] inline uint64_t signMask(Lanes4 v) { return static_cast<uint64_t>(_mm256_movemask_pd(v)); }
+[[gnu::always_inline]] inline Lanes4 xorBits(Lanes4 a, Lanes4 b) { return _mm256_xor_pd(a, b); }
 #endif
 template <class V, int K>
 [[gnu::always_inline]] inline uint64_t signMask(Pack<V, K> v) {
@@ -41,54 +44,63 @@ template <class V, int K>
   for (int i = 0; i < K; ++i) mask |= signMask(v.part[i]) << (i * laneCount<V>);
   return mask;
 }
+template <class V, int K>
+[[gnu::always_inline]] inline Pack<V, K> xorBits(Pack<V, K> a, Pack<V, K> b) {
+  return makePack<K>([&](int i) __attribute__((always_inline)) { return xorBits(a.part[i], b.part[i]); });
+}
 
-// The vector stages for the elements c, c + 1, ... of a chunk. For flagged elements they give numbers that nobody reads; no finite x makes an invalid
-// operation.
 template <class V>
-[[gnu::always_inline]] inline void tanReduce(V x, TanChunk& chunk, int c) {
+struct TanRemainder {
+  V hi, lo;
+  uint64_t odd;  // bit i: k of lane i is odd
+};
+
+template <class V>
+[[gnu::always_inline]] inline TanRemainder<V> tanRemainder(V x) {
   constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);   // 0.63661977236758138
   constexpr Float64 shifter = fromBits(0x4330000000000000);     // 2^52: k stands in the low bits of a sum that is at least 2^52
   constexpr Float64 minusPart1 = fromBits(0xbff921fb54400000);  // -1.5707963267341256, the first 33 bits of -pi/2
   constexpr Float64 minusPart2 = fromBits(0xbdd0b4611a600000);  // -6.077100506303966e-11, the next 33
   constexpr Float64 part3 = fromBits(0x3ba3198a2e037073);       // 2.0222662487959506e-21, the rest of pi/2
-  constexpr Float64 p3 = fromBits(0xbedf637dea7c0b2c);          // -7.483634966612065e-06
-  constexpr Float64 p2 = fromBits(0x3f66fc6fe2982a7b);          // 0.002805918241169989
-  constexpr Float64 q3 = fromBits(0xbf2b525b10d0a168);          // -0.00020844804422038708
-  constexpr Float64 q2 = fromBits(0x3f97e7b68d9a55f3);          // 0.02334485282206873
-  constexpr uint64_t signBit = 0x8000000000000000;
 
-  const V a = valueOf<V>(bitsOf(x) & ~signBit);
+  const V a = magnitude(x);
   const V shifted = a * twoOverPi + shifter;
   const V k = shifted - shifter;
   const V t = minusPart1 * k + a;
   const V p = minusPart2 * k, s = p + t, e = (t - s) + p;
   const V w = part3 * k - e, h = s - w, l = (s - h) - w;
-  const BitsOf<V> odd = bitsOf(shifted) << 63, flip = odd ^ (bitsOf(x) & signBit);
-  const V hi = valueOf<V>(bitsOf(h) ^ flip), lo = valueOf<V>(bitsOf(l) ^ flip);
-  store(chunk.hi + c, hi);
-  store(chunk.lo + c, lo);
-  chunk.odd |= signMask(valueOf<V>(odd)) << c;
-
-  const V r = hi + lo, z = r * r;
-  store(chunk.pRest + c, (p3 * z + p2) * z);
-  store(chunk.qRest + c, (q3 * z + q2) * z);
+  const V odd = valueOf<V>(bitsOf(shifted) << 63), flip = xorBits(odd, signOf(x));
+  return {xorBits(h, flip), xorBits(l, flip), signMask(odd)};
 }
 
+// The vector stages: two loops, because the longest chain of one element is then short enough for the scheduler to see the next ones behind it. Of flagged
+// elements they make numbers that nobody reads; no finite x makes an invalid operation.
 template <class V>
 [[gnu::always_inline]] inline void tanReduceChunk(const Float64* src, int count, TanChunk& chunk) {
-  chunk.odd = 0;
-  chunk.anyFlagged = false;
-  int c = 0;
-  for (; c + laneCount<V> <= count; c += laneCount<V>) {
-    const V x = load<V>(src + c);
-    chunk.anyFlagged |= anyMagnitudeFrom(x, tanFlaggedHighWord);
-    tanReduce(x, chunk, c);
-  }
   using Part = PartOf<V>;
-  for (; c < count; c += laneCount<Part>) {
-    const Part x = loadPart<Part>(src + c, count - c < laneCount<Part> ? count - c : laneCount<Part>);
-    chunk.anyFlagged |= anyMagnitudeFrom(x, tanFlaggedHighWord);
-    tanReduce(x, chunk, c);
+  uint64_t odd = 0;
+  bool anyFlagged = false;
+  const auto reduce = [&](auto x, int c) __attribute__((always_inline)) {
+    anyFlagged |= anyMagnitudeFrom(x, tanFlaggedHighWord);
+    const auto r = tanRemainder(x);
+    store(chunk.hi + c, r.hi);
+    store(chunk.lo + c, r.lo);
+    odd |= r.odd << c;
+  };
+  int c = 0;
+  for (; c + laneCount<V> <= count; c += laneCount<V>) reduce(load<V>(src + c), c);
+  for (; c < count; c += laneCount<Part>) reduce(loadPart<Part>(src + c, count - c < laneCount<Part> ? count - c : laneCount<Part>), c);
+  chunk.odd = odd;
+  chunk.anyFlagged = anyFlagged;
+
+  constexpr Float64 p3 = fromBits(0xbedf637dea7c0b2c);  // -7.483634966612065e-06
+  constexpr Float64 p2 = fromBits(0x3f66fc6fe2982a7b);  // 0.002805918241169989
+  constexpr Float64 q3 = fromBits(0xbf2b525b10d0a168);  // -0.00020844804422038708
+  constexpr Float64 q2 = fromBits(0x3f97e7b68d9a55f3);  // 0.02334485282206873
+  for (c = 0; c < count; c += laneCount<Part>) {
+    const Part r = load<Part>(chunk.hi + c) + load<Part>(chunk.lo + c), z = r * r;
+    store(chunk.pRest + c, (p3 * z + p2) * z);
+    store(chunk.qRest + c, (q3 * z + q2) * z);
   }
 }
 
