@@ -18,7 +18,11 @@ namespace {
 constexpr int32_t count = 260;
 constexpr double canary = -7.25e-77;
 
-bool sameBits(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
+// Tan alone may give the one or the other of two neighbouring numbers, as the element is alone or shares a division: tan_test.cpp has when.
+bool sameBits(const Function& f, double a, double b) {
+  const uint64_t tolerance = f.name == "nuvsTan_64f_A53" && std::isfinite(a) ? 1 : 0;
+  return bits(a) - bits(b) + tolerance <= 2 * tolerance || (a != a && b != b);
+}
 
 // Arguments of one call, and what each element gives when it is computed alone.
 struct Sample {
@@ -53,10 +57,10 @@ class EveryFunction : public testing::TestWithParam<std::tuple<size_t, int>> {
   void expectResults(const Sample& s, int32_t first, const double* a, const double* b, int32_t len, const char* how) {
     for (int32_t i = 0; i < len; ++i) {
       const auto k = static_cast<size_t>(first + i);
-      ASSERT_TRUE(sameBits(a[i], s.a[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", y = " << s.y[k] << ": " << a[i] << ", alone "
-                                          << s.a[k];
+      ASSERT_TRUE(sameBits(f, a[i], s.a[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", y = " << s.y[k] << ": " << a[i]
+                                             << ", alone " << s.a[k];
       if (!f.hasSecondOutput()) continue;
-      ASSERT_TRUE(sameBits(b[i], s.b[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", second output";
+      ASSERT_TRUE(sameBits(f, b[i], s.b[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", second output";
     }
   }
 };
@@ -220,7 +224,7 @@ TEST_P(EveryFunction, RunsOnManyThreadsAtOnce) {
       std::vector<double> a(count), b(count);
       for (int round = 0; round < 40; ++round) {
         f(s.x.data(), s.y.data(), s.value, a.data(), b.data(), count);
-        for (size_t i = 0; i < count; ++i) wrong[t] += !sameBits(a[i], s.a[i]);
+        for (size_t i = 0; i < count; ++i) wrong[t] += !sameBits(f, a[i], s.a[i]);
       }
     });
   for (auto& thread : threads) thread.join();

@@ -1,11 +1,11 @@
 // tan(x), all levels: one element, whatever its size, without extended precision.
 //
-// Method: x is brought below pi/4 if it is large; rh + rl = k * pi/32 + r + e gives the row j = k modulo 32 and the remainder |r| <= pi/64. In rows 0 to 8 and
-// 24 to 31 tan(j pi/32 + r) is its Taylor series to degree 15, with the value as high + low and the linear coefficient split. Rows 9 to 23 are near the pole:
-// there the series is that of tan + 1/w, w = w + wlo being the distance to the nearest multiple of pi/2, found afresh from rh + rl without cancelling twice;
-// -1/w is added as a truncated reciprocal n with the residual of the division.
+// Method: a large x is first reduced modulo pi/2. rh + rl = k * pi/32 + r + e gives the row j of the table, k and the quadrant modulo 32, and |r| <= pi/64. In
+// rows 0 to 8 and 24 to 31 tan(j pi/32 + r) is its Taylor series of degree 15, with c0 as high + low and a high part of c1 split off. Rows 9 to 23 are about the
+// pole: theirs is the series of tan + 1/w, where w + wlo is the distance to the nearest multiple of pi/2, taken from rh + rl with a splitting of pi/32 of its
+// own. 1/w is a reciprocal n of 18 bits, so that n * u is exact for a u of 35 bits next to w, and a correction from the residual 1 - n u and from w - u.
 //
-// Error: at most 0.584 ulp.
+// Error: at most 0.584 ulp; 0.572 was met, at 8.2229755363080351e+288.
 //
 // Special values: a zero gives the same zero, a NaN the NaN, quiet, an infinity the default NaN and out of domain.
 #include "trig/reduction.h"
@@ -20,7 +20,7 @@ constexpr Float64 thirtyTwoOverPi = fromBits(0x40245f306dc9c883);  // 10.1859163
 constexpr Float64 shifter = fromBits(0x4338000000000000);          // 1.5 * 2^52
 constexpr Float64 shifterTo16 = fromBits(0x4378000000000000);      // 1.5 * 2^56: rounds to a multiple of 16
 
-// pi/32 = stepLow1 + stepLow2 + stepLow3, for the remainder from the row's point.
+// pi/32 = step1 + step2 + step3, for the remainder from the row's point.
 constexpr Float64 step1 = fromBits(0x3fb921fb54440000);  // 0.09817477042452083
 constexpr Float64 step2 = fromBits(0x3d468c234c4c0000);  // 1.6020900947399724e-13
 constexpr Float64 step3 = fromBits(0x3ae98a2e03707345);  // 6.601874416867142e-25
@@ -31,7 +31,7 @@ constexpr Float64 pole2 = fromBits(0xbd32e7b967674000);       // -6.716466596861
 constexpr Float64 pole3 = fromBits(0x3aa8a2e03707344a);       // 3.9801982271943437e-26
 constexpr Float64 minusPole2 = fromBits(0x3d32e7b9676733af);  // 6.716466596857464e-14 = -(pole2 + pole3)
 
-constexpr uint64_t divisorMask = 0xfffffffffffc0000;  // leaves 35 significant bits
+constexpr uint64_t divisorMask = 0xfffffffffffc0000;  // leaves 35 bits
 
 constexpr Float64 twoTo55 = fromBits(0x4360000000000000), twoToMinus55 = fromBits(0x3c80000000000000);
 
