@@ -1,0 +1,121 @@
+// What the levels of Tan share.
+//
+// Method: |x| = k * pi/2 + hi + lo with the integer k, so that with r = hi + lo, or its negative where k is odd, tan|x| is tan r or 1 / tan(r), and
+// tan r = r P(r^2) / Q(r^2) with cubic P and Q. Arguments are taken in chunks of 64: first the remainders and the outer halves of the polynomials, in vectors
+// of double precision, then the quotients, in x87 extended precision, so that one rounding to double precision remains. One division serves two elements.
+//
+// Special values and large arguments: tanSpecialLane.
+#pragma once
+#include "frame/loops.h"
+
+namespace qorvane {
+
+constexpr int tanChunkSize = 64;
+
+// A chunk between the vector stages and the x87 stage. Bit c of `odd` and the elements c belong together.
+struct TanChunk {
+  alignas(32) Float64 hi[tanChunkSize], lo[tanChunkSize];        // the remainder, with the sign of x, negated where k is odd
+  alignas(32) Float64 pRest[tanChunkSize], qRest[tanChunkSize];  // P(z) = 1 + (p1 + pRest) z, Q(z) = 1 + (q1 + qRest) z
+  uint64_t odd;                                                  // whether k is odd
+  bool anyFlagged;                                               // an element goes to tanSpecialLane
+};
+
+// |x| from 128000 up, infinities and NaNs go to tanSpecialLane. Below, k is less than 2^17, so that k * part1 and k * part2 are exact.
+constexpr int tanFlaggedHighWord = 0x40ff4000;
+
+// tan(x) for any x.
+nuvStatus tanSpecialLane(Float64 x, Float64* result);
+
+// The x87 stage: the results of a chunk of `count` elements. The x87 unit has 64-bit significands and rounds to nearest.
+nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, int count);
+
+namespace {
+
+// The sign bits of the lanes, lane 0 lowest.
+[[gnu::always_inline]] inline uint64_t signMask(Lanes2 v) { return static_cast<uint64_t>(_mm_movemask_pd(v)); }
+[[gnu::always_inline]] inline Lanes2 xorBits(Lanes2 a, Lanes2 b) { return _mm_xor_pd(a, b); }
+#ifdef __AVX__
+[[gnu::always_inline]] inline uint64_t signMask(Lanes4 v) { return static_cast<uint64_t>(_mm256_movemask_pd(v)); }
+[[gnu::always_inline]] inline Lanes4 xorBits(Lanes4 a, Lanes4 b) { return _mm256_xor_pd(a, b); }
+#endif
+template <class V, int K>
+[[gnu::always_inline]] inline uint64_t signMask(Pack<V, K> v) {
+  uint64_t mask = 0;
+  for (int i = 0; i < K; ++i) mask |= signMask(v.part[i]) << (i * laneCount<V>);
+  return mask;
+}
+template <class V, int K>
+[[gnu::always_inline]] inline Pack<V, K> xorBits(Pack<V, K> a, Pack<V, K> b) {
+  return makePack<K>([&](int i) __attribute__((always_inline)) { return xorBits(a.part[i], b.part[i]); });
+}
+
+template <class V>
+struct TanRemainder {
+  V hi, lo;
+  uint64_t odd;  // bit i: k of lane i is odd
+};
+
+template <class V>
+[[gnu::always_inline]] inline TanRemainder<V> tanRemainder(V x) {
+  constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);   // 0.63661977236758138
+  constexpr Float64 shifter = fromBits(0x4330000000000000);     // 2^52: k stands in the low bits of a sum that is at least 2^52
+  constexpr Float64 minusPart1 = fromBits(0xbff921fb54400000);  // -1.5707963267341256, the first 33 bits of -pi/2
+  constexpr Float64 minusPart2 = fromBits(0xbdd0b4611a600000);  // -6.077100506303966e-11, the next 33
+  constexpr Float64 part3 = fromBits(0x3ba3198a2e037073);       // 2.0222662487959506e-21, the rest of pi/2
+
+  const V a = magnitude(x);
+  const V shifted = a * twoOverPi + shifter;
+  const V k = shifted - shifter;
+  const V t = minusPart1 * k + a;
+  const V p = minusPart2 * k, s = p + t, e = (t - s) + p;
+  const V w = part3 * k - e, h = s - w, l = (s - h) - w;
+  const V odd = valueOf<V>(bitsOf(shifted) << 63), flip = xorBits(odd, signOf(x));
+  return {xorBits(h, flip), xorBits(l, flip), signMask(odd)};
+}
+
+// The vector stages: two loops, because the longest chain of one element is then short enough for the scheduler to see the next ones behind it. Of flagged
+// elements they make numbers that nobody reads; no finite x makes an invalid operation.
+template <class V>
+[[gnu::always_inline]] inline void tanReduceChunk(const Float64* src, int count, TanChunk& chunk) {
+  using Part = PartOf<V>;
+  uint64_t odd = 0;
+  bool anyFlagged = false;
+  const auto reduce = [&](auto x, int c) __attribute__((always_inline)) {
+    anyFlagged |= anyMagnitudeFrom(x, tanFlaggedHighWord);
+    const auto r = tanRemainder(x);
+    store(chunk.hi + c, r.hi);
+    store(chunk.lo + c, r.lo);
+    odd |= r.odd << c;
+  };
+  int c = 0;
+  for (; c + laneCount<V> <= count; c += laneCount<V>) reduce(load<V>(src + c), c);
+  for (; c < count; c += laneCount<Part>) reduce(loadPart<Part>(src + c, count - c < laneCount<Part> ? count - c : laneCount<Part>), c);
+  chunk.odd = odd;
+  chunk.anyFlagged = anyFlagged;
+
+  constexpr Float64 p3 = fromBits(0xbedf637dea7c0b2c);  // -7.483634966612065e-06
+  constexpr Float64 p2 = fromBits(0x3f66fc6fe2982a7b);  // 0.002805918241169989
+  constexpr Float64 q3 = fromBits(0xbf2b525b10d0a168);  // -0.00020844804422038708
+  constexpr Float64 q2 = fromBits(0x3f97e7b68d9a55f3);  // 0.02334485282206873
+  for (c = 0; c < count; c += laneCount<Part>) {
+    const Part r = load<Part>(chunk.hi + c) + load<Part>(chunk.lo + c), z = r * r;
+    store(chunk.pRest + c, (p3 * z + p2) * z);
+    store(chunk.qRest + c, (q3 * z + q2) * z);
+  }
+}
+
+template <class V>
+[[gnu::always_inline]] inline nuvStatus tanLoop(const Float64* src, Float64* dst, int64_t len) {
+  TanChunk chunk;
+  nuvStatus status = nuvStatusOk;
+  for (int64_t i = 0; i < len; i += tanChunkSize) {
+    const int count = len - i < tanChunkSize ? static_cast<int>(len - i) : tanChunkSize;
+    tanReduceChunk<V>(src + i, count, chunk);
+    const nuvStatus ofChunk = tanQuotients(chunk, src + i, dst + i, count);
+    if (ofChunk != nuvStatusOk) status = ofChunk;
+  }
+  return status;
+}
+
+}  // namespace
+}  // namespace qorvane
