@@ -27,6 +27,7 @@ configure_package_config_file(cmake/QorvaneConfig.cmake.in QorvaneConfig.cmake I
 write_basic_package_version_file(QorvaneConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 list(TRANSFORM OpenMP_CXX_LIB_NAMES PREPEND -l OUTPUT_VARIABLE openmp_libraries)
 list(JOIN openmp_libraries " " OPENMP_LIBS_PRIVATE)
+file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qorvane.pc.in qorvane.pc @ONLY)
 
 install(TARGETS qorvane EXPORT Qorvane LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})

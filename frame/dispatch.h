@@ -27,4 +27,4 @@ constexpr DispatchTable<Kernel> twoVariants(Kernel* levels1To4, Kernel* level5) 
 }  // namespace qorvane
 
 // Set by the load hook before the first call; tests set it to run every level that the processor has.
-extern "C" int32_t DispatchLevel;
+extern "C" [[gnu::visibility("hidden")]] int32_t DispatchLevel;

@@ -4,7 +4,7 @@
 
 namespace qorvane {
 
-#define FUNCTION(name, stem, shape, ...) extern const DispatchTable<shape##Kernel> stem##Kernels;
+#define FUNCTION(name, stem, shape, ...) extern const DispatchTable<shape##Kernel> stem##Kernels [[gnu::visibility("hidden")]];
 #define realUnaryKernel RealUnaryKernel
 #define realBinaryKernel RealBinaryKernel
 #define realSplitKernel RealSplitKernel
@@ -21,6 +21,9 @@ template <class Element>
 }
 
 }  // namespace
+}  // namespace qorvane
+
+using namespace qorvane;
 
 // clang-format off
 #define EXPORT_realUnary(name, stem) \
@@ -44,5 +47,3 @@ template <class Element>
 extern "C" {
 #include "frame/functions.inc"
 }
-
-}  // namespace qorvane

@@ -8,6 +8,7 @@ const std::vector<int>& supportedLevels() {
   static const std::vector<int> levels = [] {
     std::vector<int> all;
     for (int level = 1; level <= DispatchLevel; ++level) all.push_back(level);
+    if (all.empty()) all.push_back(0);
     return all;
   }();
   return levels;

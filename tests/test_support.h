@@ -13,7 +13,7 @@
 
 namespace qorvane::test {
 
-// Levels 1 up to the one that the load hook chose.
+// Levels 1 up to the one that the load hook chose; level 0 alone where that is 0.
 const std::vector<int>& supportedLevels();
 
 // Sets DispatchLevel for as long as it lives.
