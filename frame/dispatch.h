@@ -24,6 +24,12 @@ constexpr DispatchTable<Kernel> twoVariants(Kernel* levels1To4, Kernel* level5) 
   return {{levels1To4, levels1To4, levels1To4, levels1To4, levels1To4, level5}};
 }
 
+// The table of a function that level 4 makes with the rounding instruction.
+template <class Kernel>
+constexpr DispatchTable<Kernel> threeVariants(Kernel* levels1To3, Kernel* level4, Kernel* level5) {
+  return {{levels1To3, levels1To3, levels1To3, levels1To3, level4, level5}};
+}
+
 }  // namespace qorvane
 
 // Set by the load hook before the first call; tests set it to run every level that the processor has.

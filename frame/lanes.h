@@ -203,8 +203,50 @@ template <class V>
     return makePack<packSize<V>>([&](int) __attribute__((always_inline)) { return broadcast<PartOf<V>>(x); });
   else if constexpr (laneCount<V> == 1)
     return x;
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_set1_pd(x);
+#endif
   else
-    return V{} + x;
+    return _mm_set1_pd(x);
+}
+
+// Logic on numbers as whole registers, for work on signs and masks that needs no integers.
+template <class V>
+[[gnu::always_inline]] inline V andBits(V a, V b) {
+  if constexpr (packSize < V >> 0)
+    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return andBits(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return fromBits(toBits(a) & toBits(b));
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_and_pd(a, b);
+#endif
+  else
+    return _mm_and_pd(a, b);
+}
+template <class V>
+[[gnu::always_inline]] inline V orBits(V a, V b) {
+  if constexpr (packSize < V >> 0)
+    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return orBits(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return fromBits(toBits(a) | toBits(b));
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_or_pd(a, b);
+#endif
+  else
+    return _mm_or_pd(a, b);
+}
+
+// |x|, and the zero with the sign of x.
+template <class V>
+[[gnu::always_inline]] inline V magnitude(V x) {
+  return andBits(x, broadcast<V>(fromBits(0x7fffffffffffffff)));
+}
+template <class V>
+[[gnu::always_inline]] inline V signOf(V x) {
+  return andBits(x, broadcast<V>(-0.0));
 }
 
 // The upper and the lower 32 bits of every lane, packed four to a register: in order, but a lone Lanes2 gives its two twice.

@@ -52,5 +52,12 @@ template <class V, Raises raises, class Fast, class Flagged, class Special>
   return status;
 }
 
+// No element is special: `fast` gives every result.
+template <class V, class Fast>
+[[gnu::always_inline]] inline nuvStatus plainLoop(const Float64* src, Float64* dst, int64_t len, Fast fast) {
+  return unaryLoop<V, Raises::no>(
+      src, dst, len, fast, [](auto) { return false; }, [](Float64, Float64*) { return nuvStatusOk; });
+}
+
 }  // namespace
 }  // namespace qorvane

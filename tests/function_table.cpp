@@ -7,13 +7,6 @@
 namespace qorvane::test {
 namespace {
 
-constexpr Shape realUnary = Shape::realUnary, realBinary = Shape::realBinary, realSplit = Shape::realSplit, realScalar = Shape::realScalar;
-constexpr CheckClass pointersFirst = CheckClass::pointersFirst, lengthFirst = CheckClass::lengthFirst;
-constexpr StateClass none = StateClass::none, clearMode = StateClass::clearMode, clearRounding = StateClass::clearRounding, forceDown = StateClass::forceDown,
-                     forceUp = StateClass::forceUp, forceToZero = StateClass::forceToZero, fixX87AndClearMode = StateClass::fixX87AndClearMode,
-                     fixX87AndClearRounding = StateClass::fixX87AndClearRounding;
-constexpr bool exact = true, blocksReread = false;
-
 using Unary = nuvStatus(const double*, double*, int32_t);
 using Binary = nuvStatus(const double*, const double*, double*, int32_t);
 using Split = nuvStatus(const double*, double*, double*, int32_t);
@@ -31,13 +24,17 @@ F* as(void* address) {
 }  // namespace
 
 const std::vector<Function>& functions() {
+  using enum Shape;
+  using enum CheckClass;
+  using enum StateClass;
+  using enum InPlace;
   static const std::vector<Function> all = {
 #define FUNCTION(name, stem, shape, family, checkA, stateA, checkB, stateB, raisesA, raisesB, inPlace) \
   {"nuvs" #name,                                                                                       \
    shape,                                                                                              \
    {checkA, stateA, raisesA},                                                                          \
    {checkB, stateB, raisesB},                                                                          \
-   inPlace,                                                                                            \
+   inPlace == exact,                                                                                   \
    reinterpret_cast<void*>(&nuvs##name),                                                               \
    reinterpret_cast<void*>(&nuvs##name##_Idx)},
 #include "frame/functions.inc"
@@ -94,17 +91,21 @@ std::vector<double> mixedArguments(uint64_t seed, int count) {
                                    65536.0,
                                    1e22};
   std::mt19937_64 random(seed);
-  std::uniform_real_distribution<double> unit(-1, 1);
+  const auto unit = [&] { return std::ldexp(static_cast<double>(random() >> 11), -52) - 1; };  // [-1, 1)
   std::vector<double> x;
   for (int i = 0; i < count; ++i) {
     switch (random() % 8) {
       case 0: x.push_back(special[random() % std::size(special)]); break;
       case 1: x.push_back(std::bit_cast<double>(random())); break;
-      case 2: x.push_back(std::ldexp(unit(random), static_cast<int>(random() % 2100) - 1075)); break;
+      case 2: {
+        const double mantissa = unit();
+        x.push_back(std::ldexp(mantissa, static_cast<int>(random() % 2100) - 1075));
+        break;
+      }
       case 3: x.push_back(static_cast<double>(static_cast<int>(random() % 201) - 100) / 2); break;
-      case 4: x.push_back(std::abs(unit(random)) * 700); break;
-      case 5: x.push_back(1 + unit(random) / 1000); break;
-      default: x.push_back(std::abs(unit(random)) * 20 + 0.01); break;
+      case 4: x.push_back(std::abs(unit()) * 700); break;
+      case 5: x.push_back(1 + unit() / 1000); break;
+      default: x.push_back(std::abs(unit()) * 20 + 0.01); break;
     }
   }
   return x;

@@ -11,6 +11,7 @@ namespace qorvane::test {
 enum class Shape { realUnary, realBinary, realSplit, realScalar };
 enum class CheckClass { pointersFirst, lengthFirst };
 enum class StateClass { none, clearMode, clearRounding, forceDown, forceUp, forceToZero, fixX87AndClearMode, fixX87AndClearRounding };
+enum class InPlace { exact, blocksReread };
 
 struct Variant {
   CheckClass check;
