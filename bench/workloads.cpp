@@ -42,15 +42,15 @@ constexpr Workload special[] = {
     {"cos", "near 1e300", {1e299, 1e301, true}, unused},    {"sinCos", "near 1e300", {1e299, 1e301, true}, unused},
 };
 
-std::vector<double> fill(const Workload::Range& range, uint64_t seed) {
+void fill(double* values, const Workload::Range& range, uint64_t seed) {
   std::mt19937_64 random(seed);
-  std::vector<double> values(longest);
-  for (double& value : values) {
+  for (int i = 0; i < longest; ++i) {
     const double share = std::ldexp(static_cast<double>(random() >> 11), -53);
-    value = range.logarithmic ? range.low * std::pow(range.high / range.low, share) : range.low + share * (range.high - range.low);
+    values[i] = range.logarithmic ? range.low * std::pow(range.high / range.low, share) : range.low + share * (range.high - range.low);
   }
-  return values;
 }
+
+constexpr size_t stride = longest + 64, lineLength = 64;
 
 }  // namespace
 
@@ -70,7 +70,15 @@ const std::vector<Workload>& workloads() {
   return all;
 }
 
-Arrays::Arrays(const Workload& workload) : a(fill(workload.a, 1)), b(fill(workload.b, 2)), out(longest), outB(longest) {}
+Arrays::Arrays(const Workload& workload) : memory(new double[4 * stride + lineLength]()) {
+  fill(at(0), workload.a, 1);
+  fill(at(1), workload.b, 2);
+}
+
+double* Arrays::at(int array) const {
+  const uintptr_t lineStart = (reinterpret_cast<uintptr_t>(memory.get()) + lineLength - 1) / lineLength * lineLength;
+  return reinterpret_cast<double*>(lineStart) + static_cast<size_t>(array) * stride;
+}
 
 const Contestant* find(const Team& team, const std::string& stem) {
   for (int i = 0; i < team.count; ++i)

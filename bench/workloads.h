@@ -1,5 +1,6 @@
 // The arguments of the speed measurements.
 #pragma once
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -23,11 +24,15 @@ const std::vector<Workload>& workloads();
 constexpr int lengths[] = {1, 8, 100, 1000, 100000};
 constexpr int longest = 100000;
 
-// The arrays of a workload; the same for every run.
-struct Arrays {
-  std::vector<double> a, b, out, outB;
+// The arrays of a workload; the same for every run. They begin at a cache line each, at different places of a page.
+class Arrays {
+ public:
   explicit Arrays(const Workload& workload);
-  Work first(int n) { return {a.data(), b.data(), b[0], out.data(), outB.data(), n}; }
+  Work first(int n) const { return {at(0), at(1), at(1)[0], at(2), at(3), n}; }
+
+ private:
+  double* at(int array) const;
+  std::unique_ptr<double[]> memory;
 };
 
 const Contestant* find(const Team& team, const std::string& stem);
