@@ -6,4 +6,10 @@ namespace qorvane {
 RealUnaryKernel expLevels1To4, expLevel5;
 extern constexpr DispatchTable<RealUnaryKernel> expKernels = twoVariants(expLevels1To4, expLevel5);
 
+RealUnaryKernel lnLevels1To4, lnLevel5;
+extern constexpr DispatchTable<RealUnaryKernel> lnKernels = twoVariants(lnLevels1To4, lnLevel5);
+
+RealUnaryKernel log10Levels1To4, log10Level5;
+extern constexpr DispatchTable<RealUnaryKernel> log10Kernels = twoVariants(log10Levels1To4, log10Level5);
+
 }  // namespace qorvane
