@@ -250,11 +250,12 @@ template <class V>
 }
 
 // The upper and the lower 32 bits of every lane, packed four to a register: in order, but a lone Lanes2 gives its two twice.
+constexpr int upperHalves = 0xdd, lowerHalves = 0x88;
 template <int selection>
 [[gnu::always_inline]] inline Words4 packWords(__m128d a, __m128d b) {
   return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(a), _mm_castpd_ps(b), selection));
 }
-constexpr int upperHalves = 0xdd, lowerHalves = 0x88;
+[[gnu::always_inline]] inline Words4 packHighWords(__m128d a, __m128d b) { return packWords<upperHalves>(a, b); }
 template <int selection>
 [[gnu::always_inline]] inline int wordsOf(Float64 v) {
   return static_cast<int>(selection == upperHalves ? toBits(v) >> 32 : toBits(v));
