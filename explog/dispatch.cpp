@@ -12,4 +12,10 @@ extern constexpr DispatchTable<RealUnaryKernel> lnKernels = twoVariants(lnLevels
 RealUnaryKernel log10Levels1To4, log10Level5;
 extern constexpr DispatchTable<RealUnaryKernel> log10Kernels = twoVariants(log10Levels1To4, log10Level5);
 
+RealBinaryKernel powLevels1To4, powLevel5;
+extern constexpr DispatchTable<RealBinaryKernel> powKernels = twoVariants(powLevels1To4, powLevel5);
+
+RealScalarKernel powxLevels1To4, powxLevel5;
+extern constexpr DispatchTable<RealScalarKernel> powxKernels = twoVariants(powxLevels1To4, powxLevel5);
+
 }  // namespace qorvane
