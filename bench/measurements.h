@@ -26,7 +26,7 @@ struct Measurements {
 };
 
 struct Effort {
-  int rounds = 60;
+  int rounds = 100;
   double slice = 50e-6;  // seconds that a contestant runs at a time
 };
 

@@ -1,4 +1,5 @@
 // What a comparison leaves behind: the table on stdout, and in docs/ the same in Markdown and as a bar chart.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -56,15 +57,17 @@ bool replaceTable(const std::string& path, const std::string& table) {
 // A chart of how many times as fast as the C library's loop everyone is, at n = 1000.
 bool writeChart(const Measurements& m, const std::string& sourceTree) {
   const std::string data = sourceTree + "/docs/performance.dat";
-  const char* shown[] = {"level 1", "level 5", "SLEEF SSE4", "SLEEF AVX", "SLEEF AVX2", "SLEEF AVX-512"};
+  std::vector<std::string> shown;
+  for (const char* name : {"level 1", "level 5", "SLEEF SSE4", "SLEEF AVX", "SLEEF AVX2", "SLEEF AVX-512"})
+    if (std::find(m.contestants.begin(), m.contestants.end(), name) != m.contestants.end()) shown.push_back(name);
   std::ofstream out(data);
   out << "function";
-  for (const char* name : shown) out << ",\"" << name << '"';
+  for (const std::string& name : shown) out << ",\"" << name << '"';
   for (const Row& row : m.rows) {
     const double reference = m.at(row, "C library");
     if (row.n != 1000 || !row.label.empty() || reference == 0) continue;
     out << '\n' << row.stem;
-    for (const char* name : shown) {
+    for (const std::string& name : shown) {
       const double time = m.at(row, name);
       out << ',' << (time == 0 ? "NaN" : std::to_string(reference / time));
     }
@@ -72,7 +75,7 @@ bool writeChart(const Measurements& m, const std::string& sourceTree) {
   out << '\n';
   if (!out.flush().good()) return false;
   out.close();
-  const std::string command = "cd '" + sourceTree + "/docs' && gnuplot ../bench/speed_chart.gnuplot";
+  const std::string command = "cd '" + sourceTree + "/docs' && gnuplot -e last=" + std::to_string(shown.size() + 1) + " ../bench/speed_chart.gnuplot";
   const bool drawn = std::system(command.c_str()) == 0;
   std::remove(data.c_str());
   return drawn;

@@ -75,6 +75,7 @@ nuvStatus call(UnaryIdx f, Job& j, int from, int n) { return f(j.a.data(), from,
 template <auto plain, auto twin>
 nuvStatus run(Job& job) {
   const int n = static_cast<int>(job.a.size()), half = n / 2;
+  job.out.resize(job.a.size()), job.outB.resize(job.a.size());
   const nuvStatus first = half > 0 ? call(plain, job, half) : nuvStatusOk, second = call(twin, job, half, n - half);
   return second != nuvStatusOk ? second : first;
 }
@@ -89,9 +90,7 @@ constexpr Served served[] = {
 
 // What is computed with a function, and the function itself in the C library's double and long double.
 template <class T>
-struct Results {
-  T first, second;
-};
+using Results = std::pair<T, T>;
 struct Use {
   const char *stem, *question;
   std::function<Job()> data;
@@ -114,8 +113,7 @@ Column map(const Column& column, F f) {
   return result;
 }
 
-using std::cbrt, std::ceil, std::cos, std::exp, std::floor, std::log, std::log10, std::nearbyint, std::pow, std::rint, std::round, std::sin, std::sqrt,
-    std::tan, std::trunc;
+using namespace std;  // the functions of <cmath>, for double and long double
 template <class T>
 T fraction(T x) {
   T whole;
@@ -203,8 +201,6 @@ int level() {
                                             : 0;
 }
 
-void prepare(Job& job) { job.out.assign(job.a.size(), 0), job.outB.assign(job.a.size(), 0); }
-
 // Arguments spread evenly over the range of the data.
 Column spread(const Column& data, uint64_t seed) {
   const auto [low, high] = std::minmax_element(data.begin(), data.end());
@@ -231,12 +227,10 @@ int main(int count, char** arguments) {
       continue;
     }
     Job data = use->data();
-    prepare(data);
     nuvStatus status = function.run(data);
     const double errorOnData = largestError(data, *use);
 
     Job all = {spread(data.a, 1), spread(data.b, 2), data.value, {}, {}};
-    prepare(all);
     const nuvStatus statusOfAll = function.run(all);
     if (statusOfAll != nuvStatusOk) status = statusOfAll;
     const double error = std::max(errorOnData, largestError(all, *use));
