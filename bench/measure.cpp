@@ -76,7 +76,7 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
     if (only.empty() || std::find(only.begin(), only.end(), workload.stem) != only.end()) chosen.push_back(workload);
 
   // In several sweeps over all the rows, because the machine may be busy for longer than a row takes.
-  constexpr int sweeps = 5;
+  constexpr int sweeps = 10;
   const double start = seconds();
   double lastWord = start;
   for (int sweep = 0; sweep < sweeps; ++sweep) {
