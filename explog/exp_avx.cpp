@@ -30,28 +30,27 @@ constexpr Float64 c2 = fromBits(0x3fdfffffffffdb3b);  // 0.49999999999947747
 // |x| from 708.39599609375 up, infinities and NaNs: the results there may leave the normal range.
 constexpr int flaggedHighWord = 0x4086232b;
 
-template <class V>
-struct Reduced {
-  V r;
-  BitsOf<V> shifted;  // the low 32 bits are k
-};
+constexpr Float64 keyShifter = fromBits(0x4318000000000000 + 4 * 1023 * 64);  // 1.5 * 2^50 + 1023 * 64; a unit is worth 4 in the pattern
 
+// The reduction: k as s - shifter, and r.
 template <class V>
-[[gnu::always_inline]] inline Reduced<V> reduce(V x) {
-  const V s = (x * invLn2By64) + shifter;
-  const V k = s - shifter;
-  return {(x - (k * ln2By64Hi)) - (k * ln2By64Lo), bitsOf(s)};
+[[gnu::always_inline]] inline V shiftedOf(V x) {
+  return (x * invLn2By64) + shifter;
+}
+template <class V>
+[[gnu::always_inline]] inline V remainder(V x, V k) {
+  return (x - (k * ln2By64Hi)) - (k * ln2By64Lo);
 }
 
 template <class V>
 [[gnu::always_inline]] inline V core(V x) {
-  const Reduced<V> a = reduce(x);
-  const auto row = twoColumns<V>(expTableNearest, (a.shifted & 63) << 4);
-  const V r = a.r;
+  const V s = shiftedOf(x), r = remainder(x, s - shifter);
+  const auto n = lowWords(s);
+  const auto row = twoColumns<V>(expTableNearest, (n & 63) << 4);
   const V z = ((c5 * r + c4) * r + c3) * r + c2;
   const V q = (z * (r * r)) + r;
   const V y = ((q * row.first) + row.second) + row.first;
-  return valueOf<V>(bitsOf(y) + ((a.shifted & ~uint64_t{63}) << 46));
+  return y * fromHighWords<V>(((n + 1023 * 64) << 14) & 0x7ff00000);  // exact: the product is a normal number
 }
 
 // The number with this exponent field, 2^(field - 1023).
@@ -74,10 +73,9 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   if (x > largestFinite) return give(opaque(largest) * opaque(largest), nuvStatusOverflow);
   if (x < smallestNonZero) return give(opaque(aboveSmallest) * opaque(aboveSmallest), nuvStatusUnderflow);
 
-  const Reduced<Float64> a = reduce(x);
-  const int m = static_cast<int32_t>(a.shifted) >> 6;
-  const auto [hi, relativeLo] = twoColumns<Float64>(expTableRelative, (a.shifted & 63) << 4);
-  const Float64 r = a.r;
+  const Float64 s = shiftedOf(x), r = remainder(x, s - shifter);
+  const int n = lowWords(s), m = n >> 6;
+  const auto [hi, relativeLo] = twoColumns<Float64>(expTableRelative, (n & 63) << 4);
   const Float64 p = ((((((p6 * r + p5) * r + p4) * r + p3) * r + p2) * r) * r) + r;
   const Float64 t = (p + relativeLo) * hi;
   if (x >= smallestNormal) {
@@ -86,8 +84,8 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
     return give(v * powerOfTwo(m + 0x3ff), nuvStatusOk);
   }
 
-  // The result is subnormal or nearly so: t + hi, scaled by 2^(m + 60), is brought down in two parts so that it rounds but once. `upper` is the sum cut to the
-  // bits that a subnormal result keeps, `lower` the rest of it with its rounding error.
+  // The result is subnormal or nearly so: t + hi, scaled by 2^(m + 60), is brought down in two parts so that it rounds but once. `high` is the sum cut to the
+  // bits that a subnormal result keeps, `rest` what remains of it, with its rounding error.
   const int field = m + 0x43b;
   const Float64 scaledT = t * powerOfTwo(field), scaledHi = powerOfTwo(field) * hi, sum = scaledT + scaledHi;
   constexpr Float64 down = fromBits(0x3c30000000000000);  // 2^-60
@@ -98,10 +96,92 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   return give((upper * down) + (lower * down), nuvStatusUnderflow);
 }
 
+constexpr auto isFlagged = [](auto x) __attribute__((always_inline)) { return anyMagnitudeFrom(x, flaggedHighWord); };
+
+[[gnu::always_inline]] inline bool anyFlagged(const Float64* x, int64_t count) {
+  constexpr int64_t step = 16;
+  for (int64_t i = 0; i < count; i += step)
+    if (isFlagged(load<Pack<Lanes4, 4>>(x + (i < count - step ? i : count - step)))) return true;
+  return false;
+}
+
+// The rows of expTableNearest and the factors 2^m for four keys.
+[[gnu::always_inline]] inline TwoColumns<Lanes4> rowsAt(const Float64* keys) {
+  const auto offset = [&](int lane) __attribute__((always_inline)) { return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + lane)[0]; };
+  return transposeRows(rowAt(expTableNearest, offset(0)), rowAt(expTableNearest, offset(1)), rowAt(expTableNearest, offset(2)),
+                       rowAt(expTableNearest, offset(3)));
+}
+[[gnu::always_inline]] inline Lanes4 powerAt(const Float64* keys) {
+  const BitsOf<Lanes4> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
+  return _mm256_and_pd(valueOf<Lanes4>(shifted), _mm256_set1_pd(fromBits(0x7ff0000000000000)));
+}
+
+// A stretch without flagged elements, its length a multiple of 4 and at least 20. One vector's chain of operations takes some seventy cycles, and the processor
+// doesn't look far enough ahead to fill them with other vectors. So the chain is cut into six stages, and a turn of the loop makes one stage for each of six
+// successive vectors, the oldest first: its operands were ready a turn ago. The operations are those of `core`, and so are the bits.
+// k goes through memory, as the key k + keyShifter: the lowest byte of its pattern is 4j, so that one load a lane gives the address of a row, and above it
+// stands m + 1023.
+constexpr int64_t longestStretch = 1024, shortestStretch = 32;
+[[gnu::always_inline]] inline void pipeline(const Float64* src, Float64* dst, int64_t count) {
+  using V = Lanes4;
+  alignas(32) Float64 keys[longestStretch + 20];
+  V x, s, partial, k, r, z, rNext, zNext, q, hi, lo;  // what one stage leaves to the next
+  const auto stage1 = [&](int64_t i) __attribute__((always_inline)) {
+    x = load<V>(src + i);
+    s = shiftedOf(x);
+  };
+  const auto stage2 = [&](int64_t i) __attribute__((always_inline)) {
+    k = s - shifter;
+    store(keys + i, k + keyShifter);
+    partial = x - (k * ln2By64Hi);
+  };
+  const auto stage3 = [&]() __attribute__((always_inline)) {
+    r = partial - (k * ln2By64Lo);
+    z = c5 * r + c4;
+  };
+  const auto stage4 = [&]() __attribute__((always_inline)) {
+    rNext = r;
+    zNext = (z * r + c3) * r + c2;
+  };
+  const auto stage5 = [&](int64_t i) __attribute__((always_inline)) {
+    const auto row = rowsAt(keys + i);
+    hi = row.first;
+    lo = row.second;
+    q = (zNext * (rNext * rNext)) + rNext;
+  };
+  const auto stage6 = [&](int64_t i) __attribute__((always_inline)) { return (((q * hi) + lo) + hi) * powerAt(keys + i); };
+
+  stage1(0), stage2(0), stage3(), stage4(), stage5(0);
+  stage1(4), stage2(4), stage3(), stage4();
+  stage1(8), stage2(8), stage3();
+  stage1(12), stage2(12);
+  stage1(16);
+  for (int64_t i = 0; i < count; i += 4) {  // vectors beyond the end are the last one again
+    const V y = stage6(i);
+    stage5(i + 4);
+    stage4();
+    stage3();
+    stage2(i + 16);
+    stage1(i + 20 < count ? i + 20 : count - 4);
+    store(dst + i, y);
+  }
+}
+
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes4, 2>, Raises::yes>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyMagnitudeFrom(x, flaggedHighWord); }, expSpecialLane);
+  nuvStatus status = nuvStatusOk;
+  while (len > 0) {
+    int64_t count = len < longestStretch ? len : longestStretch;
+    if (count >= shortestStretch && !anyFlagged(src, count & ~int64_t{3})) {
+      count &= ~int64_t{3};
+      pipeline(src, dst, count);
+    } else {
+      const auto evaluate = [](auto x) __attribute__((always_inline)) { return core(x); };
+      const nuvStatus last = unaryLoop<Pack<Lanes4, 2>, Raises::yes>(src, dst, count, evaluate, isFlagged, expSpecialLane);
+      if (last != nuvStatusOk) status = last;
+    }
+    src += count, dst += count, len -= count;
+  }
+  return status;
 }
 
 }  // namespace

@@ -42,6 +42,8 @@ template <class V>
 constexpr int packSize = 0;  // 0: not a pack
 template <class V, int K>
 constexpr int packSize<Pack<V, K>> = K;
+template <class V>
+constexpr bool isPack = packSize<V> != 0;
 
 // Part i of a pack; anything else stands for every part of itself.
 template <class V>
@@ -54,7 +56,7 @@ template <class V, int K>
 }
 
 template <class A, class B>
-concept PackOperands = (packSize<A> > 0 || packSize<B> > 0);
+concept PackOperands = isPack<A> || isPack<B>;
 template <class A, class B>
 constexpr int commonSize = packSize<A> > packSize<B> ? packSize<A> : packSize<B>;
 
@@ -120,7 +122,7 @@ using BitsOf = typename LaneTraits<V>::Bits;
 // Loads and stores; no alignment needed.
 template <class V>
 [[gnu::always_inline]] inline V load(const Float64* p) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return load<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 1)
     return *p;
@@ -132,7 +134,7 @@ template <class V>
 }
 template <class V>
 [[gnu::always_inline]] inline void store(Float64* p, V v) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return store(p + i * laneCount<PartOf<V>>, v.part[i]), 0; });
   else
     __builtin_memcpy(p, &v, sizeof v);
@@ -182,7 +184,7 @@ template <class V, int K>
 }
 template <class V>
 [[gnu::always_inline]] inline V valueOf(BitsOf<V> b) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return valueOf<PartOf<V>>(b.part[i]); });
   else if constexpr (laneCount<V> == 1)
     return fromBits(b);
@@ -197,7 +199,7 @@ template <class V>
 // The value in every lane.
 template <class V>
 [[gnu::always_inline]] inline V broadcast(Float64 x) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int) __attribute__((always_inline)) { return broadcast<PartOf<V>>(x); });
   else if constexpr (laneCount<V> == 1)
     return x;
@@ -247,21 +249,65 @@ template <class V>
   return andBits(x, broadcast<V>(-0.0));
 }
 
-// The upper 32 bits of every lane, packed four to a register: in order, but a lone Lanes2 gives its two twice.
-[[gnu::always_inline]] inline int highWords(Float64 v) { return static_cast<int>(highWord(v)); }
-[[gnu::always_inline]] inline Words4 packHighWords(__m128d a, __m128d b) {
-  return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(a), _mm_castpd_ps(b), 0xdd));
+// The upper and the lower 32 bits of every lane, packed four to a register: in order, but a lone Lanes2 gives its two twice.
+constexpr int upperHalves = 0xdd, lowerHalves = 0x88;
+template <int selection>
+[[gnu::always_inline]] inline Words4 packWords(__m128d a, __m128d b) {
+  return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(a), _mm_castpd_ps(b), selection));
 }
-[[gnu::always_inline]] inline Words4 highWords(Lanes2 v) { return packHighWords(v, v); }
+[[gnu::always_inline]] inline Words4 packHighWords(__m128d a, __m128d b) { return packWords<upperHalves>(a, b); }
+template <int selection>
+[[gnu::always_inline]] inline int wordsOf(Float64 v) {
+  return static_cast<int>(selection == upperHalves ? toBits(v) >> 32 : toBits(v));
+}
+template <int selection>
+[[gnu::always_inline]] inline Words4 wordsOf(Lanes2 v) {
+  return packWords<selection>(v, v);
+}
 #ifdef __AVX__
-[[gnu::always_inline]] inline Words4 highWords(Lanes4 v) { return packHighWords(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1)); }
+template <int selection>
+[[gnu::always_inline]] inline Words4 wordsOf(Lanes4 v) {
+  return packWords<selection>(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
+}
 #endif
-template <class V, int K>
-[[gnu::always_inline]] inline auto highWords(Pack<V, K> v) {
+template <int selection, class V, int K>
+[[gnu::always_inline]] inline auto wordsOf(Pack<V, K> v) {
   if constexpr (laneCount<V> == 2 && K % 2 == 0)
-    return makePack<K / 2>([&](int i) __attribute__((always_inline)) { return packHighWords(v.part[2 * i], v.part[2 * i + 1]); });
+    return makePack<K / 2>([&](int i) __attribute__((always_inline)) { return packWords<selection>(v.part[2 * i], v.part[2 * i + 1]); });
   else
-    return makePack<K>([&](int i) __attribute__((always_inline)) { return highWords(v.part[i]); });
+    return makePack<K>([&](int i) __attribute__((always_inline)) { return wordsOf<selection>(v.part[i]); });
+}
+template <class V>
+[[gnu::always_inline]] inline auto highWords(V v) {
+  return wordsOf<upperHalves>(v);
+}
+template <class V>
+[[gnu::always_inline]] inline auto lowWords(V v) {
+  return wordsOf<lowerHalves>(v);
+}
+template <class V>
+using WordsOf = decltype(highWords(V{}));
+
+// The numbers with these high words, their low words zero.
+template <class V>
+[[gnu::always_inline]] inline V fromHighWords(WordsOf<V> words) {
+  if constexpr (laneCount<V> == 1) {
+    return fromBits(static_cast<uint64_t>(static_cast<uint32_t>(words)) << 32);
+  } else if constexpr (isPack<V> && laneCount<PartOf<V>> == 2 && packSize<V> % 2 == 0) {
+    return makePack<packSize<V>>([&](int i) __attribute__((always_inline))->Lanes2 {
+      const __m128i four = reinterpret_cast<__m128i>(words.part[i / 2]), zero = _mm_setzero_si128();
+      return _mm_castsi128_pd(i % 2 == 0 ? _mm_unpacklo_epi32(zero, four) : _mm_unpackhi_epi32(zero, four));
+    });
+  } else if constexpr (isPack<V>) {
+    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return fromHighWords<PartOf<V>>(words.part[i]); });
+  } else {
+    const __m128i four = reinterpret_cast<__m128i>(words), zero = _mm_setzero_si128();
+    const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, four));
+    if constexpr (laneCount<V> == 2) return low;
+#ifdef __AVX__
+    if constexpr (laneCount<V> == 4) return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), _mm_castsi128_pd(_mm_unpackhi_epi32(zero, four)), 1);
+#endif
+  }
 }
 
 // Whether any lane of a comparison's result is set.
@@ -285,6 +331,20 @@ template <class V>
 [[gnu::always_inline]] inline bool anyMagnitudeFrom(V x, int limit) {
   return any((highWords(x) & 0x7fffffff) > limit - 1);
 }
+#ifdef __AVX__
+// The order of the words doesn't matter here, so two registers are packed at once and the greatest words compared.
+template <int K>
+requires(K % 2 == 0) [[gnu::always_inline]] inline bool anyMagnitudeFrom(Pack<Lanes4, K> x, int limit) {
+  const __m256 noSign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7fffffff));
+  __m128i greatest = _mm_setzero_si128();
+  for (int i = 0; i < K; i += 2) {
+    const __m256 words = _mm256_and_ps(_mm256_shuffle_ps(_mm256_castpd_ps(x.part[i]), _mm256_castpd_ps(x.part[i + 1]), upperHalves), noSign);
+    greatest = _mm_max_epi32(greatest, _mm_castps_si128(_mm256_castps256_ps128(words)));
+    greatest = _mm_max_epi32(greatest, _mm_castps_si128(_mm256_extractf128_ps(words, 1)));
+  }
+  return any(reinterpret_cast<Words4>(greatest) > limit - 1);
+}
+#endif
 
 // Rows of two numbers, first and second, taken from a table at a byte offset for each lane. The table's rows are 16-byte aligned.
 template <class V>
@@ -294,9 +354,16 @@ struct TwoColumns {
 [[gnu::always_inline]] inline __m128d rowAt(const void* table, uint64_t offset) {
   return _mm_load_pd(reinterpret_cast<const Float64*>(static_cast<const char*>(table) + offset));
 }
+#ifdef __AVX__
+[[gnu::always_inline]] inline TwoColumns<Lanes4> transposeRows(__m128d row0, __m128d row1, __m128d row2, __m128d row3) {
+  const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row0), row2, 1);
+  const Lanes4 rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row1), row3, 1);
+  return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
+}
+#endif
 template <class V>
 [[gnu::always_inline]] inline TwoColumns<V> twoColumns(const void* table, BitsOf<V> offsets) {
-  if constexpr (packSize < V >> 0) {
+  if constexpr (isPack<V>) {
     const auto columns = makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return twoColumns<PartOf<V>>(table, offsets.part[i]); });
     return {makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].first; }),
             makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].second; })};
@@ -308,9 +375,44 @@ template <class V>
     return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
 #ifdef __AVX__
   } else {
-    const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(rowAt(table, offsets.part[0][0])), rowAt(table, offsets.part[1][0]), 1);
-    const Lanes4 rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(rowAt(table, offsets.part[0][1])), rowAt(table, offsets.part[1][1]), 1);
-    return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
+    return transposeRows(rowAt(table, offsets.part[0][0]), rowAt(table, offsets.part[0][1]), rowAt(table, offsets.part[1][0]),
+                         rowAt(table, offsets.part[1][1]));
+#endif
+  }
+}
+
+// The same with the offsets as words, which takes half the moves from vector to address registers.
+struct FourOffsets {
+  uint64_t of[4];
+};
+[[gnu::always_inline]] inline FourOffsets separate(Words4 offsets) {
+  const Bits2 pairs = reinterpret_cast<Bits2>(offsets);
+  return {{static_cast<uint32_t>(pairs[0]), pairs[0] >> 32, static_cast<uint32_t>(pairs[1]), pairs[1] >> 32}};
+}
+template <class V>
+[[gnu::always_inline]] inline TwoColumns<V> twoColumns(const void* table, WordsOf<V> offsets) {
+  if constexpr (isPack<V>) {
+    constexpr int partsAWord = packSize<V> / packSize<WordsOf<V>>;
+    const auto columns = makePack<packSize<V>>([&](int i) __attribute__((always_inline)) {
+      if constexpr (partsAWord == 1)
+        return twoColumns<PartOf<V>>(table, offsets.part[i]);
+      else {
+        const FourOffsets four = separate(offsets.part[i / 2]);
+        const __m128d row0 = rowAt(table, four.of[2 * (i % 2)]), row1 = rowAt(table, four.of[2 * (i % 2) + 1]);
+        return TwoColumns<PartOf<V>>{_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
+      }
+    });
+    return {makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].first; }),
+            makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].second; })};
+  } else if constexpr (laneCount<V> == 1) {
+    const Float64* row = reinterpret_cast<const Float64*>(static_cast<const char*>(table) + offsets);
+    return {row[0], row[1]};
+  } else {
+    const FourOffsets four = separate(offsets);
+    const __m128d row0 = rowAt(table, four.of[0]), row1 = rowAt(table, four.of[1]);
+    if constexpr (laneCount<V> == 2) return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
+#ifdef __AVX__
+    if constexpr (laneCount<V> == 4) return transposeRows(row0, row1, rowAt(table, four.of[2]), rowAt(table, four.of[3]));
 #endif
   }
 }

@@ -1,0 +1,55 @@
+// The C library's functions, one call an element. Compiled with -fno-builtin, so that it is a call even where the compiler knows an instruction for it.
+#include <math.h>
+
+#include "bench/peer_loops.h"
+
+namespace qorvane::bench {
+namespace {
+
+using V = double;
+#define CALL(stem, result)                                                                      \
+  {                                                                                             \
+#stem, repeat < V, [](V a, V b, V value) { return (void)a, (void)b, (void)value, result; }> \
+  }
+
+Two<V> sineAndCosine(V a) {
+  Two<V> both;
+  sincos(a, &both.first, &both.second);
+  return both;
+}
+Two<V> parts(V a) {
+  Two<V> both;
+  both.second = modf(a, &both.first);
+  return both;
+}
+
+constexpr Contestant contestants[] = {
+    CALL(exp, exp(a)),
+    CALL(ln, log(a)),
+    CALL(log10, log10(a)),
+    CALL(pow, pow(a, b)),
+    CALL(powx, pow(a, value)),
+    CALL(inv, 1.0 / a),
+    CALL(div, a / b),
+    CALL(sqrt, sqrt(a)),
+    CALL(invSqrt, 1.0 / sqrt(a)),
+    CALL(cbrt, cbrt(a)),
+    CALL(invCbrt, 1.0 / cbrt(a)),
+    CALL(sin, sin(a)),
+    CALL(cos, cos(a)),
+    CALL(sinCos, sineAndCosine(a)),
+    CALL(tan, tan(a)),
+    CALL(floor, floor(a)),
+    CALL(ceil, ceil(a)),
+    CALL(trunc, trunc(a)),
+    CALL(round, round(a)),
+    CALL(rint, rint(a)),
+    CALL(nearbyInt, nearbyint(a)),
+    CALL(modf, parts(a)),
+};
+
+}  // namespace
+
+const Team cLibrary = {"C library", [] { return true; }, contestants, sizeof contestants / sizeof contestants[0]};
+
+}  // namespace qorvane::bench
