@@ -15,7 +15,7 @@ namespace {
 
 enum class Numerators { ones, given };
 
-// Lanes of all ones where any divisor of the lane so far was zero.
+// All ones in the lanes where a divisor is zero, in any vector of a pack.
 [[gnu::always_inline]] inline Lanes4 zeroLanes(Lanes4 b) { return _mm256_cmp_pd(b, Lanes4{}, _CMP_EQ_OQ); }
 template <int K>
 [[gnu::always_inline]] inline Lanes4 zeroLanes(Pack<Lanes4, K> b) {
