@@ -9,17 +9,17 @@
 // None of them leaves a flag.
 #pragma once
 #include "algebraic/root_seed.h"
+#include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
 
 template <class V>
-[[gnu::always_inline]] inline V core(V x) {
-  const auto s = refinedSeed(x);
-  return s.p * s.y + s.y;
+[[gnu::always_inline]] inline V finish(HalfSeries<V> h) {
+  return series(h) * h.y + h.y;
 }
+Float64 ofPositiveNormal(Float64 x) { return finish(halfSeries(residual(x, rootSeed(x)))); }
 
 [[gnu::noinline, gnu::cold]] nuvStatus invSqrtLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
@@ -28,15 +28,17 @@ template <class V>
   if (magnitude == 0) return give(fromBits(b | 0x7ff0000000000000), nuvStatusPole);
   if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
   if (b == 0x7ff0000000000000) return give(0.0, nuvStatusOk);
-  if (b < 0x0010000000000000) return give(core(x * subnormalScale) * subnormalRootScale, nuvStatusOk);
-  return give(core(x), nuvStatusOk);
+  if (b < 0x0010000000000000) return give(ofPositiveNormal(x * subnormalScale) * subnormalRootScale, nuvStatusOk);
+  return give(ofPositiveNormal(x), nuvStatusOk);
 }
 
-template <class V>
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return guardedUnaryLoop<V, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyNotPositiveNormal(x); }, invSqrtLane);
+  alignas(32) Float64 seeds[chunkSize];
+  return stagedLoop<Raises::no>(
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeRootSeeds(x, seeds + i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), load<Four>(seeds + i)); },
+      [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
+      [](const auto& h, const Float64*, int64_t) __attribute__((always_inline)) { return finish(h); }, invSqrtLane);
 }
 
 }  // namespace

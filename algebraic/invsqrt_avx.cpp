@@ -3,8 +3,6 @@
 
 namespace qorvane {
 
-nuvStatus invSqrtLevel5(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop<Pack<Lanes4, 2>>>(len, src, dst);
-}
+nuvStatus invSqrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
 
 }  // namespace qorvane

@@ -3,8 +3,6 @@
 
 namespace qorvane {
 
-nuvStatus invSqrtLevels1To4(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop<Pack<Lanes2, 4>>>(len, src, dst);
-}
+nuvStatus invSqrtLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
 
 }  // namespace qorvane

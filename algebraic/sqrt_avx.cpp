@@ -8,8 +8,8 @@
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, with its flag.
 #include "algebraic/root_seed.h"
+#include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -22,31 +22,50 @@ constexpr Float64 p3 = fromBits(0x3fd40000b13001d9);  // 0.31250016501874495
 constexpr Float64 p2 = fromBits(0x3fd80000000000f6);  // 0.37500000000001366
 constexpr Float64 p1 = fromBits(0x3fdffffffffffe71);  // 0.49999999999997785
 
-[[gnu::always_inline]] inline Lanes4 seed(Lanes4 x) {
-  const Lanes2 a = _mm256_castpd256_pd128(x), b = _mm256_extractf128_pd(x, 1);
-  const Words4 fractions = packHighWords(reinterpret_cast<Lanes2>(bitsOf(a) << 11), reinterpret_cast<Lanes2>(bitsOf(b) << 11));
-  const Words4 u = (fractions >> 8) + 0x40000000;
-  const Lanes4 root = _mm256_cvtps_pd(_mm_rsqrt_ps(reinterpret_cast<__m128>(u)));
-  const __m128i exponents = reinterpret_cast<__m128i>((static_cast<int>(0xbfefffff) - packHighWords(a, b)) >> 1 & 0x7ff00000), zero{};
-  const __m128i low = _mm_unpacklo_epi32(zero, exponents), high = _mm_unpackhi_epi32(zero, exponents);
-  const Lanes4 scale = _mm256_insertf128_pd(_mm256_castpd128_pd256(reinterpret_cast<__m128d>(low)), reinterpret_cast<__m128d>(high), 1);
-  return root * scale;
+// The seed in two factors. With E = 16t + e for the biased exponent E, 1/sqrt(x) = 1/sqrt(2^(e - 29) * 1.m) * 2^(497 - 8t). The first factor is the processor's
+// estimate in single precision; it is that of the u in [1, 4) that is x times an even power of 2, but for a power of 2, since the estimate repeats itself at a
+// quarter of its argument. The second comes from an estimate too: that of 2^(2t - 127), whose exponent field is 190 - t, read as the high word of a double.
+[[gnu::always_inline]] inline __m128 rootOfFraction(const Float64* x) {
+  const char* bytes = reinterpret_cast<const char*>(x);
+  const auto at = [&](int offset) __attribute__((always_inline)) { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
+  const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
+  return _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
 }
-[[gnu::always_inline]] inline Float64 seed(Float64 x) { return seed(broadcast<Lanes4>(x))[0]; }
-template <int K>
-[[gnu::always_inline]] inline Pack<Lanes4, K> seed(Pack<Lanes4, K> x) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return seed(x.part[i]); });
+[[gnu::always_inline]] inline Lanes4 powerOfRoot(Lanes4 x) {
+  const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
+  return andBits<Lanes4>(_mm256_castps_pd(_mm256_rsqrt_ps(power)), broadcast<Lanes4>(fromBits(0x7f80000000000000)));
 }
 
+// The lanes where t is 0 or that aren't positive numbers: the high word isn't from 0x01000000 to 0x7fefffff.
+[[gnu::always_inline]] inline Words4 outsideFastRange(const Float64* x) {
+  return (packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)) - static_cast<int>(0x81000000)) > static_cast<int>(0xfeefffff);
+}
+
+// The steps after the seed, cut in three for the loop.
 template <class V>
-[[gnu::always_inline]] inline V core(V x) {
-  const V y = seed(x);
-  const V xh = andBits(x, broadcast<V>(fromBits(0xfffffffff8000000))), xl = x - xh;
+struct Stage {
+  V y, e;
+};
+template <class V>
+[[gnu::always_inline]] inline V highPart(V x) {
+  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+}
+template <class V>
+[[gnu::always_inline]] inline Stage<V> residual(V x, V y) {
+  const V xh = highPart(x), xl = x - xh;
   const V y2 = y * y;
-  const V e = (1.0 - y2 * xh) - y2 * xl;
-  const V p = ((p4 * e + p3) * e + p2) * e + p1;
-  const V q = (p * e) * y, r = x * q;
-  return y * xh + (y * xl + r);
+  return {y, (1.0 - y2 * xh) - y2 * xl};
+}
+template <class V>
+[[gnu::always_inline]] inline Stage<V> correction(Stage<V> s) {
+  const V e = s.e;
+  return {s.y, (((p4 * e + p3) * e + p2) * e + p1) * e};
+}
+template <class V>
+[[gnu::always_inline]] inline V finish(Stage<V> s, V x) {
+  const V xh = highPart(x), xl = x - xh;
+  const V q = s.e * s.y, r = x * q;
+  return s.y * xh + (s.y * xl + r);
 }
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLaneAvx(Float64 x, Float64* result) {
@@ -56,6 +75,12 @@ template <class V>
   if (b == 0xfff0000000000000) return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
   if (x == 0.0) return give(x, nuvStatusOk);
   if (b >> 63 != 0) return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
+
+  if (b >= 0x0010000000000000) {
+    const Float64 root = _mm_cvtss_f32(_mm_rsqrt_ps(reducedSingles(_mm_set_sd(x), _mm_set_sd(x))));
+    const Float64 seed = root * fromBits((0xbfefffffffffffff - b) >> 1 & 0x7ff0000000000000);
+    return give(finish(correction(residual(x, seed)), x), nuvStatusOk);
+  }
 
   // A subnormal number, scaled by 2^200. x = v * 2^(2h) with v in [1, 4).
   const uint64_t scaled = toBits(x * fromBits(0x4c70000000000000));
@@ -76,9 +101,19 @@ template <class V>
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes4, 2>, Raises::yes>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyNotPositiveNormal(x); }, sqrtSpecialLaneAvx);
+  alignas(32) float roots[chunkSize];
+  return stagedLoop<Raises::yes>(
+      src, dst, len,
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) {
+        _mm_store_ps(roots + i, rootOfFraction(x));
+        return outsideFastRange(x);
+      },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) {
+        const Lanes4 four = load<Lanes4>(x);
+        return residual(four, Lanes4(_mm256_cvtps_pd(_mm_load_ps(roots + i)) * powerOfRoot(four)));
+      },
+      [](const auto& s) __attribute__((always_inline)) { return correction(s); },
+      [](const auto& s, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(s, load<Lanes4>(x)); }, sqrtSpecialLaneAvx);
 }
 
 }  // namespace

@@ -8,17 +8,18 @@
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain. None of them
 // leaves a flag.
 #include "algebraic/root_seed.h"
+#include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
 
 template <class V>
-[[gnu::always_inline]] inline V core(V x) {
-  const auto s = refinedSeed(x);
-  return ((s.p * s.y) * x + s.xl * s.y) + s.xh * s.y;
+[[gnu::always_inline]] inline V finish(HalfSeries<V> h, V x) {
+  const V xh = withoutLowWord(x), xl = x - xh;
+  return ((series(h) * h.y) * x + xl * h.y) + xh * h.y;
 }
+HalfSeries<Float64> ofPositiveNormal(Float64 x) { return halfSeries(residual(x, rootSeed(x))); }
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
@@ -26,19 +27,20 @@ template <class V>
   if (magnitude > 0x7ff0000000000000) return give(opaque(x) * 1.0, nuvStatusOk);
   if (magnitude == 0 || b == 0x7ff0000000000000) return give(x, nuvStatusOk);
   if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
-  if (b >= 0x0010000000000000) return give(core(x), nuvStatusOk);
+  if (b >= 0x0010000000000000) return give(finish(ofPositiveNormal(x), x), nuvStatusOk);
 
   // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The halves of x have fewer bits than those of a normal number, and
   // the three terms are rounded to multiples of the same small unit: hence the larger error.
-  const auto s = refinedSeed(x * subnormalScale);
-  const Float64 xh = fromBits(b & 0xffffffff00000000), xl = x - xh;
-  return give((((s.p * s.y) * x + xl * s.y) + xh * s.y) * subnormalRootScale, nuvStatusOk);
+  return give(finish(ofPositiveNormal(x * subnormalScale), x) * subnormalRootScale, nuvStatusOk);
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return guardedUnaryLoop<Pack<Lanes2, 4>, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyNotPositiveNormal(x); }, sqrtSpecialLane);
+  alignas(32) Float64 seeds[chunkSize];
+  return stagedLoop<Raises::no>(
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeRootSeeds(x, seeds + i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), load<Four>(seeds + i)); },
+      [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
+      [](const auto& h, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(h, load<Four>(x)); }, sqrtSpecialLane);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, without the
 // instruction's flag.
-#include "algebraic/root_seed.h"
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 
@@ -16,6 +15,14 @@ namespace {
 template <int K>
 [[gnu::always_inline]] inline Pack<Lanes2, K> core(Pack<Lanes2, K> x) {
   return makePack<K>([&](int i) __attribute__((always_inline)) { return core(x.part[i]); });
+}
+
+template <class V>
+[[gnu::always_inline]] inline bool anyNotPositiveNormal(V x) {
+  if constexpr (laneCount<V> == 1)
+    return highWord(x) - 0x00100000 >= 0x7fe00000;
+  else
+    return any((highWords(x) - static_cast<int>(0x80100000)) > static_cast<int>(0xffdfffff));
 }
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
