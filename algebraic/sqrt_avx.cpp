@@ -51,7 +51,7 @@ template <class V>
   return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
 }
 template <class V>
-[[gnu::always_inline]] inline Stage<V> residual(V x, V y) {
+[[gnu::always_inline]] inline Stage<V> residualOfSeed(V x, V y) {
   const V xh = highPart(x), xl = x - xh;
   const V y2 = y * y;
   return {y, (1.0 - y2 * xh) - y2 * xl};
@@ -79,7 +79,7 @@ template <class V>
   if (b >= 0x0010000000000000) {
     const Float64 root = _mm_cvtss_f32(_mm_rsqrt_ps(reducedSingles(_mm_set_sd(x), _mm_set_sd(x))));
     const Float64 seed = root * fromBits((0xbfefffffffffffff - b) >> 1 & 0x7ff0000000000000);
-    return give(finish(correction(residual(x, seed)), x), nuvStatusOk);
+    return give(finish(correction(residualOfSeed(x, seed)), x), nuvStatusOk);
   }
 
   // A subnormal number, scaled by 2^200. x = v * 2^(2h) with v in [1, 4).
@@ -110,7 +110,7 @@ template <class V>
       },
       [&](const Float64* x, int64_t i) __attribute__((always_inline)) {
         const Lanes4 four = load<Lanes4>(x);
-        return residual(four, Lanes4(_mm256_cvtps_pd(_mm_load_ps(roots + i)) * powerOfRoot(four)));
+        return residualOfSeed(four, Lanes4(_mm256_cvtps_pd(_mm_load_ps(roots + i)) * powerOfRoot(four)));
       },
       [](const auto& s) __attribute__((always_inline)) { return correction(s); },
       [](const auto& s, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(s, load<Lanes4>(x)); }, sqrtSpecialLaneAvx);
