@@ -8,8 +8,8 @@
 // Special values: NaN gives the NaN, quiet. cbrt gives zeros and infinities back; 1/cbrt gives zeros with their sign for infinities, and infinities with their
 // sign, and a pole, for zeros, without a flag.
 #pragma once
+#include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -46,104 +46,77 @@ struct InvCbrt {
   };
 };
 
-// The row of each lane, and the power of two with the sign of x that its result is multiplied with.
-template <class V>
-struct Row {
-  V reciprocal, centre, high, low, scale;
-};
-
-// The same before the table is read: byte offsets into it, and the high words of the scales.
-struct Place {
-  uint64_t offsets01, offsets23;  // of two lanes each
-  __m128i scales;
+// The places of a chunk's elements: byte offsets into the table, and the high words of the powers of two, signed like x, that results are multiplied with.
+struct Places {
+  alignas(16) uint32_t offset[chunkSize];
+  alignas(16) int32_t scale[chunkSize];
 };
 template <class F>
-[[gnu::always_inline]] inline Place placeOf(Lanes2 a, Lanes2 b) {
-  const __m128i words = reinterpret_cast<__m128i>(packHighWords(a, b));
+[[gnu::always_inline]] inline Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
+  const Words4 highWords = packHighWords(a, b);
+  const __m128i words = reinterpret_cast<__m128i>(highWords);
   // n = 32E + j, and its quotient by 96 is q: (n * 43691) >> 22 for all n below 2^16. The remainder is 32r + j.
   const __m128i n = _mm_srli_epi32(_mm_slli_epi32(words, 1), 16);
   const __m128i q = _mm_srli_epi32(_mm_mulhi_epu16(n, _mm_set1_epi32(43691)), 6);
-  const __m128i offsets = _mm_slli_epi32(_mm_sub_epi16(n, _mm_mullo_epi16(q, _mm_set1_epi32(96))), 5);
+  const __m128i row = _mm_sub_epi16(n, _mm_mullo_epi16(q, _mm_set1_epi32(96)));
   const __m128i exponents = _mm_slli_epi32(q, 20), sign = _mm_and_si128(words, _mm_set1_epi32(INT32_MIN));
-  const __m128i scales = F::inverse ? _mm_sub_epi32(_mm_set1_epi32(0x55400000), exponents) : _mm_add_epi32(exponents, _mm_set1_epi32(0x2aa00000));
-  return {static_cast<uint64_t>(_mm_cvtsi128_si64(offsets)), static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(offsets, offsets))),
-          _mm_or_si128(scales, sign)};
+  const __m128i powers = F::inverse ? _mm_sub_epi32(_mm_set1_epi32(0x55400000), exponents) : _mm_add_epi32(exponents, _mm_set1_epi32(0x2aa00000));
+  _mm_store_si128(reinterpret_cast<__m128i*>(places.offset + i), _mm_slli_epi32(row, 5));
+  _mm_store_si128(reinterpret_cast<__m128i*>(places.scale + i), _mm_or_si128(powers, sign));
+  // Zeros, subnormal numbers, infinities and NaNs: 0x7ff00000 and 0x7fe00000 here.
+  return (((highWords & 0x7ff00000) - 0x00100000) & 0x7ff00000) > 0x7fdfffff;
 }
 
-using TwoPairs = Pack<Lanes2, 2>;
-[[gnu::always_inline]] inline TwoPairs fromHighWords(__m128i words) {
-  const __m128i zero = _mm_setzero_si128();
-  return {{reinterpret_cast<Lanes2>(_mm_unpacklo_epi32(zero, words)), reinterpret_cast<Lanes2>(_mm_unpackhi_epi32(zero, words))}};
+// Two columns of the rows of four elements, from `first` on.
+template <class F>
+[[gnu::always_inline]] inline TwoColumns<Four> columns(const Places& places, int64_t i, int first) {
+  const auto row = [&](int lane) __attribute__((always_inline)) { return rowAt(F::table[0] + first, places.offset[i + lane]); };
+#ifdef __AVX__
+  const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1),
+               rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
+  return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
+#else
+  const __m128d row0 = row(0), row1 = row(1), row2 = row(2), row3 = row(3);
+  return {{{_mm_unpacklo_pd(row0, row1), _mm_unpacklo_pd(row2, row3)}}, {{_mm_unpackhi_pd(row0, row1), _mm_unpackhi_pd(row2, row3)}}};
+#endif
+}
+[[gnu::always_inline]] inline Four scaleAt(const Places& places, int64_t i) {
+  const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(places.scale + i)), zero = _mm_setzero_si128();
+  const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, words)), high = _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words));
+#ifdef __AVX__
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
+#else
+  return {{low, high}};
+#endif
+}
+
+// The steps on four elements, cut in three for the loop: the relative distance v from the centre, half the polynomial, the rest.
+struct HalfPolynomial {
+  Four v, sum;
+};
+template <class F>
+[[gnu::always_inline]] inline Four distance(Four x, const Places& places, int64_t i) {
+  const auto [reciprocal, centre] = columns<F>(places, i, 0);
+  return reciprocal * (orBits(andBits(x, broadcast<Four>(fromBits(0x000fffffffffffff))), broadcast<Four>(-1.0)) - centre);  // -1.m and -c
 }
 template <class F>
-[[gnu::always_inline]] inline Row<TwoPairs> rowsOfFour(Lanes2 a, Lanes2 b) {
-  const Place place = placeOf<F>(a, b);
-  const auto columns = [&](int first, uint64_t offsets) __attribute__((always_inline))->TwoColumns<Lanes2> {
-    const __m128d row0 = rowAt(F::table[0] + first, static_cast<uint32_t>(offsets)), row1 = rowAt(F::table[0] + first, offsets >> 32);
-    return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
-  };
-  const auto before01 = columns(0, place.offsets01), before23 = columns(0, place.offsets23);
-  const auto root01 = columns(2, place.offsets01), root23 = columns(2, place.offsets23);
-  return {{{before01.first, before23.first}},
-          {{before01.second, before23.second}},
-          {{root01.first, root23.first}},
-          {{root01.second, root23.second}},
-          fromHighWords(place.scales)};
+[[gnu::always_inline]] inline HalfPolynomial halfPolynomial(Four v) {
+  return {v, (((F::c[0] * v + F::c[1]) * v + F::c[2]) * v + F::c[3]) * v + F::c[4]};
+}
+template <class F>
+[[gnu::always_inline]] inline Four finish(HalfPolynomial h, const Places& places, int64_t i) {
+  const Four v = h.v, p = ((h.sum * v + F::c[5]) * v + F::c[6]) * v + F::c[7];
+  const auto [high, low] = columns<F>(places, i, 2);
+  return ((p * (high * v) + low) + high) * scaleAt(places, i);  // the scale is exact
 }
 
-// The row of every lane of V: get(member) makes a V of one of its numbers.
-template <class V, class Get>
-[[gnu::always_inline]] inline Row<V> makeRow(Get get) {
-  using From = Row<TwoPairs>;
-  return {get(&From::reciprocal), get(&From::centre), get(&From::high), get(&From::low), get(&From::scale)};
-}
-template <class F, class V>
-[[gnu::always_inline]] inline Row<V> rowOf(V x) {
-  if constexpr (laneCount<V> == 1) {
-    const auto four = rowsOfFour<F>(_mm_set1_pd(x), _mm_set1_pd(x));
-    return makeRow<V>([&](auto member) __attribute__((always_inline)) { return (four.*member).part[0][0]; });
-  } else if constexpr (laneCount<V> == 2) {
-    const auto four = rowsOfFour<F>(x, x);
-    return makeRow<V>([&](auto member) __attribute__((always_inline)) { return (four.*member).part[0]; });
-#ifdef __AVX__
-  } else if constexpr (packSize<V> == 0) {
-    const auto four = rowsOfFour<F>(_mm256_castpd256_pd128(x), _mm256_extractf128_pd(x, 1));
-    return makeRow<V>([&](auto member) __attribute__((always_inline))->V {
-      return _mm256_insertf128_pd(_mm256_castpd128_pd256((four.*member).part[0]), (four.*member).part[1], 1);
-    });
-#endif
-  } else if constexpr (laneCount<PartOf<V>> == 2) {
-    const auto fours = makePack<packSize<V> / 2>([&](int i) __attribute__((always_inline)) { return rowsOfFour<F>(x.part[2 * i], x.part[2 * i + 1]); });
-    return makeRow<V>([&](auto member) __attribute__((always_inline)) {
-      return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return (fours.part[i / 2].*member).part[i % 2]; });
-    });
-  } else {
-    const auto rows = makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return rowOf<F>(x.part[i]); });
-    const auto get = [&](auto member) __attribute__((always_inline)) {
-      return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return rows.part[i].*member; });
-    };
-    using From = Row<PartOf<V>>;
-    return {get(&From::reciprocal), get(&From::centre), get(&From::high), get(&From::low), get(&From::scale)};
-  }
-}
-
-template <class F, class V>
-[[gnu::always_inline]] inline V core(V x) {
-  const Row<V> row = rowOf<F>(x);
-  const V fraction = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(-1.0));  // -1.m
-  const V v = row.reciprocal * (fraction - row.centre);
-  const V p = ((((((F::c[0] * v + F::c[1]) * v + F::c[2]) * v + F::c[3]) * v + F::c[4]) * v + F::c[5]) * v + F::c[6]) * v + F::c[7];
-  return ((p * (row.high * v) + row.low) + row.high) * row.scale;  // the scale is exact
-}
-
-// Whether any lane is a zero, subnormal, infinite or not a number.
-template <class V>
-[[gnu::always_inline]] inline bool anyNotNormal(V x) {
-  const auto exponents = ((highWords(x) & 0x7ff00000) - 0x00100000) & 0x7ff00000;  // 0x7ff00000 and 0x7fe00000 for these
-  if constexpr (laneCount<V> == 1)
-    return exponents > 0x7fdfffff;
-  else
-    return any(exponents > 0x7fdfffff);
+template <class F>
+Float64 ofNormal(Float64 x) {
+  Places places;
+  alignas(32) Float64 four[4] = {x, x, x, x};
+  storePlaces<F>(load<Lanes2>(four), load<Lanes2>(four), places, 0);
+  store(four, finish<F>(halfPolynomial<F>(distance<F>(load<Four>(four), places, 0)), places, 0));
+  return four[0];
 }
 
 template <class F>
@@ -153,17 +126,21 @@ template <class F>
   if (magnitude == 0) return F::inverse ? give(fromBits(sign | 0x7ff0000000000000), nuvStatusPole) : give(x, nuvStatusOk);
   if (F::inverse && magnitude == 0x7ff0000000000000) return give(fromBits(sign), nuvStatusOk);
   if (magnitude >= 0x7ff0000000000000) return give(opaque(x) + opaque(x), nuvStatusOk);
-  if (magnitude >= 0x0010000000000000) return give(core<F>(x), nuvStatusOk);
+  if (magnitude >= 0x0010000000000000) return give(ofNormal<F>(x), nuvStatusOk);
   constexpr Float64 scale = fromBits(0x7e30000000000000);                                        // 2^996
   constexpr Float64 rootScale = fromBits(F::inverse ? 0x54b0000000000000 : 0x2b30000000000000);  // 2^332, 2^-332
-  return give(core<F>(x * scale) * rootScale, nuvStatusOk);
+  return give(ofNormal<F>(x * scale) * rootScale, nuvStatusOk);
 }
 
-template <class F, class V>
+template <class F>
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return guardedUnaryLoop<V, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core<F>(x); }, [](auto x) __attribute__((always_inline)) { return anyNotNormal(x); },
-      cbrtLane<F>);
+  Places places;
+  return stagedLoop<Raises::no>(
+      src, dst,
+      len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), places, i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return distance<F>(load<Four>(x), places, i); },
+      [](const auto& v) __attribute__((always_inline)) { return halfPolynomial<F>(v); },
+      [&](const auto& h, const Float64*, int64_t i) __attribute__((always_inline)) { return finish<F>(h, places, i); }, cbrtLane<F>);
 }
 
 }  // namespace

@@ -3,11 +3,9 @@
 
 namespace qorvane {
 
-nuvStatus cbrtLevel5(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt, Pack<Lanes4, 2>>>(len, src, dst);
-}
+nuvStatus cbrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst); }
 nuvStatus invCbrtLevel5(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt, Pack<Lanes4, 2>>>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt>>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -3,11 +3,9 @@
 
 namespace qorvane {
 
-nuvStatus cbrtLevels1To4(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt, Pack<Lanes2, 4>>>(len, src, dst);
-}
+nuvStatus cbrtLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst); }
 nuvStatus invCbrtLevels1To4(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt, Pack<Lanes2, 4>>>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt>>(len, src, dst);
 }
 
 }  // namespace qorvane
