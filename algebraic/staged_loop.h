@@ -27,7 +27,11 @@ template <Raises raises, class First, class Begin, class Middle, class Finish, c
     const int64_t whole = count & ~int64_t{3}, rest = count - whole;
     alignas(32) Float64 last[4];  // the elements after the whole fours, the first of them repeated
     Words4 flagged{};
-    for (int64_t i = 0; i < whole; i += 4) flagged |= first(src + i, i);
+    for (int64_t i = 0; i < whole; i += 4) {
+      Words4 mask = first(src + i, i);
+      asm("" : "+x"(mask));  // or else the compiler makes a blend of the comparison and this sum
+      flagged |= mask;
+    }
     if (rest != 0) {
       for (int64_t i = 0; i < 4; ++i) last[i] = src[whole + (i < rest ? i : 0)];
       flagged |= first(last, whole);
