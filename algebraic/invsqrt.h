@@ -24,7 +24,7 @@ Float64 ofPositiveNormal(Float64 x) { return finish(halfSeries(residual(x, rootS
 [[gnu::noinline, gnu::cold]] nuvStatus invSqrtLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude > 0x7ff0000000000000) return give(opaque(x) * 1.0, nuvStatusOk);
+  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
   if (magnitude == 0) return give(fromBits(b | 0x7ff0000000000000), nuvStatusPole);
   if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
   if (b == 0x7ff0000000000000) return give(0.0, nuvStatusOk);

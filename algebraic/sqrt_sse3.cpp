@@ -24,7 +24,7 @@ HalfSeries<Float64> ofPositiveNormal(Float64 x) { return halfSeries(residual(x, 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude > 0x7ff0000000000000) return give(opaque(x) * 1.0, nuvStatusOk);
+  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
   if (magnitude == 0 || b == 0x7ff0000000000000) return give(x, nuvStatusOk);
   if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
   if (b >= 0x0010000000000000) return give(finish(ofPositiveNormal(x), x), nuvStatusOk);

@@ -28,7 +28,7 @@ template <class V>
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude > 0x7ff0000000000000) return give(opaque(x) * 1.0, nuvStatusOk);
+  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
   if (b != magnitude && magnitude != 0) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
   return give(core(x), nuvStatusOk);
 }
