@@ -9,7 +9,6 @@
 // None of them leaves a flag.
 #pragma once
 #include "algebraic/root_seed.h"
-#include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
@@ -33,10 +32,10 @@ Float64 ofPositiveNormal(Float64 x) { return finish(halfSeries(residual(x, rootS
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  alignas(32) Float64 seeds[chunkSize];
+  SeedChunk seeds;
   return stagedLoop<Raises::no>(
-      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeRootSeeds(x, seeds + i); },
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), load<Four>(seeds + i)); },
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<twentyBits>(x, seeds, i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); },
       [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
       [](const auto& h, const Float64*, int64_t) __attribute__((always_inline)) { return finish(h); }, invSqrtLane);
 }

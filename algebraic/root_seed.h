@@ -3,16 +3,10 @@
 // x is u times an even power of 2 with u in [1, 4), cut to single precision. The processor's reciprocal square root of u, good to 1.5 * 2^-12, is cut to 20
 // fraction bits, which leaves the low word of the seed zero: its products with halves of x are exact.
 #pragma once
-#include "frame/lanes.h"
+#include "algebraic/staged_loop.h"
 
 namespace qorvane {
 namespace {
-
-// The lanes that aren't positive normal numbers, from the high words.
-[[gnu::always_inline]] inline Words4 notPositiveNormal(Words4 highWords) {
-  constexpr int smallest = 0x00100000, offset = static_cast<int>(0x80000000) + smallest;  // in wrapping 32-bit arithmetic
-  return (highWords - offset) > static_cast<int>(0xffdfffff);
-}
 
 // u of four elements: the lowest exponent bit and 23 fraction bits; an odd biased exponent belongs to [1, 2), an even one to [2, 4).
 [[gnu::always_inline]] inline __m128 reducedSingles(Lanes2 a, Lanes2 b) {
@@ -38,14 +32,49 @@ struct TwoPairs {
   return fromHighWords((root >> 3) + exponents);
 }
 
-// The first stage: seeds of the four elements at x to y, and the lanes that aren't ordinary.
-[[gnu::always_inline]] inline Words4 storeRootSeeds(const Float64* x, Float64* y) {
+// The seeds of a chunk's elements. storeSeeds makes those of the four elements at x, with the bits of `kept` in single precision, and gives the lanes that aren't
+// ordinary; seedsAt gives them back.
+#ifdef __AVX__
+// Here they are in two factors. With E = 16t + e for the biased exponent E, 1/sqrt(x) = 1/sqrt(2^(e - 29) * 1.m) * 2^(497 - 8t). The first is the processor's
+// estimate in single precision; it is the estimate of u but for a power of 2, since estimates repeat themselves, halved, at four times their argument. The second
+// comes from an estimate too: that of 2^(2t - 127), whose exponent field is 190 - t for any estimate within its bound, read as the high word of a double.
+// Elements with t = 0 aren't ordinary.
+struct SeedChunk {
+  alignas(32) float roots[chunkSize];
+};
+template <uint32_t kept>
+[[gnu::always_inline]] inline Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
+  const char* bytes = reinterpret_cast<const char*>(x);
+  const auto at = [&](int offset) __attribute__((always_inline)) { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
+  const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
+  __m128 root = _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
+  if constexpr (kept != 0xffffffff) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
+  _mm_store_ps(chunk.roots + i, root);
+  // High words from 0x01000000 to 0x7fefffff are ordinary.
+  return (packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)) - static_cast<int>(0x81000000)) > static_cast<int>(0xfeefffff);
+}
+[[gnu::always_inline]] inline Lanes4 seedsAt(Lanes4 x, const SeedChunk& chunk, int64_t i) {
+  const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
+  const Lanes4 scale = andBits<Lanes4>(_mm256_castps_pd(_mm256_rsqrt_ps(power)), broadcast<Lanes4>(fromBits(0x7f80000000000000)));
+  return Lanes4(_mm256_cvtps_pd(_mm_load_ps(chunk.roots + i))) * scale;
+}
+#else
+struct SeedChunk {
+  alignas(32) Float64 seeds[chunkSize];
+};
+template <uint32_t kept>
+[[gnu::always_inline]] inline Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
+  static_assert(kept == 0xfffffff8);
   const Lanes2 a = load<Lanes2>(x), b = load<Lanes2>(x + 2);
   const TwoPairs seeds = rootSeeds(a, b);
-  store(y, seeds.a);
-  store(y + 2, seeds.b);
-  return notPositiveNormal(packHighWords(a, b));
+  store(chunk.seeds + i, seeds.a);
+  store(chunk.seeds + i + 2, seeds.b);
+  // High words from 0x00100000 to 0x7fefffff are ordinary.
+  return (packHighWords(a, b) - static_cast<int>(0x80100000)) > static_cast<int>(0xffdfffff);
 }
+[[gnu::always_inline]] inline Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
+#endif
+constexpr uint32_t twentyBits = 0xfffffff8;
 
 // 1/sqrt(x) = y (1 + p): p is the series of (1 + e)^(-1/2) - 1 in e = x y^2 - 1, |e| < 2^-10. The steps to p are cut in three for the loops.
 template <class V>

@@ -8,7 +8,6 @@
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, with its flag.
 #include "algebraic/root_seed.h"
-#include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
@@ -21,25 +20,6 @@ constexpr Float64 p4 = fromBits(0x3fd1800032338cbb);  // 0.27343754675366555
 constexpr Float64 p3 = fromBits(0x3fd40000b13001d9);  // 0.31250016501874495
 constexpr Float64 p2 = fromBits(0x3fd80000000000f6);  // 0.37500000000001366
 constexpr Float64 p1 = fromBits(0x3fdffffffffffe71);  // 0.49999999999997785
-
-// The seed in two factors. With E = 16t + e for the biased exponent E, 1/sqrt(x) = 1/sqrt(2^(e - 29) * 1.m) * 2^(497 - 8t). The first factor is the processor's
-// estimate in single precision; it is that of the u in [1, 4) that is x times an even power of 2, but for a power of 2, since the estimate repeats itself at a
-// quarter of its argument. The second comes from an estimate too: that of 2^(2t - 127), whose exponent field is 190 - t, read as the high word of a double.
-[[gnu::always_inline]] inline __m128 rootOfFraction(const Float64* x) {
-  const char* bytes = reinterpret_cast<const char*>(x);
-  const auto at = [&](int offset) __attribute__((always_inline)) { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
-  const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
-  return _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
-}
-[[gnu::always_inline]] inline Lanes4 powerOfRoot(Lanes4 x) {
-  const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
-  return andBits<Lanes4>(_mm256_castps_pd(_mm256_rsqrt_ps(power)), broadcast<Lanes4>(fromBits(0x7f80000000000000)));
-}
-
-// The lanes where t is 0 or that aren't positive numbers: the high word isn't from 0x01000000 to 0x7fefffff.
-[[gnu::always_inline]] inline Words4 outsideFastRange(const Float64* x) {
-  return (packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)) - static_cast<int>(0x81000000)) > static_cast<int>(0xfeefffff);
-}
 
 // The steps after the seed, cut in three for the loop.
 template <class V>
@@ -101,17 +81,10 @@ template <class V>
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  alignas(32) float roots[chunkSize];
+  SeedChunk seeds;
   return stagedLoop<Raises::yes>(
-      src, dst, len,
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) {
-        _mm_store_ps(roots + i, rootOfFraction(x));
-        return outsideFastRange(x);
-      },
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) {
-        const Lanes4 four = load<Lanes4>(x);
-        return residualOfSeed(four, Lanes4(_mm256_cvtps_pd(_mm_load_ps(roots + i)) * powerOfRoot(four)));
-      },
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<0xffffffff>(x, seeds, i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residualOfSeed(load<Lanes4>(x), seedsAt(load<Lanes4>(x), seeds, i)); },
       [](const auto& s) __attribute__((always_inline)) { return correction(s); },
       [](const auto& s, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(s, load<Lanes4>(x)); }, sqrtSpecialLaneAvx);
 }
