@@ -1,0 +1,77 @@
+// log10(x), levels 1 to 4.
+//
+// Method: x = 2^k * f with f in [1, 2). The mantissa's top bits, rounded to 9, choose a row with c close to C0 / f, where C0 = 0.43359375 is a short number
+// close to log10 e, and r = f * c - C0. Then log10 x = k log10 2 + log10(C0 / c) + log10(1 + r / C0); the first two terms are each high + low. The last term
+// begins with r itself, needing no product: the polynomial's first coefficient is only log10 e / C0 - 1. |r| < 2^-11, and f * c is made of two exact products.
+// At f just below 2 the row is log10 2, which the exponent's term cancels for x just below 1.
+//
+// Error: at most 0.59 ulp, near 1 (0.585 found at 0.99972). The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+//
+// Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise no flag.
+// The powers of ten from 10^0 to 10^22 have exact results.
+#include "explog/log_sse3.h"
+#include "frame/kernel_frame.h"
+#include "frame/loops.h"
+
+namespace qorvane {
+namespace {
+
+#include "explog/log10_tables.inc"
+
+constexpr Float64 log10Of2Hi = fromBits(0x3fd34413509f7800);  // 0.30102999566395283: k * log10Of2Hi + a row's high part is exact
+constexpr Float64 log10Of2Lo = fromBits(0x3d1fef311f12b358);  // 2.8363394551044964e-14: log10 2 - log10Of2Hi
+constexpr Float64 scale = fromBits(0x3fdbc00000000000);       // 0.43359375 = C0
+
+// log10(1 + r / C0) = r + r * (p1 + p2 r + p3 r^2 + p4 r^3 + p5 r^4)
+constexpr Float64 p5 = fromBits(0x4016aba0f9751ec1);  // 5.667606256268926
+constexpr Float64 p4 = fromBits(0xc008930aac7d7c50);  // -3.0717977023883023
+constexpr Float64 p3 = fromBits(0x3ffc6a02dc962e0f);  // 1.7758816353479039
+constexpr Float64 p2 = fromBits(0xbff27af2dc77af28);  // -1.1550167667400704
+constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e4108);  // 0.0016161024074997105
+
+// log10 x = rest + T
+template <class V>
+struct Core {
+  V rest, T;
+};
+
+template <class V>
+[[gnu::always_inline]] inline Core<V> core(V x) {
+  const auto words = highWords(x);
+  const auto row = ((words & 0xffc00) + 0x400) >> 11;
+  const V k = numbersOf<V>((words >> 20) - 0x3ff);
+  const V f = significand(x, 0x000fffffffffffff);
+  const V fh = significand(x, 0x000fffff80000000), fl = f - fh;
+  const V c = columnAt<V>(log10TableReciprocal, row);
+  const auto [high, low] = twoColumnsAt<V>(log10TableMantissa, row);
+  const V uh = (fh * c) - scale, ul = fl * c, r = ul + uh;
+  const V A = (log10Of2Hi * k) + high, C = (log10Of2Lo * k) + low;
+  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost in T and joins the low terms.
+  const auto [nearOne, elsewhere] = splitAtZero(C, ul);
+  const V T = (uh + A) + nearOne;
+  const V p = (((p5 * r + p4) * r + p3) * r + p2) * r + p1;
+  return {((r * p) + C) + elsewhere, T};
+}
+
+[[gnu::noinline, gnu::cold]] nuvStatus log10FixLane(Float64 x, Float64* result) {
+  if (!isPositiveSubnormal(x)) return fixFault(x, result);
+  constexpr Float64 log10Of2By52 = fromBits(0x402f4e9f6303263e);  // 15.653559774527022
+  const Core<Float64> c = core(x * 0x1p52);
+  *result = (c.rest - log10Of2By52) + c.T;
+  return nuvStatusOk;
+}
+
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
+      src, dst, len, [](auto x) __attribute__((always_inline)) {
+        const auto c = core(x);
+        return c.rest + c.T;
+      },
+      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, log10FixLane);
+}
+
+}  // namespace
+
+nuvStatus log10Levels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+
+}  // namespace qorvane

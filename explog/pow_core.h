@@ -1,0 +1,124 @@
+// What the kernels of x^y share: log2 of x as H + G, its product with y as n/128 + r, and 2 to that power.
+//
+// log2 stage: with k and m from x = 2^k * m, and a row i of tables near m, u = m * rcp - L is small and log2 x = k + hi + lo + log2(1 + u/L). The product
+// m * rcp is known exactly as g + p, because m is split in two and rcp is short. H + G holds log2 x to about 68 bits.
+// Product stage: H and y are split too, so that P = yc * Hc is exact; n is 128 P rounded to an integer, and r the rest of y log2 x, |r| <= 2^-8 about.
+// 2^(n/128 + r) = 2^e * 2^(j/128) * 2^r with n = 128 e + j: a power of two, a table's row and a polynomial of degree 5.
+#pragma once
+#include "explog/pow_tables.h"
+#include "frame/lanes.h"
+
+namespace qorvane {
+namespace {
+
+namespace power {
+
+constexpr Float64 log2eHi = fromBits(0x3ff7154740000000);  // 1.4426949024200439 = L: log2 e to 23 bits
+constexpr Float64 shifter = fromBits(0x42c8000000000000);  // 1.5 * 2^45: a sum with it is rounded to a multiple of 1/128
+
+// log2(1 + t/L) = t + c2 t + c3 t^2 + ... : c2 makes up for L not being log2 e.
+constexpr Float64 c8 = fromBits(0x3f903950cf599c56);  // 0.015843641906397053, in the kernels that use it
+constexpr Float64 c7 = fromBits(0xbf9b4ea0e9419f52);  // -0.026667131649815552
+constexpr Float64 c6 = fromBits(0x3fa7a334ddfc9f86);  // 0.04616704187202374
+constexpr Float64 c5 = fromBits(0xbfb550472a8bb463);  // -0.08325619496072671
+constexpr Float64 c4 = fromBits(0x3fc47fd462b3b816);  // 0.16015105075297303
+constexpr Float64 c3 = fromBits(0xbfd62e4346694107);  // -0.3465736568077919
+constexpr Float64 c2 = fromBits(0x3e79c3a6966457ee);  // 9.597935033233511e-08
+
+// 2^r = 1 + d1 r + ... + d5 r^5
+constexpr Float64 d5 = fromBits(0x3f55d87fe78a6731);  // 0.0013333558146428443
+constexpr Float64 d4 = fromBits(0x3f83b2ab6fba4e77);  // 0.009618129107628477
+constexpr Float64 d3 = fromBits(0x3fac6b08d704a0bf);  // 0.055504108664821576
+constexpr Float64 d2 = fromBits(0x3fcebfbdff82c58e);  // 0.2402265069591007
+constexpr Float64 d1 = fromBits(0x3fe62e42fefa39ef);  // 0.6931471805599453
+
+// Two programs, with results that may differ in the last bit: powers of levels 1 to 4, and of a fixed exponent at every level, come from the long one (c8, and
+// the exponential's polynomial in powers of r), powers at level 5 from the short one.
+enum class Program { longer, shorter };
+
+// A number cut to its upper 26 bits: the product of two such is exact.
+template <class V>
+[[gnu::always_inline]] inline V cut(V x) {
+  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+}
+
+// A row of the tables near m, and the exponent k that goes with it: the rows from 512 up stand for m/2.
+template <class V>
+struct LogRow {
+  V rcp, hi, lo, k;
+};
+
+// log2 x but for the polynomial in t: a2 + low, where a2 = a + p.
+template <class V>
+struct LeadingLog {
+  V a, a2, low, t;
+};
+template <class V>
+[[gnu::always_inline]] inline LeadingLog<V> leadingLog(V x, LogRow<V> row) {
+  const V m = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(1.0));
+  const V mh = cut(m), ml = m - mh;
+  const V g = m * row.rcp;
+  const V p = ((mh * row.rcp) - g) + (ml * row.rcp);
+  const V t0 = g - log2eHi, big = row.k + row.hi;
+  const V a = big + t0, e1 = (big - a) + t0;
+  const V a2 = a + p, e2 = (a - a2) + p;
+  return {a, a2, (e2 + e1) + row.lo, t0 + p};
+}
+
+// log2 x as H + G
+template <class V>
+struct Log2 {
+  V high, low;
+};
+// The polynomial in two halves, since a half is a chain short enough for the loops of explog/pow_stages.h.
+template <Program program, class V>
+[[gnu::always_inline]] inline V upperPolynomial(V t) {
+  if constexpr (program == Program::longer)
+    return ((c8 * t + c7) * t + c6) * t + c5;
+  else
+    return (c7 * t + c6) * t + c5;
+}
+template <Program program, class V>
+[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t, V upper) {
+  const V polynomial = (((upper * t + c4) * t + c3) * t + c2) * t;
+  const V w = program == Program::longer ? low + polynomial : polynomial + low;
+  const V high = a2 + w;
+  return {high, w - (high - a2)};
+}
+
+// y log2 x = n/128 + r; n is in the low 32 bits of `shifted`. `p` is the exact product of the upper parts.
+template <class V>
+struct Product {
+  V p, shifted, r;
+};
+template <class Y>
+struct Exponent {
+  Y all, upper, rest;
+};
+template <class Y>
+[[gnu::always_inline]] inline Exponent<Y> splitExponent(Y y) {
+  const Y upper = cut(y);
+  return {y, upper, y - upper};
+}
+template <class V, class Y>
+[[gnu::always_inline]] inline Product<V> product(V high, V low, Exponent<Y> y) {
+  const V hc = cut(high), hl = high - hc;
+  const V p = y.upper * hc;
+  const V s = p + shifter, v = s - shifter;
+  return {p, s, ((y.rest * hc + (y.upper * hl + y.rest * hl)) + (y.all * low)) + (p - v)};
+}
+
+// 2^(n/128 + r), from the table's row th + tl = 2^(j/128) and a normal scale = 2^e
+template <Program program, class V>
+[[gnu::always_inline]] inline V completePower(V r, V th, V tl, V scale) {
+  if constexpr (program == Program::longer) {
+    return ((((((((((d5 * r + d4) * r) * r) * r) * r) * th) + tl) + ((((d3 * r + d2) * r) * r) * th)) + ((r * d1) * th)) + th) * scale;
+  } else {
+    const V r2 = r * r;
+    return (((((((d5 * r + d4) * (r2 * r2)) * th) + tl) + (((d3 * r + d2) * r2) * th)) + ((d1 * r) * th)) + th) * scale;
+  }
+}
+
+}  // namespace power
+}  // namespace
+}  // namespace qorvane

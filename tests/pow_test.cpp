@@ -1,0 +1,214 @@
+// pow and powx: the special values, the boundaries between the cases, and what a neighbour may and may not change.
+#include <cfenv>
+#include <cmath>
+
+#include "tests/test_support.h"
+
+namespace qorvane::test {
+namespace {
+
+constexpr double infinity = HUGE_VAL;
+constexpr double largest = 0x1.fffffffffffffp+1023, smallest = 0x1p-1074;
+const double nan = number(0x7ff8000000000123);
+const double outside = number(0xfff8000000000000);  // what stands for a result outside the domain
+
+Element evaluateFixed(double x, double y) {
+  Element e{0, 0};
+  e.status = nuvsPowx_64f_A53(&x, y, &e.value, 1);
+  return e;
+}
+
+struct Row {
+  double x, y;
+  Element expected;
+};
+
+// The rows that don't depend on the size of the result, with exponents that are odd, even and fractions up to the last bit that can make them so.
+const Row specialRows[] = {
+    {nan, 0, {1, 0}},
+    {nan, -0.0, {1, 0}},
+    {0, 0, {1, 0}},
+    {-infinity, 0, {1, 0}},
+    {1, nan, {1, 0}},
+    {1, -infinity, {1, 0}},
+    {1, largest, {1, 0}},
+    {nan, 3, {nan, 0}},
+    {nan, smallest, {nan, 0}},
+    {2, nan, {nan, 0}},
+    {-2, nan, {nan, 0}},
+    {0, nan, {nan, 0}},
+    {-0.0, 3, {-0.0, 0}},
+    {0, 3, {0, 0}},
+    {-0.0, 0x1.fffffffffffffp+52, {-0.0, 0}},  // 2^53 - 1 is the largest odd number
+    {-0.0, 0x1p+53, {0, 0}},
+    {-0.0, 0.5, {0, 0}},
+    {-0.0, infinity, {0, 0}},
+    {-0.0, -1, {-infinity, nuvStatusOutOfDomain}},
+    {0, -1, {infinity, nuvStatusOutOfDomain}},
+    {-0.0, -2, {infinity, nuvStatusOutOfDomain}},
+    {-0.0, -0.5, {infinity, nuvStatusOutOfDomain}},
+    {-0.0, -infinity, {infinity, nuvStatusOutOfDomain}},
+    {-1, infinity, {1, 0}},
+    {-1, -infinity, {1, 0}},
+    {-1, largest, {1, 0}},
+    {-1, 0x1p+997, {1, 0}},
+    {-1, -0x1.0000001p+21, {outside, nuvStatusOutOfDomain}},  // a fraction in the last bit of the low word's part
+    {-1, -0x1.0000080p+21, {-1, 0}},
+    {-1, 0x1.0000180p+20, {outside, nuvStatusOutOfDomain}},
+    {-1, 0x1.00001p+20, {-1, 0}},
+    {-1, 0x1.00002p+20, {1, 0}},
+    {-1, 0x1.00001p+19, {outside, nuvStatusOutOfDomain}},
+    {-1, 0x1.0000000000001p+52, {-1, 0}},
+    {-1, 0x1.0000000000001p+51, {outside, nuvStatusOutOfDomain}},
+    {1.0000001, infinity, {infinity, 0}},
+    {-0.9, infinity, {0, 0}},
+    {-2, -infinity, {0, 0}},
+    {0.5, -infinity, {infinity, 0}},
+    {infinity, smallest, {infinity, 0}},
+    {infinity, -smallest, {0, 0}},
+    {-infinity, 3, {-infinity, 0}},
+    {-infinity, 2, {infinity, 0}},
+    {-infinity, 2.5, {infinity, 0}},
+    {-infinity, -3, {-0.0, 0}},
+    {-infinity, -2.5, {0, 0}},
+    {-8, 2.5, {outside, nuvStatusOutOfDomain}},
+    {-smallest, 0.5, {outside, nuvStatusOutOfDomain}},
+};
+
+// Powers whose result is known, among them those around overflow and underflow, which have no status.
+const Row powers[] = {
+    {2, 1023, {0x1p+1023, 0}},
+    {2, 1024, {infinity, 0}},
+    {-2, 1025, {-infinity, 0}},
+    {0.5, -1023, {0x1p+1023, 0}},
+    {largest, 1, {largest, 0}},
+    {-largest, 1, {-largest, 0}},
+    {largest, 1.0000000000000002, {infinity, 0}},
+    {2, -964, {0x1p-964, 0}},
+    {2, -1022, {0x1p-1022, 0}},
+    {2, -1023, {0x1p-1023, 0}},
+    {-2, -1033, {-0x1p-1033, 0}},
+    {2, -1074, {smallest, 0}},
+    {2, -1076, {0, 0}},
+    {2, -1e300, {0, 0}},
+    {0.5, -1e300, {infinity, 0}},
+    {smallest, 1, {smallest, 0}},
+    {-0x0.fffffffffffffp-1022, 1, {-0x0.fffffffffffffp-1022, 0}},
+    {0x1p-1022, 1, {0x1p-1022, 0}},
+    {0x1.04p-1065, 1, {0x1.04p-1065, 0}},  // the first row of its table that counts down from 1
+    {smallest, -0.5, {0x1p+537, 0}},
+    {2, smallest, {1, 0}},
+    {-8, 3, {-512, 0}},
+    {1 + 0x1p-52, 0x1p+60, {0x1.41c7a8814be19p+369, 0}},  // the low part of log2 x counts
+    {1 + 0x1p-52, 0x1p+52, {0x1.5bf0a8b145769p+1, 0}},
+};
+
+void expectRow(int level, const Row& row, const char* name, Element got) {
+  EXPECT_EQ(got, row.expected) << name << ", level " << level << ", x = " << row.x << ", y = " << row.y;
+}
+
+TEST(Pow, SpecialValuesAndBoundaries) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const auto& rows : {std::vector<Row>(std::begin(specialRows), std::end(specialRows)), std::vector<Row>(std::begin(powers), std::end(powers))})
+      for (const Row& row : rows) {
+        expectRow(level, row, "Pow", evaluate(nuvsPow_64f_A53, row.x, row.y));
+        expectRow(level, row, "Powx", evaluateFixed(row.x, row.y));
+      }
+  }
+}
+
+// The low bits of a NaN come through, and at levels 1 to 4 and in Powx a signalling one is left as it is.
+TEST(Pow, NaNsKeepTheirPatterns) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (uint64_t pattern : {0x7ff8000000000123u, 0xfff8000000000456u, 0x7ff0000000000001u}) {
+      const uint64_t quiet = pattern | 0x0008000000000000;
+      EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, number(pattern), 3).value), level == 5 ? quiet : pattern) << "level " << level;
+      EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, 3, number(pattern)).value), level == 5 ? quiet : pattern) << "level " << level;
+      EXPECT_EQ(bits(evaluateFixed(number(pattern), 3).value), pattern) << "level " << level;
+      EXPECT_EQ(bits(evaluateFixed(number(pattern), 2).value), quiet) << "level " << level;
+    }
+  }
+}
+
+// Every power of an integer that is an integer of 53 bits is exact.
+TEST(Pow, IntegersAreExact) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (int base = -101; base <= 101; ++base) {
+      double power = 1;
+      for (int n = 1; std::fabs(power * base) <= 0x1p53 && n < 60; ++n) {
+        power *= base;
+        ASSERT_EQ(evaluate(nuvsPow_64f_A53, base, n).value, power) << base << "^" << n << ", level " << level;
+        ASSERT_EQ(evaluateFixed(base, n).value, power) << base << "^" << n << ", level " << level;
+      }
+    }
+  }
+}
+
+// The sum that rounds a tiny result at level 5 of Pow turns -0 into +0. Overflow and underflow are flags without a status; a result outside the domain raises
+// its own flag, and that of Pow's division by zero at level 5.
+TEST(Pow, SignsOfZeroAndFlags) {
+  struct FlagRow {
+    double x, y;
+    nuvStatus status;
+    int level5, otherwise;  // flags but inexact
+  };
+  const FlagRow rows[] = {{0, -1, nuvStatusOutOfDomain, FE_DIVBYZERO | FE_INVALID, FE_INVALID},
+                          {-8, 2.5, nuvStatusOutOfDomain, FE_INVALID, FE_INVALID},
+                          {-8, 3, 0, 0, 0},
+                          {nan, 2.5, 0, 0, 0},
+                          {2, -1030.3, 0, FE_UNDERFLOW, FE_UNDERFLOW},
+                          {3, 700, 0, FE_OVERFLOW, 0}};
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, -2, -1075).value), level == 5 ? 0 : bits(-0.0));
+    EXPECT_EQ(bits(evaluateFixed(-2, -1075).value), bits(-0.0));
+    EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, -2, -1087).value), bits(-0.0));
+    for (const FlagRow& row : rows) {
+      std::feclearexcept(FE_ALL_EXCEPT);
+      EXPECT_EQ(evaluate(nuvsPow_64f_A53, row.x, row.y).status, row.status);
+      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT & ~FE_INEXACT), level == 5 ? row.level5 : row.otherwise) << "level " << level << ", x = " << row.x;
+    }
+  }
+}
+
+// An exponent of 2 squares everything, with no status and no look at x.
+TEST(Pow, FixedExponent2Squares) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (double x : {-3.0, 1e200, -infinity, smallest, 0x1.23456789abcdfp-3, -0.0}) EXPECT_EQ(evaluateFixed(x, 2), (Element{x * x, 0})) << "level " << level;
+  }
+}
+
+// An element outside the fast range changes nothing for the others at level 5 of Pow. In the other kernels its group of four is recomputed, and only that.
+TEST(Pow, RepairReachesItsGroupAlone) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (int n : {5, 8, 23, 131, 300})
+      for (int bad : {0, 3, n / 2, n - 1}) {
+        std::vector<double> x, y, plain(n), mixed(n), fixedPlain(n), fixedMixed(n);
+        for (int i = 0; i < n; ++i) x.push_back(0.7 + 0.013 * i), y.push_back(11.3 - 0.31 * (i % 70));
+        nuvsPow_64f_A53(x.data(), y.data(), plain.data(), n);
+        nuvsPowx_64f_A53(x.data(), 7.7, fixedPlain.data(), n);
+        x[bad] = -0.0;
+        y[bad] = -3;
+        EXPECT_EQ(nuvsPow_64f_A53(x.data(), y.data(), mixed.data(), n), nuvStatusOutOfDomain);
+        EXPECT_EQ(nuvsPowx_64f_A53(x.data(), -7.7, fixedMixed.data(), n), nuvStatusOutOfDomain);
+        EXPECT_EQ(fixedMixed[bad], infinity);
+        EXPECT_EQ(nuvsPowx_64f_A53(x.data(), 7.7, x.data(), n), nuvStatusOk);
+        EXPECT_EQ(mixed[bad], -infinity);
+        for (int i = 0; i < n; ++i) {
+          if (i == bad) continue;
+          const bool sameGroup = i / 4 == bad / 4 && i / 4 * 4 + 4 <= n;
+          const auto near = [&](double a, double b, bool exact) { return exact ? bits(a) == bits(b) : std::fabs(a - b) <= 0x1p-52 * std::fabs(b); };
+          EXPECT_TRUE(near(mixed[i], plain[i], level == 5 || !sameGroup)) << "level " << level << ", element " << i << " beside " << bad << " of " << n;
+          EXPECT_TRUE(near(x[i], fixedPlain[i], !sameGroup)) << "level " << level << ", element " << i << " beside " << bad << " of " << n;
+        }
+      }
+  }
+}
+
+}  // namespace
+}  // namespace qorvane::test
