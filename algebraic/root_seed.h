@@ -8,10 +8,19 @@
 namespace qorvane {
 namespace {
 
+// Integer work on words wraps around.
+[[gnu::always_inline]] inline Words4 sum(Words4 a, Words4 b) {
+  return reinterpret_cast<Words4>(_mm_add_epi32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+[[gnu::always_inline]] inline Words4 difference(Words4 a, Words4 b) {
+  return reinterpret_cast<Words4>(_mm_sub_epi32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+[[gnu::always_inline]] inline Words4 words(uint32_t word) { return reinterpret_cast<Words4>(_mm_set1_epi32(static_cast<int>(word))); }
+
 // u of four elements: the lowest exponent bit and 23 fraction bits; an odd biased exponent belongs to [1, 2), an even one to [2, 4).
 [[gnu::always_inline]] inline __m128 reducedSingles(Lanes2 a, Lanes2 b) {
   const Words4 fractions = packHighWords(reinterpret_cast<Lanes2>(bitsOf(a) << 11), reinterpret_cast<Lanes2>(bitsOf(b) << 11));
-  return reinterpret_cast<__m128>((fractions >> 8) + 0x40000000);
+  return reinterpret_cast<__m128>(sum(fractions >> 8, words(0x40000000)));
 }
 
 // The doubles with these high words, their low words zero.
@@ -28,8 +37,8 @@ struct TwoPairs {
 [[gnu::always_inline]] inline TwoPairs rootSeeds(Lanes2 a, Lanes2 b) {
   const Words4 root = reinterpret_cast<Words4>(_mm_rsqrt_ps(reducedSingles(a, b)));
   // The exponent of x, halved and negated; the constant also takes the bias of single precision off, and the cut fraction of x under it doesn't borrow.
-  const Words4 exponents = (static_cast<int>(0xb00fffff) - packHighWords(a, b)) >> 1 & 0x7ff00000;
-  return fromHighWords((root >> 3) + exponents);
+  const Words4 exponents = difference(words(0xb00fffff), packHighWords(a, b)) >> 1 & 0x7ff00000;
+  return fromHighWords(sum(root >> 3, exponents));
 }
 
 // The seeds of a chunk's elements. storeSeeds makes those of the four elements at x, with the bits of `kept` in single precision, and gives the lanes that aren't
@@ -51,7 +60,7 @@ template <uint32_t kept>
   if constexpr (kept != 0xffffffff) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
   _mm_store_ps(chunk.roots + i, root);
   // High words from 0x01000000 to 0x7fefffff are ordinary.
-  return (packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)) - static_cast<int>(0x81000000)) > static_cast<int>(0xfeefffff);
+  return difference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), words(0x81000000)) > words(0xfeefffff);
 }
 [[gnu::always_inline]] inline Lanes4 seedsAt(Lanes4 x, const SeedChunk& chunk, int64_t i) {
   const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
@@ -70,7 +79,7 @@ template <uint32_t kept>
   store(chunk.seeds + i, seeds.a);
   store(chunk.seeds + i + 2, seeds.b);
   // High words from 0x00100000 to 0x7fefffff are ordinary.
-  return (packHighWords(a, b) - static_cast<int>(0x80100000)) > static_cast<int>(0xffdfffff);
+  return difference(packHighWords(a, b), words(0x80100000)) > words(0xffdfffff);
 }
 [[gnu::always_inline]] inline Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
 #endif

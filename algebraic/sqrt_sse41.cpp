@@ -17,12 +17,15 @@ template <int K>
   return makePack<K>([&](int i) __attribute__((always_inline)) { return core(x.part[i]); });
 }
 
+// The lanes that aren't positive normal numbers.
 template <class V>
 [[gnu::always_inline]] inline bool anyNotPositiveNormal(V x) {
-  if constexpr (laneCount<V> == 1)
-    return highWord(x) - 0x00100000 >= 0x7fe00000;
+  const auto outside = [](auto words) __attribute__((always_inline)) { return (words < 0x00100000) | (words > 0x7fefffff); };
+  auto words = highWords(x);
+  if constexpr (packSize<decltype(words)> == 0)
+    return any(outside(words));
   else
-    return any((highWords(x) - static_cast<int>(0x80100000)) > static_cast<int>(0xffdfffff));
+    return any(makePack<packSize<V> / 2>([&](int i) __attribute__((always_inline))->Words4 { return outside(words.part[i]); }));
 }
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
