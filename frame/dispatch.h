@@ -24,7 +24,7 @@ constexpr DispatchTable<Kernel> twoVariants(Kernel* levels1To4, Kernel* level5) 
   return {{levels1To4, levels1To4, levels1To4, levels1To4, levels1To4, level5}};
 }
 
-// The table of a function that level 4 makes with the rounding instruction.
+// The table of a function that has a program of its own at level 4.
 template <class Kernel>
 constexpr DispatchTable<Kernel> threeVariants(Kernel* levels1To3, Kernel* level4, Kernel* level5) {
   return {{levels1To3, levels1To3, levels1To3, levels1To3, level4, level5}};

@@ -52,6 +52,39 @@ template <class V, Raises raises, class Fast, class Flagged, class Special>
   return status;
 }
 
+// The same for functions that make no operation on a block before its test, so that arguments outside the fast range leave no flag but their own: a flagged block
+// goes through `lane` whole, which serves every argument.
+template <Raises raises, class Lane>
+[[gnu::noinline, gnu::cold]] nuvStatus eachLane(const Float64* x, Float64* y, int64_t count, nuvStatus status, Lane lane) {
+  for (int64_t i = 0; i < count; ++i) takeStatus<raises>(status, lane(x[i], y + i));
+  return status;
+}
+
+template <class V, Raises raises, class Fast, class Flagged, class Lane>
+[[gnu::always_inline]] inline nuvStatus guardedUnaryLoop(const Float64* src, Float64* dst, int64_t len, Fast fast, Flagged flagged, Lane lane) {
+  nuvStatus status = nuvStatusOk;
+  const auto isFlagged = [&](auto x, Float64* to, int64_t count) __attribute__((always_inline)) {
+    if (!flagged(x)) [[likely]]
+      return false;
+    alignas(32) Float64 xs[laneCount<V>];
+    store(xs, x);
+    status = eachLane<raises>(xs, to, count, status, lane);
+    return true;
+  };
+  int64_t i = 0;
+  for (; i + laneCount<V> <= len; i += laneCount<V>) {
+    const V x = load<V>(src + i);
+    if (!isFlagged(x, dst + i, laneCount<V>)) store(dst + i, fast(x));
+  }
+  using Part = PartOf<V>;
+  for (int64_t count; i < len; i += count) {
+    count = len - i < laneCount<Part> ? len - i : laneCount<Part>;
+    const Part x = loadPart<Part>(src + i, count);
+    if (!isFlagged(x, dst + i, count)) storePart(dst + i, fast(x), count);
+  }
+  return status;
+}
+
 // No element is special: `fast` gives every result.
 template <class V, class Fast>
 [[gnu::always_inline]] inline nuvStatus plainLoop(const Float64* src, Float64* dst, int64_t len, Fast fast) {

@@ -1,0 +1,147 @@
+// cbrt(x) and 1/cbrt(x), every level: the program that cbrt_sse3.cpp and cbrt_avx.cpp compile for their registers.
+//
+// Method: E = 3q + r for the biased exponent E, so that |x| = 2^(3(q - 341)) * 2^r * 1.m. The top 5 bits of m give c, the centre of their row, and r one of three
+// sections with the root of 2^r c as high + low. The root of 1 + v, v = (1.m - c)/c, |v| < 1/64, is a polynomial of degree 8.
+//
+// Error: cbrt at most 0.52 ulp, 1/cbrt 0.545 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
+//
+// Special values: NaN gives the NaN, quiet. cbrt gives zeros and infinities back; 1/cbrt gives zeros with their sign for infinities, and infinities with their
+// sign, and a pole, for zeros, without a flag.
+#pragma once
+#include "algebraic/staged_loop.h"
+#include "frame/kernel_frame.h"
+
+namespace qorvane {
+namespace {
+
+#include "algebraic/cbrt_tables.inc"
+
+// What makes one function of the method: its table, the exponent of its scale and the coefficients, from the highest on.
+struct Cbrt {
+  static constexpr bool inverse = false;
+  static constexpr const Float64 (*table)[4] = cbrtTable;
+  static constexpr Float64 c[8] = {
+      fromBits(0xbf9036de5c9cc8e7),  // -0.015834307100882319
+      fromBits(0x3f93750ad588f115),  // 0.019001168521058782
+      fromBits(0xbf98090d6221a247),  // -0.023472031702484377
+      fromBits(0x3f9ee7113506ac12),  // 0.03017832647462277
+      fromBits(0xbfa511e8d2b3183b),  // -0.041152263374485597
+      fromBits(0x3faf9add3c0ca458),  // 0.061728395061728392
+      fromBits(0xbfbc71c71c71c71c),  // -0.1111111111111111
+      fromBits(0x3fd5555555555555),  // 0.33333333333333331
+  };
+};
+struct InvCbrt {
+  static constexpr bool inverse = true;
+  static constexpr const Float64 (*table)[4] = invCbrtTable;
+  static constexpr Float64 c[8] = {
+      fromBits(0x3fb791d4f50a7b47),  // 0.092068967651795494
+      fromBits(0xbfb9b33ca7a65562),  // -0.10039118855487097
+      fromBits(0x3fbc67c9dd3d11bb),  // 0.11095868731815177
+      fromBits(0xbfbff4c33f90ef5f),  // -0.12482853223712941
+      fromBits(0x3fc26fabb85d0196),  // 0.14403292181124233
+      fromBits(0xbfc61f9add3c0ca3),  // -0.17283950617283947
+      fromBits(0x3fcc71c71c71c71c),  // 0.22222222222222221
+      fromBits(0xbfd5555555555555),  // -0.33333333333333331
+  };
+};
+
+// The places of a chunk's elements: byte offsets into the table, and the high words of the powers of two, signed like x, that results are multiplied with.
+struct Places {
+  alignas(16) uint32_t offset[chunkSize];
+  alignas(16) int32_t scale[chunkSize];
+};
+template <class F>
+[[gnu::always_inline]] inline Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
+  const Words4 highWords = packHighWords(a, b);
+  const __m128i words = reinterpret_cast<__m128i>(highWords);
+  // n = 32E + j, and its quotient by 96 is q: (n * 43691) >> 22 for all n below 2^16. The remainder is 32r + j.
+  const __m128i n = _mm_srli_epi32(_mm_slli_epi32(words, 1), 16);
+  const __m128i q = _mm_srli_epi32(_mm_mulhi_epu16(n, _mm_set1_epi32(43691)), 6);
+  const __m128i row = _mm_sub_epi16(n, _mm_mullo_epi16(q, _mm_set1_epi32(96)));
+  const __m128i exponents = _mm_slli_epi32(q, 20), sign = _mm_and_si128(words, _mm_set1_epi32(INT32_MIN));
+  const __m128i powers = F::inverse ? _mm_sub_epi32(_mm_set1_epi32(0x55400000), exponents) : _mm_add_epi32(exponents, _mm_set1_epi32(0x2aa00000));
+  _mm_store_si128(reinterpret_cast<__m128i*>(places.offset + i), _mm_slli_epi32(row, 5));
+  _mm_store_si128(reinterpret_cast<__m128i*>(places.scale + i), _mm_or_si128(powers, sign));
+  // Zeros, subnormal numbers, infinities and NaNs: 0x7ff00000 and 0x7fe00000 here.
+  return (((highWords & 0x7ff00000) - 0x00100000) & 0x7ff00000) > 0x7fdfffff;
+}
+
+// Two columns of the rows of four elements, from `first` on.
+template <class F>
+[[gnu::always_inline]] inline TwoColumns<Four> columns(const Places& places, int64_t i, int first) {
+  const auto row = [&](int lane) __attribute__((always_inline)) { return rowAt(F::table[0] + first, places.offset[i + lane]); };
+#ifdef __AVX__
+  const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1),
+               rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
+  return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
+#else
+  const __m128d row0 = row(0), row1 = row(1), row2 = row(2), row3 = row(3);
+  return {{{_mm_unpacklo_pd(row0, row1), _mm_unpacklo_pd(row2, row3)}}, {{_mm_unpackhi_pd(row0, row1), _mm_unpackhi_pd(row2, row3)}}};
+#endif
+}
+[[gnu::always_inline]] inline Four scaleAt(const Places& places, int64_t i) {
+  const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(places.scale + i)), zero = _mm_setzero_si128();
+  const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, words)), high = _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words));
+#ifdef __AVX__
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
+#else
+  return {{low, high}};
+#endif
+}
+
+// The steps on four elements, cut in three for the loop: the relative distance v from the centre, half the polynomial, the rest.
+struct HalfPolynomial {
+  Four v, sum;
+};
+template <class F>
+[[gnu::always_inline]] inline Four distance(Four x, const Places& places, int64_t i) {
+  const auto [reciprocal, centre] = columns<F>(places, i, 0);
+  return reciprocal * (orBits(andBits(x, broadcast<Four>(fromBits(0x000fffffffffffff))), broadcast<Four>(-1.0)) - centre);  // -1.m and -c
+}
+template <class F>
+[[gnu::always_inline]] inline HalfPolynomial halfPolynomial(Four v) {
+  return {v, (((F::c[0] * v + F::c[1]) * v + F::c[2]) * v + F::c[3]) * v + F::c[4]};
+}
+template <class F>
+[[gnu::always_inline]] inline Four finish(HalfPolynomial h, const Places& places, int64_t i) {
+  const Four v = h.v, p = ((h.sum * v + F::c[5]) * v + F::c[6]) * v + F::c[7];
+  const auto [high, low] = columns<F>(places, i, 2);
+  return ((p * (high * v) + low) + high) * scaleAt(places, i);  // the scale is exact
+}
+
+template <class F>
+Float64 ofNormal(Float64 x) {
+  Places places;
+  alignas(32) Float64 four[4] = {x, x, x, x};
+  storePlaces<F>(load<Lanes2>(four), load<Lanes2>(four), places, 0);
+  store(four, finish<F>(halfPolynomial<F>(distance<F>(load<Four>(four), places, 0)), places, 0));
+  return four[0];
+}
+
+template <class F>
+[[gnu::noinline, gnu::cold]] nuvStatus cbrtLane(Float64 x, Float64* result) {
+  const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff, sign = b ^ magnitude;
+  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
+  if (magnitude == 0) return F::inverse ? give(fromBits(sign | 0x7ff0000000000000), nuvStatusPole) : give(x, nuvStatusOk);
+  if (F::inverse && magnitude == 0x7ff0000000000000) return give(fromBits(sign), nuvStatusOk);
+  if (magnitude >= 0x7ff0000000000000) return give(opaque(x) + opaque(x), nuvStatusOk);
+  if (magnitude >= 0x0010000000000000) return give(ofNormal<F>(x), nuvStatusOk);
+  constexpr Float64 scale = fromBits(0x7e30000000000000);                                        // 2^996
+  constexpr Float64 rootScale = fromBits(F::inverse ? 0x54b0000000000000 : 0x2b30000000000000);  // 2^332, 2^-332
+  return give(ofNormal<F>(x * scale) * rootScale, nuvStatusOk);
+}
+
+template <class F>
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  Places places;
+  return stagedLoop<Raises::no>(
+      src, dst,
+      len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), places, i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return distance<F>(load<Four>(x), places, i); },
+      [](const auto& v) __attribute__((always_inline)) { return halfPolynomial<F>(v); },
+      [&](const auto& h, const Float64*, int64_t i) __attribute__((always_inline)) { return finish<F>(h, places, i); }, cbrtLane<F>);
+}
+
+}  // namespace
+}  // namespace qorvane

@@ -1,0 +1,11 @@
+// cbrt(x) and 1/cbrt(x), level 5.
+#include "algebraic/cbrt.h"
+
+namespace qorvane {
+
+nuvStatus cbrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst); }
+nuvStatus invCbrtLevel5(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt>>(len, src, dst);
+}
+
+}  // namespace qorvane

@@ -1,0 +1,44 @@
+// 1/sqrt(x), every level: the program that invsqrt_sse3.cpp and invsqrt_avx.cpp compile for their registers.
+//
+// Method: a seed y of 20 fraction bits from the processor's approximation, then y + y p(e) with the residual e = x y^2 - 1 from x in halves, whose large product
+// is exact.
+//
+// Error: at most 0.5005 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
+//
+// Special values: NaN gives the NaN, quiet, +Inf +0; +0 and -0 give +Inf and -Inf, and a pole; negative numbers and -Inf the default NaN, and out of domain.
+// None of them leaves a flag.
+#pragma once
+#include "algebraic/root_seed.h"
+#include "frame/kernel_frame.h"
+
+namespace qorvane {
+namespace {
+
+template <class V>
+[[gnu::always_inline]] inline V finish(HalfSeries<V> h) {
+  return series(h) * h.y + h.y;
+}
+Float64 ofPositiveNormal(Float64 x) { return finish(halfSeries(residual(x, rootSeed(x)))); }
+
+[[gnu::noinline, gnu::cold]] nuvStatus invSqrtLane(Float64 x, Float64* result) {
+  const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
+  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
+  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
+  if (magnitude == 0) return give(fromBits(b | 0x7ff0000000000000), nuvStatusPole);
+  if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
+  if (b == 0x7ff0000000000000) return give(0.0, nuvStatusOk);
+  if (b < 0x0010000000000000) return give(ofPositiveNormal(x * subnormalScale) * subnormalRootScale, nuvStatusOk);
+  return give(ofPositiveNormal(x), nuvStatusOk);
+}
+
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  SeedChunk seeds;
+  return stagedLoop<Raises::no>(
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<twentyBits>(x, seeds, i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); },
+      [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
+      [](const auto& h, const Float64*, int64_t) __attribute__((always_inline)) { return finish(h); }, invSqrtLane);
+}
+
+}  // namespace
+}  // namespace qorvane

@@ -1,0 +1,8 @@
+// 1/sqrt(x), level 5.
+#include "algebraic/invsqrt.h"
+
+namespace qorvane {
+
+nuvStatus invSqrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+
+}  // namespace qorvane

@@ -1,0 +1,8 @@
+// 1/sqrt(x), levels 1 to 4.
+#include "algebraic/invsqrt.h"
+
+namespace qorvane {
+
+nuvStatus invSqrtLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+
+}  // namespace qorvane

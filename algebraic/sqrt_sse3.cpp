@@ -1,0 +1,49 @@
+// sqrt(x), levels 1 to 3.
+//
+// Method: a seed y of 20 fraction bits for 1/sqrt(x) from the processor's approximation, then sqrt(x) = x y (1 + p(e)) with the residual e = x y^2 - 1. x stands
+// in halves, so that the largest term of the sum and the large product of the residual are exact.
+//
+// Error: at most 0.5004 ulp, 0.75 ulp for subnormal x. The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+//
+// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain. None of them
+// leaves a flag.
+#include "algebraic/root_seed.h"
+#include "frame/kernel_frame.h"
+
+namespace qorvane {
+namespace {
+
+template <class V>
+[[gnu::always_inline]] inline V finish(HalfSeries<V> h, V x) {
+  const V xh = withoutLowWord(x), xl = x - xh;
+  return ((series(h) * h.y) * x + xl * h.y) + xh * h.y;
+}
+HalfSeries<Float64> ofPositiveNormal(Float64 x) { return halfSeries(residual(x, rootSeed(x))); }
+
+[[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
+  const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
+  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
+  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
+  if (magnitude == 0 || b == 0x7ff0000000000000) return give(x, nuvStatusOk);
+  if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
+  if (b >= 0x0010000000000000) return give(finish(ofPositiveNormal(x), x), nuvStatusOk);
+
+  // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The halves of x have fewer bits than those of a normal number, and
+  // the three terms are rounded to multiples of the same small unit: hence the larger error.
+  return give(finish(ofPositiveNormal(x * subnormalScale), x) * subnormalRootScale, nuvStatusOk);
+}
+
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  SeedChunk seeds;
+  return stagedLoop<Raises::no>(
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<twentyBits>(x, seeds, i); },
+      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); },
+      [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
+      [](const auto& h, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(h, load<Four>(x)); }, sqrtSpecialLane);
+}
+
+}  // namespace
+
+nuvStatus sqrtLevels1To3(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+
+}  // namespace qorvane

@@ -1,0 +1,157 @@
+// Square and cube roots and their reciprocals: special values, flags, exact results, and the exponents that each level treats in its own way.
+#include <cfenv>
+#include <cmath>
+
+#include "tests/test_support.h"
+
+namespace qorvane::test {
+namespace {
+
+constexpr uint64_t infinity = 0x7ff0000000000000, zero = 0, minus = 0x8000000000000000, defaultNaN = 0xfff8000000000000;
+
+struct Root {
+  const char* name;
+  Unary f;
+  int order, exponentStep;  // f(2^exponentStep x) = 2^order f(x)
+  bool odd;                 // defined for negative numbers
+};
+constexpr Root roots[] = {{"Sqrt", nuvsSqrt_64f_A53, 1, 2, false},
+                          {"InvSqrt", nuvsInvSqrt_64f_A53, -1, 2, false},
+                          {"Cbrt", nuvsCbrt_64f_A53, 1, 3, true},
+                          {"InvCbrt", nuvsInvCbrt_64f_A53, -1, 3, true}};
+
+// Special values, their statuses and flags: what a single element does, and what it does amid 299 ordinary ones, which keep their results.
+TEST(Roots, SpecialValuesAndTheirFlags) {
+  struct Row {
+    Unary f;
+    uint64_t x, result;
+    nuvStatus status;
+  };
+  const uint64_t quietNaN = 0xfff8000000000123, signallingNaN = 0x7ff0000000000456;
+  const Row rows[] = {
+      {nuvsSqrt_64f_A53, zero, zero, 0},
+      {nuvsSqrt_64f_A53, minus, minus, 0},
+      {nuvsSqrt_64f_A53, infinity, infinity, 0},
+      {nuvsSqrt_64f_A53, infinity | minus, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsSqrt_64f_A53, 0xbff0000000000000, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsSqrt_64f_A53, 0x8000000000000001, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsSqrt_64f_A53, 0xffefffffffffffff, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsSqrt_64f_A53, 1, 0x1e60000000000000, 0},
+      {nuvsInvSqrt_64f_A53, zero, infinity, nuvStatusPole},
+      {nuvsInvSqrt_64f_A53, minus, infinity | minus, nuvStatusPole},
+      {nuvsInvSqrt_64f_A53, infinity, zero, 0},
+      {nuvsInvSqrt_64f_A53, infinity | minus, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsInvSqrt_64f_A53, 0xbff0000000000000, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsInvSqrt_64f_A53, 0x8000000000000001, defaultNaN, nuvStatusOutOfDomain},
+      {nuvsInvSqrt_64f_A53, 1, 0x6180000000000000, 0},
+      {nuvsCbrt_64f_A53, zero, zero, 0},
+      {nuvsCbrt_64f_A53, minus, minus, 0},
+      {nuvsCbrt_64f_A53, infinity, infinity, 0},
+      {nuvsCbrt_64f_A53, infinity | minus, infinity | minus, 0},
+      {nuvsInvCbrt_64f_A53, zero, infinity, nuvStatusPole},
+      {nuvsInvCbrt_64f_A53, minus, infinity | minus, nuvStatusPole},
+      {nuvsInvCbrt_64f_A53, infinity, zero, 0},
+      {nuvsInvCbrt_64f_A53, infinity | minus, minus, 0},
+      {nuvsSqrt_64f_A53, quietNaN, quietNaN, 0},
+      {nuvsInvSqrt_64f_A53, quietNaN, quietNaN, 0},
+      {nuvsCbrt_64f_A53, quietNaN, quietNaN, 0},
+      {nuvsInvCbrt_64f_A53, quietNaN, quietNaN, 0},
+      {nuvsSqrt_64f_A53, signallingNaN, signallingNaN | 0x0008000000000000, 0},
+      {nuvsCbrt_64f_A53, signallingNaN, signallingNaN | 0x0008000000000000, 0},
+  };
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const Row& row : rows) {
+      std::feclearexcept(FE_ALL_EXCEPT);
+      const Element e = evaluate(row.f, number(row.x));
+      const int raised = std::fetestexcept(FE_ALL_EXCEPT);
+      EXPECT_EQ(bits(e.value), row.result) << "level " << level << ", x = " << number(row.x) << ": " << e;
+      EXPECT_EQ(e.status, row.status) << "level " << level << ", x = " << number(row.x);
+      const bool raises = row.x == signallingNaN || (row.f == nuvsSqrt_64f_A53 && level == 5 && row.status != 0);
+      if (row.x != 1) {
+        EXPECT_EQ(raised, raises ? FE_INVALID : 0) << "level " << level << ", x = " << number(row.x);
+      }
+
+      std::vector<double> x(300, 2.0), y(300);
+      const double ordinary = evaluate(row.f, 2.0).value;
+      for (size_t place : {0u, 127u, 130u, 299u}) x[place] = number(row.x);
+      EXPECT_EQ(row.f(x.data(), y.data(), 300), row.status);
+      for (size_t i = 0; i < 300; ++i) EXPECT_EQ(bits(y[i]), x[i] == 2.0 ? bits(ordinary) : row.result) << "level " << level << ", element " << i;
+    }
+    const double poleLast[] = {-1, 0}, domainLast[] = {0, -1};
+    double y[2];
+    EXPECT_EQ(nuvsInvSqrt_64f_A53(poleLast, y, 2), nuvStatusPole);
+    EXPECT_EQ(nuvsInvSqrt_64f_A53(domainLast, y, 2), nuvStatusOutOfDomain);
+  }
+}
+
+// Scaled arguments give scaled results bit for bit over all exponents of normal numbers: no exponent has a seed, scale or section of its own. This is also what
+// the seeds of level 5 rest on, that the processor's estimate repeats itself from one even power of 2 to the next.
+TEST(Roots, ScaleWithTheirArguments) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const Root& root : roots) {
+      const int step = root.exponentStep, count = 2046 / step;
+      std::vector<double> x(static_cast<size_t>(count)), y(x.size());
+      for (int trial = 0; trial < 200; ++trial) {
+        const double argument = (1 + std::fmod(trial * 0.6180339887498949, 1)) *
+                                (trial % step == 0   ? 1
+                                 : trial % step == 1 ? 2
+                                                     : 4) *
+                                (root.odd && trial % 2 != 0 ? -1 : 1);
+        const double atOne = evaluate(root.f, argument).value;
+        int first = -1022 / step;
+        for (int k = 0; k < count; ++k) x[static_cast<size_t>(k)] = std::ldexp(argument, step * (first + k));
+        ASSERT_EQ(root.f(x.data(), y.data(), count), nuvStatusOk) << root.name;
+        for (int k = 0; k < count; ++k)
+          if (std::isnormal(x[static_cast<size_t>(k)])) {
+            ASSERT_EQ(y[static_cast<size_t>(k)], std::ldexp(atOne, root.order * (first + k)))
+                << root.name << ", level " << level << ", x = " << x[static_cast<size_t>(k)];
+          }
+      }
+    }
+  }
+}
+
+// Roots of squares and cubes, and reciprocal roots of powers of 2, come out exact; so do those of subnormal numbers.
+TEST(Roots, ExactResults) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (int64_t n = 1; n < (1 << 26); n += n < 5000 ? 1 : n / 331) {
+      const double x = static_cast<double>(n);
+      ASSERT_EQ(evaluate(nuvsSqrt_64f_A53, x * x).value, x) << "level " << level;
+      ASSERT_EQ(evaluate(nuvsSqrt_64f_A53, std::ldexp(x * x, -1074)).value, std::ldexp(x, -537)) << "level " << level;
+      if (n < 1 << 17) {
+        ASSERT_EQ(evaluate(nuvsCbrt_64f_A53, -x * x * x).value, -x) << "level " << level;
+        ASSERT_EQ(evaluate(nuvsCbrt_64f_A53, std::ldexp(x * x * x, -1074)).value, std::ldexp(x, -358)) << "level " << level;
+      }
+    }
+    for (int k = -358; k <= 341; ++k) {
+      ASSERT_EQ(evaluate(nuvsInvCbrt_64f_A53, std::ldexp(-1.0, 3 * k)).value, std::ldexp(-1.0, -k)) << "level " << level;
+      ASSERT_EQ(evaluate(nuvsInvSqrt_64f_A53, std::ldexp(1.0, 2 * k)).value, std::ldexp(1.0, -k)) << "level " << level;
+    }
+  }
+}
+
+// Both sides of each row and section of the cube roots' tables, and of the fast ranges of the square roots, against a wider format: 0.55 ulp, and 0.76 ulp of
+// subnormal arguments.
+TEST(Roots, BothSidesOfEveryBoundary) {
+  std::vector<double> x;
+  for (int exponent : {-1022, -1007, -1006, -2, -1, 0, 1, 2, 3, 1008, 1009, 1023})
+    for (int j = 0; j < 32; ++j)
+      for (double side : {std::ldexp(1 + j / 32.0, exponent)}) x.insert(x.end(), {side, std::nextafter(side, HUGE_VAL), std::nextafter(side, 0)});
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const Root& root : roots)
+      for (double argument : x) {
+        const long double base = root.exponentStep == 2 ? std::sqrt(static_cast<long double>(argument)) : std::cbrt(static_cast<long double>(argument));
+        const long double exact = root.order < 0 ? 1 / base : base;
+        const double got = evaluate(root.f, argument).value;
+        const long double ulp = std::ldexp(1.0L, std::ilogb(exact) - 52);
+        ASSERT_LE(std::fabs((got - exact) / ulp), std::isnormal(argument) ? 0.55L : 0.76L) << root.name << ", level " << level << ", x = " << argument;
+      }
+  }
+}
+
+}  // namespace
+}  // namespace qorvane::test
