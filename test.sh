@@ -3,21 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packages=(g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libmpc-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev clang-14
-          clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox)
-missing=()
-for package in "${packages[@]}"; do
-  dpkg-query -W -f '${Status}' "$package" 2> /dev/null | grep -q 'ok installed' || missing+=("$package")
-done
-if [ ${#missing[@]} -gt 0 ]; then
-  if [ "$(id -u)" != 0 ]; then
-    echo "missing packages; install them with: apt-get install ${missing[*]}"
-    exit 1
-  fi
-  echo "installing ${missing[*]}"
-  apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
-fi
+tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libmpc-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
+  clang-14 clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
 build() {
