@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-tools/require_packages.sh g++ cmake libmpfr-dev libgmp-dev libmpc-dev libgtest-dev libbenchmark-dev libsleef-dev
+tools/require_packages.sh g++ cmake libmpfr-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev
 
 cmake --preset release > /dev/null
 cmake --build build --target qorvane-demo -j2 | grep -E '^\[|error|warning'

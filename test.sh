@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libmpc-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
+tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
   clang-14 clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
