@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing (Debian packages, as root), builds, and runs every test. Stages: format, release, sanitize, clang, fuzz; without an argument all of them.
+# Installs what is missing (Debian packages, as root), builds, and runs every test. Stages: format, release, static, sanitize, clang, fuzz;
+# without an argument all of them.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -23,6 +24,10 @@ release() {
   build release -DCMAKE_BUILD_TYPE=Release
   ctest --test-dir build -j2 --output-on-failure --progress
 }
+static() {
+  build static -DBUILD_SHARED_LIBS=OFF -DQORVANE_DEVELOPMENT=OFF
+  tests/install_test.sh "$PWD/build-static" "$PWD" cc
+}
 sanitize() {
   build sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQORVANE_SANITIZE=ON
   ctest --test-dir build-sanitize -j2 --output-on-failure --progress
@@ -41,7 +46,7 @@ fuzz() {
 }
 
 stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(format release sanitize clang fuzz)
+[ ${#stages[@]} -gt 0 ] || stages=(format release static sanitize clang fuzz)
 for stage in "${stages[@]}"; do
   SECONDS=0
   echo "== $stage"
