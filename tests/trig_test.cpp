@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 
+#include "frame/kernel_frame.h"
 #include "tests/test_support.h"
 
 namespace qorvane::test {
@@ -166,6 +167,29 @@ TEST(Trig, NegativeZeroInABlock) {
     const bool isSin = f.f == nuvsSin_64f_A53;
     EXPECT_EQ(std::signbit(ys[0]), level == 5 ? isSin : true);
     EXPECT_EQ(std::signbit(ys[5]), level == 5 && isSin);
+  });
+}
+
+// In a directed mode the table point of an argument may be another one, but it must still go with the remainder: also that of a tiny argument beside a large
+// one, which stands for its own remainder.
+TEST(Trig, DirectedRoundingMovesResultsByAUnitOnly) {
+  const double sizes[] = {1e-300, 0x1p-60, 0x1p-30, 0x1.921fb54442d18p-21, 0x1p-20, 0x1.8p-20, 0.01, 0.6, 3, 1000, 0x1p+16, 1e6, 1e300, 0x1.6ac5b262ca1ffp+849};
+  std::vector<double> xs;
+  for (double last : {0.5, 1e6})
+    for (double size : sizes) xs.insert(xs.end(), {size, 1, -size, 2, -1, -size, size, last});
+  const int32_t len = static_cast<int32_t>(xs.size()), odd = len - 3;  // the second one ends in a tail
+  std::vector<double> nearest(xs.size()), directed(xs.size());
+  atEveryLevel([&](const Output& f, int level) {
+    const uint32_t csr = readMxcsr();
+    for (int32_t n : {len, odd})
+      for (uint32_t mode : {0x2000u, 0x4000u, 0x6000u}) {
+        f.f(xs.data(), nearest.data(), n);
+        writeMxcsr((csr & ~modeBits) | mode);
+        f.f(xs.data(), directed.data(), n);
+        writeMxcsr(csr);
+        for (size_t i = 0; i < static_cast<size_t>(n); ++i)
+          EXPECT_LE(std::fabs(directed[i] - nearest[i]), level == 5 ? 0x1p-52 : 0.0) << "x = " << xs[i] << ", mode " << mode;
+      }
   });
 }
 
