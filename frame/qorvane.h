@@ -123,8 +123,8 @@ QORVANE_API nuvStatus nuvsPowx_64f_A53_Idx(const Float64* src, int32_t srcOffset
 /* ---- Division and roots ------------------------------------------------------------------------------------------------------------------------------ */
 
 /* dst[i] = 1 / src[i], correctly rounded in the rounding mode in force.
-   Results: ±0 gives ±Inf, nuvStatusPole; ±Inf gives ±0; overflow and underflow have no status. A caller's DAZ makes a subnormal argument count as zero at
-   level 5.
+   Results: ±0 gives ±Inf, nuvStatusPole; ±Inf gives ±0; overflow and underflow have no status. A caller's DAZ makes a subnormal argument zero for the
+   quotient; only level 5 reports it as a pole.
    In place, at levels 1 to 4, whole blocks are tested for poles after their quotients are stored: the results are right, but the pole of a zero goes
    unreported there, and an infinity, whose quotient is zero, reports one. Use another destination where the status matters.
    Round to nearest with FTZ off, DAZ the caller's, at levels 1 to 4; the caller's modes at level 5. Raises: nuvStatusPole.
