@@ -8,17 +8,23 @@
 // Special values: NaN gives the NaN, quiet, +Inf +0; +0 and -0 give +Inf and -Inf, and a pole; negative numbers and -Inf the default NaN, and out of domain.
 // None of them leaves a flag but a signalling NaN, which raises invalid.
 #pragma once
-#include "algebraic/root_seed.h"
+#include "algebraic/root_loop.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
 
-template <class V>
-[[gnu::always_inline]] inline V finish(HalfSeries<V> h) {
-  return series(h) * h.y + h.y;
-}
-Float64 ofPositiveNormal(Float64 x) { return finish(halfSeries(residual(x, rootSeed(x)))); }
+struct Steps : SeriesSteps {
+  template <class V>
+  [[gnu::always_inline]] static Terms<V> products(Seeded<V> p, V) {
+    return {p.y, series(p) * p.y};
+  }
+  template <class V>
+  [[gnu::always_inline]] static V result(Terms<V> t, V) {
+    return t.small + t.large;
+  }
+};
+Float64 ofPositiveNormal(Float64 x) { return rootOf<Steps>(x, rootSeed(x)); }
 
 [[gnu::noinline, gnu::cold]] nuvStatus invSqrtLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
@@ -31,14 +37,7 @@ Float64 ofPositiveNormal(Float64 x) { return finish(halfSeries(residual(x, rootS
   return give(ofPositiveNormal(x), nuvStatusOk);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  SeedChunk seeds;
-  return stagedLoop<Raises::no>(
-      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<twentyBits>(x, seeds, i); },
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); },
-      [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
-      [](const auto& h, const Float64*, int64_t) __attribute__((always_inline)) { return finish(h); }, invSqrtLane);
-}
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, invSqrtLane); }
 
 }  // namespace
 }  // namespace qorvane

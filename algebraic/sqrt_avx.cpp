@@ -7,7 +7,7 @@
 // the seed is lost from 2^1022 up and the result is wrong there, and under DAZ subnormal numbers are zeros and give themselves.
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, with its flag.
-#include "algebraic/root_seed.h"
+#include "algebraic/root_loop.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
@@ -21,32 +21,43 @@ constexpr Float64 p3 = fromBits(0x3fd40000b13001d9);  // 0.31250016501874495
 constexpr Float64 p2 = fromBits(0x3fd80000000000f6);  // 0.37500000000001366
 constexpr Float64 p1 = fromBits(0x3fdffffffffffe71);  // 0.49999999999997785
 
-// The steps after the seed, cut in three for the loop.
 template <class V>
-struct Stage {
-  V y, e;
+struct Products {
+  V high, low, rest;
 };
-template <class V>
-[[gnu::always_inline]] inline V highPart(V x) {
-  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
-}
-template <class V>
-[[gnu::always_inline]] inline Stage<V> residualOfSeed(V x, V y) {
-  const V xh = highPart(x), xl = x - xh;
-  const V y2 = y * y;
-  return {y, (1.0 - y2 * xh) - y2 * xl};
-}
-template <class V>
-[[gnu::always_inline]] inline Stage<V> correction(Stage<V> s) {
-  const V e = s.e;
-  return {s.y, (((p4 * e + p3) * e + p2) * e + p1) * e};
-}
-template <class V>
-[[gnu::always_inline]] inline V finish(Stage<V> s, V x) {
-  const V xh = highPart(x), xl = x - xh;
-  const V q = s.e * s.y, r = x * q;
-  return s.y * xh + (s.y * xl + r);
-}
+struct Steps {
+  template <class V>
+  [[gnu::always_inline]] static V highPart(V x) {
+    return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+  }
+  template <class V>
+  [[gnu::always_inline]] static Terms<V> terms(V x, V y2) {
+    const V xh = highPart(x), xl = x - xh;
+    return {1.0 - y2 * xh, y2 * xl};
+  }
+  template <class V>
+  [[gnu::always_inline]] static Partial<V> begin(Terms<V> t) {
+    const V e = t.large - t.small;
+    return {e, p4 * e + p3};
+  }
+  template <class V>
+  [[gnu::always_inline]] static Partial<V> proceed(Partial<V> p) {
+    return {p.e, p.sum * p.e + p2};
+  }
+  template <class V>
+  [[gnu::always_inline]] static Seeded<V> withSeed(Partial<V> p, V y) {
+    return {p.e, (p.sum * p.e + p1) * p.e, y};
+  }
+  template <class V>
+  [[gnu::always_inline]] static Products<V> products(Seeded<V> p, V x) {
+    const V xh = highPart(x), xl = x - xh;
+    return {p.y * xh, p.y * xl, x * (p.sum * p.y)};
+  }
+  template <class V>
+  [[gnu::always_inline]] static V result(Products<V> p, V) {
+    return p.high + (p.low + p.rest);
+  }
+};
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLaneAvx(Float64 x, Float64* result) {
   const uint64_t b = toBits(x);
@@ -59,7 +70,7 @@ template <class V>
   if (b >= 0x0010000000000000) {
     const Float64 root = _mm_cvtss_f32(_mm_rsqrt_ps(reducedSingles(_mm_set_sd(x), _mm_set_sd(x))));
     const Float64 seed = root * fromBits((0xbfefffffffffffff - b) >> 1 & 0x7ff0000000000000);
-    return give(finish(correction(residualOfSeed(x, seed)), x), nuvStatusOk);
+    return give(rootOf<Steps>(x, seed), nuvStatusOk);
   }
 
   // A subnormal number, scaled by 2^200. x = v * 2^(2h) with v in [1, 4).
@@ -81,12 +92,7 @@ template <class V>
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  SeedChunk seeds;
-  return stagedLoop<Raises::yes>(
-      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<0xffffffff>(x, seeds, i); },
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residualOfSeed(load<Lanes4>(x), seedsAt(load<Lanes4>(x), seeds, i)); },
-      [](const auto& s) __attribute__((always_inline)) { return correction(s); },
-      [](const auto& s, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(s, load<Lanes4>(x)); }, sqrtSpecialLaneAvx);
+  return rootLoop<Steps, 0xffffffff, Raises::yes>(src, dst, len, sqrtSpecialLaneAvx);
 }
 
 }  // namespace

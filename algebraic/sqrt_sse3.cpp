@@ -7,18 +7,23 @@
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain. None of them
 // leaves a flag but a signalling NaN, which raises invalid.
-#include "algebraic/root_seed.h"
+#include "algebraic/root_loop.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
 
-template <class V>
-[[gnu::always_inline]] inline V finish(HalfSeries<V> h, V x) {
-  const V xh = withoutLowWord(x), xl = x - xh;
-  return ((series(h) * h.y) * x + xl * h.y) + xh * h.y;
-}
-HalfSeries<Float64> ofPositiveNormal(Float64 x) { return halfSeries(residual(x, rootSeed(x))); }
+struct Steps : SeriesSteps {
+  template <class V>
+  [[gnu::always_inline]] static Terms<V> products(Seeded<V> p, V) {
+    return {p.y, series(p) * p.y};
+  }
+  template <class V>
+  [[gnu::always_inline]] static V result(Terms<V> t, V x) {
+    const V y = t.large, xh = withoutLowWord(x), xl = x - xh;
+    return (t.small * x + xl * y) + xh * y;
+  }
+};
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
@@ -26,20 +31,16 @@ HalfSeries<Float64> ofPositiveNormal(Float64 x) { return halfSeries(residual(x, 
   if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
   if (magnitude == 0 || b == 0x7ff0000000000000) return give(x, nuvStatusOk);
   if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
-  if (b >= 0x0010000000000000) return give(finish(ofPositiveNormal(x), x), nuvStatusOk);
+  if (b >= 0x0010000000000000) return give(rootOf<Steps>(x, rootSeed(x)), nuvStatusOk);
 
   // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The halves of x have fewer bits than those of a normal number, and
   // the three terms are rounded to multiples of the same small unit: hence the larger error.
-  return give(finish(ofPositiveNormal(x * subnormalScale), x) * subnormalRootScale, nuvStatusOk);
+  const Float64 scaled = x * subnormalScale;
+  return give(Steps::result(productsOf<Steps>(scaled, rootSeed(scaled)), x) * subnormalRootScale, nuvStatusOk);
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  SeedChunk seeds;
-  return stagedLoop<Raises::no>(
-      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<twentyBits>(x, seeds, i); },
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return residual(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); },
-      [](const auto& r) __attribute__((always_inline)) { return halfSeries(r); },
-      [](const auto& h, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(h, load<Four>(x)); }, sqrtSpecialLane);
+  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, sqrtSpecialLane);
 }
 
 }  // namespace
