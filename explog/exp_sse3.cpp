@@ -55,7 +55,6 @@ template <class V>
   return valueOf<V>(((shifted + 1023 * 64) << 46) & 0x7ff0000000000000);
 }
 
-// Serves every argument.
 [[gnu::noinline, gnu::cold]] nuvStatus expFixLane(Float64 x, Float64* result) {
   constexpr uint64_t infinity = 0x7ff0000000000000;
   const uint64_t b = toBits(x);
@@ -78,7 +77,7 @@ template <class V>
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return guardedUnaryLoop<Pack<Lanes2, 4>, Raises::no>(
+  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
       src, dst, len, [](auto x) __attribute__((always_inline)) {
         const auto c = core(x);
         return c.y * scale<decltype(x)>(c.shifted);

@@ -54,27 +54,26 @@ TEST(Exp, NaNs) {
   }
 }
 
-// Arguments outside the fast range raise the flags of their statuses at level 5 and nothing else: no arithmetic of the fast path is made on them. At levels 1
-// to 4 their results are constants.
-TEST(Exp, RaisesNoFlagButThoseOfItsStatuses) {
+// At level 5 no arithmetic of the fast path is made on arguments outside its range: they raise the flags of their statuses and nothing else. The other levels
+// promise no flags.
+TEST(Exp, RaisesNoFlagButThoseOfItsStatusesAtLevel5) {
   struct FlagRow {
     double x;
-    int level5;  // flags but inexact
+    int flags;  // but inexact
   };
   const FlagRow rows[] = {{infinity, 0},        {-infinity, 0},         {std::nan(""), 0},      {710, FE_OVERFLOW},
                           {-1e3, FE_UNDERFLOW}, {0x1p252, FE_OVERFLOW}, {-1e127, FE_UNDERFLOW}, {0x1.eb6096a7fdea3p+752, FE_OVERFLOW},
                           {1e308, FE_OVERFLOW}, {-1e308, FE_UNDERFLOW}};
-  for (int level : supportedLevels()) {
-    AtLevel at(level);
-    for (const FlagRow& row : rows)
-      for (int n : {1, 3, 8, 40}) {
-        std::vector<double> x(n, 0.5), y(n);
-        x[n / 2] = row.x;
-        std::feclearexcept(FE_ALL_EXCEPT);
-        nuvsExp_64f_A53(x.data(), y.data(), n);
-        EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT & ~FE_INEXACT), level == 5 ? row.level5 : 0) << "level " << level << ", x = " << row.x << ", n = " << n;
-      }
-  }
+  if (supportedLevels().back() != 5) return;
+  AtLevel at(5);
+  for (const FlagRow& row : rows)
+    for (int n : {1, 3, 8, 40}) {
+      std::vector<double> x(n, 0.5), y(n);
+      x[n / 2] = row.x;
+      std::feclearexcept(FE_ALL_EXCEPT);
+      nuvsExp_64f_A53(x.data(), y.data(), n);
+      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT & ~FE_INEXACT), row.flags) << "x = " << row.x << ", n = " << n;
+    }
 }
 
 }  // namespace
