@@ -127,6 +127,9 @@ TEST(Pow, NaNsKeepTheirPatterns) {
       EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, number(pattern), 3).value), level == 5 ? quiet : pattern) << "level " << level;
       EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, 3, number(pattern)).value), level == 5 ? quiet : pattern) << "level " << level;
       EXPECT_EQ(bits(evaluateFixed(number(pattern), 3).value), pattern) << "level " << level;
+      std::feclearexcept(FE_ALL_EXCEPT);
+      EXPECT_EQ(bits(evaluateFixed(3, number(pattern)).value), pattern) << "level " << level;
+      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), 0) << "a NaN as fixed exponent is only looked at, level " << level;
       EXPECT_EQ(bits(evaluateFixed(number(pattern), 2).value), quiet) << "level " << level;
     }
   }
