@@ -123,8 +123,8 @@ QORVANE_API nuvStatus nuvsPowx_64f_A53_Idx(const Float64* src, int32_t srcOffset
 /* ---- Division and roots ------------------------------------------------------------------------------------------------------------------------------ */
 
 /* dst[i] = 1 / src[i], correctly rounded in the rounding mode in force.
-   Results: ±0 gives ±Inf, nuvStatusPole; ±Inf gives ±0; overflow and underflow have no status. A caller's DAZ makes a subnormal argument count as zero at
-   level 5.
+   Results: ±0 gives ±Inf, nuvStatusPole; ±Inf gives ±0; overflow and underflow have no status. A caller's DAZ makes a subnormal argument zero for the
+   quotient; only level 5 reports it as a pole.
    In place, at levels 1 to 4, whole blocks are tested for poles after their quotients are stored: the results are right, but the pole of a zero goes
    unreported there, and an infinity, whose quotient is zero, reports one. Use another destination where the status matters.
    Round to nearest with FTZ off, DAZ the caller's, at levels 1 to 4; the caller's modes at level 5. Raises: nuvStatusPole.
@@ -135,10 +135,10 @@ QORVANE_API nuvStatus nuvsInv_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 
 /* dst[i] = srcA[i] / srcB[i], correctly rounded in the rounding mode in force.
    Results: a divisor ±0 gives the quotient, ±Inf or (for 0 / 0) the default NaN, and nuvStatusPole; where the dividend is an infinity or a NaN only level 5
-   reports it. Overflow, underflow and Inf / Inf have no status. A caller's DAZ makes a subnormal divisor count as zero at level 5, and at levels 1 to 4 in
-   the last element of an odd length.
+   reports it. Overflow, underflow and Inf / Inf have no status. A caller's DAZ makes a subnormal divisor zero for the quotient; it is reported as a pole at
+   level 5, and at levels 1 to 4 only in the last element of an odd length.
    In place, at levels 1 to 4, whole blocks are tested for poles after their quotients are stored: with dst = srcB a zero quotient reports a pole and a zero
-   divisor none; with dst = srcA no pole is reported. The results are right.
+   divisor none; with dst = srcA they report no pole. The last element of an odd length reports rightly, and the results are right.
    Round to nearest with FTZ off, DAZ the caller's, at levels 1 to 4; the caller's modes at level 5. Raises: nuvStatusPole.
    Accuracy: largest error found 0.500 ulp. */
 QORVANE_API nuvStatus nuvsDiv_64f_A53(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
@@ -148,8 +148,8 @@ QORVANE_API nuvStatus nuvsDiv_64f_A53_Idx(const Float64* srcA, int32_t srcAOffse
 
 /* dst[i] = the square root of src[i]; exact for perfect squares.
    Results: ±0 gives itself; a negative number, -Inf included, gives the default NaN, nuvStatusOutOfDomain; +Inf gives +Inf; a NaN gives itself, quieted.
-   Own modes at levels 1 to 4, the caller's at level 5. With FTZ or DAZ in force at level 5 results of arguments near 2^1022 and of subnormal ones are
-   wrong: clear these modes around the call. Raises: nuvStatusOutOfDomain at level 5.
+   Own modes at levels 1 to 4, the caller's at level 5. With FTZ or DAZ in force at level 5 the results of arguments from 2^1022 up are wrong, and DAZ makes
+   subnormal arguments count as zero: clear these modes around the call. Raises: nuvStatusOutOfDomain at level 5.
    Accuracy: largest error found 0.501 (levels 1 to 3), 0.500 (level 4), 0.530 (level 5) ulp; subnormal arguments 0.750 (levels 1 to 3), 0.500 (levels 4 to
    5). */
 QORVANE_API nuvStatus nuvsSqrt_64f_A53(const Float64* src, Float64* dst, int32_t len);
@@ -182,11 +182,12 @@ QORVANE_API nuvStatus nuvsInvCbrt_64f_A53_Idx(const Float64* src, int32_t srcOff
 
 /* ---- Trigonometric functions: radians, the whole range of finite numbers ----------------------------------------------------------------------------- */
 
-/* dst[i] = the sine of src[i]. sin(-0) = -0.
+/* dst[i] = the sine of src[i]. The sine of -0 is -0 at level 5 and +0 at levels 1 to 4.
    Results: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself, quieted.
-   By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; they may also change the sign of a zero) and of 8 at level 5 (magnitudes
-   above 65536, infinities).
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain.
+   By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; beside them the sine of -0 is -0) and of 8 at level 5 (magnitudes above
+   65536, infinities).
+   Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative accuracy near zeros (errors stay below 2^-52). Raises:
+   nuvStatusOutOfDomain.
    Accuracy: largest error found 0.534 (levels 1 to 4), 0.505 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsSin_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsSin_64f_A53 on arrays that begin at an offset, in elements. */
@@ -194,20 +195,20 @@ QORVANE_API nuvStatus nuvsSin_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 
 /* dst[i] = the cosine of src[i].
    Results: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself, quieted.
-   By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; they may also change the sign of a zero) and of 8 at level 5 (magnitudes
-   above 65536, infinities).
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain.
+   By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs) and of 8 at level 5 (magnitudes above 65536, infinities).
+   Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative accuracy near zeros (errors stay below 2^-52). Raises:
+   nuvStatusOutOfDomain.
    Accuracy: largest error found 0.602 (levels 1 to 4), 0.504 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsCos_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCos_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCos_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset, int32_t len);
 
-/* dstA[i] = the sine and dstB[i] = the cosine of src[i]. The last bit may differ from that of the single functions at levels 1 to 4; the sine of -0 is +0
-   at level 5.
+/* dstA[i] = the sine and dstB[i] = the cosine of src[i]. The last bit may differ from that of the single functions; the sine of -0 is +0.
    Results, in both arrays: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself, quieted.
-   By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; they may also change the sign of a zero) and of 8 at level 5 (magnitudes
-   above 65536, infinities).
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain.
+   By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; beside them the sine of -0 is -0) and of 8 at level 5 (magnitudes above
+   65536, infinities). At level 5 the sine of the last len mod 8 elements may differ in the last bit from that of an element in a block.
+   Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative accuracy near zeros (errors stay below 2^-52). Raises:
+   nuvStatusOutOfDomain.
    Accuracy: largest error found 0.602 (levels 1 to 4), 0.504 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsSinCos_64f_A53(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
 /* nuvsSinCos_64f_A53 on arrays that begin at an offset, in elements. */
@@ -339,28 +340,31 @@ QORVANE_API nuvStatus nuvsErfc_64f_A53_Idx(const Float64* src, int32_t srcOffset
 /* ---- Rounding functions: exact, no element fails; ±Inf gives itself, a NaN itself, quieted ----------------------------------------------------------- */
 
 /* dst[i] = the largest integral number that is not above src[i]. Zeros and results of zero keep the argument's sign.
-   The caller's rounding mode doesn't matter. At levels 1 to 4 flags raised inside are gone at exit where the caller's mode was another.
+   The caller's rounding mode doesn't matter; DAZ, at level 5, makes subnormal arguments zero. At levels 1 to 4 flags raised inside are gone at exit where
+   the caller's mode was another.
    Accuracy: exact. */
 QORVANE_API nuvStatus nuvsFloor_64f(const Float64* src, Float64* dst, int32_t len);
 /* nuvsFloor_64f on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsFloor_64f_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset, int32_t len);
 
 /* dst[i] = the smallest integral number that is not below src[i]. Results of zero keep the argument's sign.
-   The caller's rounding mode doesn't matter. At levels 1 to 4 flags raised inside are gone at exit where the caller's mode was another.
+   The caller's rounding mode doesn't matter; DAZ, at level 5, makes subnormal arguments zero. At levels 1 to 4 flags raised inside are gone at exit where
+   the caller's mode was another.
    Accuracy: exact. */
 QORVANE_API nuvStatus nuvsCeil_64f(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCeil_64f on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCeil_64f_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset, int32_t len);
 
 /* dst[i] = the integral number next to src[i] toward zero. Results of zero keep the argument's sign.
-   The caller's rounding mode doesn't matter. At levels 1 to 4 flags raised inside are gone at exit where the caller's mode was another.
+   The caller's rounding mode doesn't matter; DAZ, at level 5, makes subnormal arguments zero. At levels 1 to 4 flags raised inside are gone at exit where
+   the caller's mode was another.
    Accuracy: exact. */
 QORVANE_API nuvStatus nuvsTrunc_64f(const Float64* src, Float64* dst, int32_t len);
 /* nuvsTrunc_64f on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTrunc_64f_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset, int32_t len);
 
 /* dst[i] = the integral number nearest to src[i], halves away from zero. Zero results have the argument's sign, but at level 4 they are +0, and at level 5
-   -0 when the caller rounds down; an infinity raises invalid at levels 4 and 5.
+   -0 when the caller rounds down; an infinity raises invalid at levels 4 and 5. Exact at level 5 in round-to-nearest only.
    Own modes at levels 1 to 4, the caller's at level 5.
    Accuracy: exact. */
 QORVANE_API nuvStatus nuvsRound_64f(const Float64* src, Float64* dst, int32_t len);
