@@ -144,7 +144,7 @@ template <Split split>
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   const uint64_t magnitudeBits = toBits(value) << 1;
-  if (value == 2.0 || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1) return fixedExponentLoop<V>(src, value, dst, len);
+  if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1) return fixedExponentLoop<V>(src, value, dst, len);
   const Exponent<Float64> y = splitExponent(value);
   const HighWordRange range = safeRange(value);
   if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len);
