@@ -127,7 +127,7 @@ TEST(Trig, ABlockGoesOneWay) {
     ASSERT_NE(bits(fast), bits(slow)) << "no argument tells the ways apart";
     ASSERT_LE(std::fabs(fast - slow), 0x1p-52);
     for (double large : {1e6, -1e300, level == 5 ? std::nextafter(65536.0, infinity) : 90112.0, -infinity})
-      for (const auto [len, stride] : {std::pair{23, 1}, std::pair{longest, 42}})
+      for (const auto& [len, stride] : {std::pair{23, 1}, std::pair{longest, 42}})
         for (int32_t at = 0; at < len; at += stride) {
           const int32_t inBlocks = len / block * block;
           double xs[longest + 1], apart[longest + 1];
