@@ -41,7 +41,9 @@ template <uint32_t kept>
 #ifdef __AVX__
   return _mm256_cvtps_pd(_mm_load_ps(p));
 #else
-  const auto two = [&](int i) __attribute__((always_inline)) { return Lanes2(_mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p + i))))); };
+  const auto two = [&](int i) __attribute__((always_inline)) {
+    return Lanes2(_mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p + i)))));
+  };
   return {{two(0), two(2)}};
 #endif
 }
@@ -79,8 +81,8 @@ template <uint32_t kept, Raises raises, class Begin, class Middle, class Finish,
     }
     const nuvStatus last = stagedLoop<raises>(
         src, dst, count, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<kept>(x, seeds, i); },
-        [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return begin(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); }, middle,
-        [&](const auto& s, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(s, load<Four>(x)); }, lane);
+        [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return begin(load<Four>(x), seedsAt(load<Four>(x), seeds, i)); },
+        middle, [&](const auto& s, const Float64* x, int64_t) __attribute__((always_inline)) { return finish(s, load<Four>(x)); }, lane);
     if (last != nuvStatusOk) status = last;
   }
   return status;
