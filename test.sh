@@ -1,23 +1,11 @@
 #!/usr/bin/env bash
-# Installs what is missing (Debian packages, as root), builds, and runs every test. Stages: format, release, sanitize, clang, fuzz; without an argument all of them.
+# Installs what is missing (Debian packages, as root), builds, and runs every test. Stages: format, release, static, sanitize, clang, fuzz;
+# without an argument all of them.
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packages=(g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libmpc-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev clang-14
-          clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox)
-missing=()
-for package in "${packages[@]}"; do
-  dpkg-query -W -f '${Status}' "$package" 2> /dev/null | grep -q 'ok installed' || missing+=("$package")
-done
-if [ ${#missing[@]} -gt 0 ]; then
-  if [ "$(id -u)" != 0 ]; then
-    echo "missing packages; install them with: apt-get install ${missing[*]}"
-    exit 1
-  fi
-  echo "installing ${missing[*]}"
-  apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
-fi
+tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
+  clang-14 clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
 build() {
@@ -35,6 +23,10 @@ format() {
 release() {
   build release -DCMAKE_BUILD_TYPE=Release
   ctest --test-dir build -j2 --output-on-failure --progress
+}
+static() {
+  build static -DBUILD_SHARED_LIBS=OFF -DQORVANE_DEVELOPMENT=OFF
+  tests/install_test.sh "$PWD/build-static" "$PWD" cc
 }
 sanitize() {
   build sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQORVANE_SANITIZE=ON
@@ -54,7 +46,7 @@ fuzz() {
 }
 
 stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(format release sanitize clang fuzz)
+[ ${#stages[@]} -gt 0 ] || stages=(format release static sanitize clang fuzz)
 for stage in "${stages[@]}"; do
   SECONDS=0
   echo "== $stage"

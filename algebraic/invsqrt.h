@@ -6,7 +6,7 @@
 // Error: at most 0.5005 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
 // Special values: NaN gives the NaN, quiet, +Inf +0; +0 and -0 give +Inf and -Inf, and a pole; negative numbers and -Inf the default NaN, and out of domain.
-// None of them leaves a flag.
+// None of them leaves a flag but a signalling NaN, which raises invalid.
 #pragma once
 #include "algebraic/root_loop.h"
 #include "frame/kernel_frame.h"

@@ -3,8 +3,8 @@
 // Method: a seed y for 1/sqrt(x) from the processor's approximation, all of its bits, then sqrt(x) = x y (1 + e p(e)) with the residual e = 1 - x y^2 and a
 // polynomial fitted to its range, |e| < 2^-10. x stands in a part of 26 bits and a rest, so that the largest term of the sum is exact.
 //
-// Error: at most 0.529 ulp in round-to-nearest. Rounding mode, FTZ and DAZ are the caller's: with FTZ or DAZ the square of the seed is lost from 2^1022 up and
-// the result is wrong there, and under DAZ subnormal numbers are zeros and give themselves.
+// Error: at most 0.530 ulp in round-to-nearest; the largest stand just below 2^(2k). Rounding mode, FTZ and DAZ are the caller's: with FTZ or DAZ the square of
+// the seed is lost from 2^1022 up and the result is wrong there, and under DAZ subnormal numbers are zeros and give themselves.
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, with its flag.
 #include "algebraic/root_loop.h"

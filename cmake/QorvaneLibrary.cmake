@@ -18,9 +18,6 @@ set_target_properties(qorvane PROPERTIES OUTPUT_NAME Tarnwell.Qorvane EXPORT_NAM
                       LINK_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/qorvane.map)
 target_include_directories(qorvane INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(qorvane PRIVATE $<BUILD_INTERFACE:${OpenMP_CXX_LIBRARIES}>)
-if(NOT BUILD_SHARED_LIBS)
-  target_link_libraries(qorvane INTERFACE $<INSTALL_INTERFACE:OpenMP::OpenMP_CXX>)
-endif()
 
 include(CMakePackageConfigHelpers)
 configure_package_config_file(cmake/QorvaneConfig.cmake.in QorvaneConfig.cmake INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)

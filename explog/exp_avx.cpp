@@ -98,6 +98,12 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
 
 constexpr auto isFlagged = [](auto x) __attribute__((always_inline)) { return anyMagnitudeFrom(x, flaggedHighWord); };
 
+// Any argument. In a block with flagged elements the others have the bits that they have elsewhere.
+nuvStatus expLane(Float64 x, Float64* result) {
+  if (isFlagged(x)) return expSpecialLane(x, result);
+  return *result = core(x), nuvStatusOk;
+}
+
 [[gnu::always_inline]] inline bool anyFlagged(const Float64* x, int64_t count) {
   constexpr int64_t step = 16;
   for (int64_t i = 0; i < count; i += step)
@@ -176,7 +182,7 @@ constexpr int64_t longestStretch = 1024, shortestStretch = 32;
       pipeline(src, dst, count);
     } else {
       const auto evaluate = [](auto x) __attribute__((always_inline)) { return core(x); };
-      const nuvStatus last = unaryLoop<Pack<Lanes4, 2>, Raises::yes>(src, dst, count, evaluate, isFlagged, expSpecialLane);
+      const nuvStatus last = guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(src, dst, count, evaluate, isFlagged, expLane);
       if (last != nuvStatusOk) status = last;
     }
     src += count, dst += count, len -= count;

@@ -63,7 +63,8 @@ template <class V>
   if ((b & ~(uint64_t{1} << 63)) > infinity) return give(fromBits(0xffffffffffffffff), nuvStatusOk);
   if (b == infinity) return give(x, nuvStatusOk);
   if (b == 0xfff0000000000000) return give(0.0, nuvStatusOk);
-  if (b >= 0xc0874910d52d3052) return give(0.0, nuvStatusUnderflow);  // from -745.1332191019412 down: below 2^-1075
+  if (b >= 0xc0874910d52d3052) return give(0.0, nuvStatusUnderflow);                                // from -745.1332191019412 down: below 2^-1075
+  if (b >= 0x40862e42fefa39f0 && b < infinity) return give(fromBits(infinity), nuvStatusOverflow);  // from 709.7827128933841 up
 
   const Core<Float64> c = core(x);
   const int m = static_cast<int32_t>(c.shifted) >> 6;
@@ -71,10 +72,7 @@ template <class V>
     const uint64_t exponent = ((static_cast<uint64_t>(static_cast<int64_t>(m)) + 2046) & 0x7ff) - 1;  // of 2^(m + 1022)
     return give((c.y * fromBits(exponent << 52)) * fromBits(0x0010000000000000), nuvStatusUnderflow);
   }
-  if (b < uint64_t{1} << 63) {
-    if (b >= 0x40862e42fefa39f0) return give(fromBits(infinity), nuvStatusOverflow);      // from 709.7827128933841 up
-    if (m >= 1024) return give((c.y * fromBits(0x7fe0000000000000)) * 2.0, nuvStatusOk);  // from 709.7772976810359 up
-  }
+  if (m >= 1024) return give((c.y * fromBits(0x7fe0000000000000)) * 2.0, nuvStatusOk);  // from 709.7772976810359 up
   return give(c.y * scale<Float64>(c.shifted), nuvStatusOk);
 }
 

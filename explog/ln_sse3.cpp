@@ -9,7 +9,6 @@
 // Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise no flag.
 #include "explog/log_sse3.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -25,46 +24,23 @@ constexpr Float64 a4 = fromBits(0xbfd00000d588d052);  // -0.2500001988694339
 constexpr Float64 a3 = fromBits(0x3fd555555555512a);  // 0.3333333333332741
 constexpr Float64 a2 = fromBits(0xbfdffffffffffca9);  // -0.49999999999995254
 
-// ln x = rest + T
-template <class V>
-struct Core {
-  V rest, T;
-};
-
-template <class V>
-[[gnu::always_inline]] inline Core<V> core(V x) {
+constexpr auto core = [](auto x) __attribute__((always_inline)) {
+  using V = decltype(x);
   const auto words = highWords(x);
   const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 11;
   const V k = numbersOf<V>(wrappingDifference(words, 0x3fe7fc00) >> 20);
-  const V f = significand(x, 0x000fffffffffffff);
-  const V fh = significand(x, 0x000fffff00000000), fl = f - fh;
-  const V c = columnAt<V>(lnTableReciprocal, row);
-  const auto [high, low] = twoColumnsAt<V>(lnTableMantissa, row);
-  const V uh = (fh * c) - 1.0, ul = fl * c, r = ul + uh;
-  const V A = (ln2Hi * k) + high, C = (ln2Lo * k) + low;
-  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost in T and joins the low terms.
-  const auto [nearOne, elsewhere] = splitAtZero(C, ul);
-  const V T = (uh + A) + nearOne;
-  const V p = (((a5 * r + a4) * r + a3) * r + a2) * r;
-  return {((r * p) + C) + elsewhere, T};
-}
+  const V f = significand(x, 0x000fffffffffffff), fh = significand(x, 0x000fffff00000000);
+  const auto t = leadingTerms(k, f, fh, columnAt<V>(lnTableReciprocal, row), twoColumnsAt<V>(lnTableMantissa, row), 1.0, ln2Hi, ln2Lo);
+  const V r = t.r;
+  return withPolynomial(t, (((a5 * r + a4) * r + a3) * r + a2) * r);
+};
 
 [[gnu::noinline, gnu::cold]] nuvStatus lnFixLane(Float64 x, Float64* result) {
-  if (!isPositiveSubnormal(x)) return fixFault(x, result);
   constexpr Float64 ln2By52 = fromBits(0x404205966f2b4f12);  // 36.04365338911715
-  const Core<Float64> c = core(x * 0x1p52);
-  *result = (c.rest - ln2By52) + c.T;
-  return nuvStatusOk;
+  return fixLane(x, result, core, ln2By52);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) {
-        const auto c = core(x);
-        return c.rest + c.T;
-      },
-      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, lnFixLane);
-}
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop(src, dst, len, core, lnFixLane); }
 
 }  // namespace
 

@@ -11,7 +11,6 @@
 // The powers of ten from 10^0 to 10^22 have exact results.
 #include "explog/log_sse3.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -29,46 +28,23 @@ constexpr Float64 p3 = fromBits(0x3ffc6a02dc962e0f);  // 1.7758816353479039
 constexpr Float64 p2 = fromBits(0xbff27af2dc77af28);  // -1.1550167667400704
 constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e4108);  // 0.0016161024074997105
 
-// log10 x = rest + T
-template <class V>
-struct Core {
-  V rest, T;
-};
-
-template <class V>
-[[gnu::always_inline]] inline Core<V> core(V x) {
+constexpr auto core = [](auto x) __attribute__((always_inline)) {
+  using V = decltype(x);
   const auto words = highWords(x);
   const auto row = ((words & 0xffc00) + 0x400) >> 11;
   const V k = numbersOf<V>((words >> 20) - 0x3ff);
-  const V f = significand(x, 0x000fffffffffffff);
-  const V fh = significand(x, 0x000fffff80000000), fl = f - fh;
-  const V c = columnAt<V>(log10TableReciprocal, row);
-  const auto [high, low] = twoColumnsAt<V>(log10TableMantissa, row);
-  const V uh = (fh * c) - scale, ul = fl * c, r = ul + uh;
-  const V A = (log10Of2Hi * k) + high, C = (log10Of2Lo * k) + low;
-  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost in T and joins the low terms.
-  const auto [nearOne, elsewhere] = splitAtZero(C, ul);
-  const V T = (uh + A) + nearOne;
-  const V p = (((p5 * r + p4) * r + p3) * r + p2) * r + p1;
-  return {((r * p) + C) + elsewhere, T};
-}
+  const V f = significand(x, 0x000fffffffffffff), fh = significand(x, 0x000fffff80000000);
+  const auto t = leadingTerms(k, f, fh, columnAt<V>(log10TableReciprocal, row), twoColumnsAt<V>(log10TableMantissa, row), scale, log10Of2Hi, log10Of2Lo);
+  const V r = t.r;
+  return withPolynomial(t, (((p5 * r + p4) * r + p3) * r + p2) * r + p1);
+};
 
 [[gnu::noinline, gnu::cold]] nuvStatus log10FixLane(Float64 x, Float64* result) {
-  if (!isPositiveSubnormal(x)) return fixFault(x, result);
   constexpr Float64 log10Of2By52 = fromBits(0x402f4e9f6303263e);  // 15.653559774527022
-  const Core<Float64> c = core(x * 0x1p52);
-  *result = (c.rest - log10Of2By52) + c.T;
-  return nuvStatusOk;
+  return fixLane(x, result, core, log10Of2By52);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) {
-        const auto c = core(x);
-        return c.rest + c.T;
-      },
-      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, log10FixLane);
-}
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop(src, dst, len, core, log10FixLane); }
 
 }  // namespace
 

@@ -1,7 +1,7 @@
-// What ln and log10 share at levels 1 to 4: the test for arguments outside the fast range and their results, and lane operations on packed high words.
+// What ln and log10 share at levels 1 to 4: the test for arguments outside the fast range and their results, lane operations on packed high words, the terms
+// before the polynomial, and the loop.
 #pragma once
-#include "frame/lanes.h"
-#include "frame/qorvane.h"
+#include "frame/loops.h"
 
 namespace qorvane {
 namespace {
@@ -103,6 +103,55 @@ template <class V, int K>
   const auto parts = makePack<K>([&](int i) __attribute__((always_inline)) { return splitAtZero(c.part[i], v.part[i]); });
   return {makePack<K>([&](int i) __attribute__((always_inline)) { return parts.part[i].atZero; }),
           makePack<K>([&](int i) __attribute__((always_inline)) { return parts.part[i].elsewhere; })};
+}
+
+// What a logarithm is summed up from: rest + T, where rest still lacks r times a polynomial in r.
+template <class V>
+struct LeadingTerms {
+  V r, low, T;  // T: the leading terms; low: the low parts, to be added after the polynomial
+  V elsewhere;
+};
+
+// From k and the mantissa f, its upper part fh and the row's reciprocal and logarithm; f * reciprocal - scale is r, and k * (unitHi + unitLo) the exponent's term.
+template <class V>
+[[gnu::always_inline]] inline LeadingTerms<V> leadingTerms(V k, V f, V fh, V reciprocal, TwoColumns<V> row, Float64 scale, Float64 unitHi, Float64 unitLo) {
+  const V fl = f - fh;
+  const V uh = (fh * reciprocal) - scale, ul = fl * reciprocal, r = ul + uh;
+  const V A = (unitHi * k) + row.first, C = (unitLo * k) + row.second;
+  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost in T and joins the low terms.
+  const auto [nearOne, elsewhere] = splitAtZero(C, ul);
+  return {r, C, (uh + A) + nearOne, elsewhere};
+}
+
+// The logarithm in two parts, with its polynomial p.
+template <class V>
+struct TwoTerms {
+  V rest, T;
+};
+template <class V>
+[[gnu::always_inline]] inline TwoTerms<V> withPolynomial(LeadingTerms<V> t, V p) {
+  return {((t.r * p) + t.low) + t.elsewhere, t.T};
+}
+
+// core(V x) -> TwoTerms<V>; fix(Float64 x, Float64* y) -> status, for an element outside the fast range.
+template <class CoreFunction, class Fix>
+[[gnu::always_inline]] inline nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, CoreFunction core, Fix fix) {
+  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
+      src, dst, len,
+      [=](auto x) __attribute__((always_inline)) {
+        const auto c = core(x);
+        return c.rest + c.T;
+      },
+      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, fix);
+}
+
+// The positive subnormal numbers go through the same core, times 2^52; logOf2To52 is what that adds.
+template <class CoreFunction>
+[[gnu::always_inline]] inline nuvStatus fixLane(Float64 x, Float64* result, CoreFunction core, Float64 logOf2To52) {
+  if (!isPositiveSubnormal(x)) return fixFault(x, result);
+  const TwoTerms<Float64> c = core(x * 0x1p52);
+  *result = (c.rest - logOf2To52) + c.T;
+  return nuvStatusOk;
 }
 
 }  // namespace

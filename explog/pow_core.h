@@ -48,21 +48,34 @@ struct LogRow {
   V rcp, hi, lo, k;
 };
 
+// m * rcp - L as t0 + p: p is the rounding error of the product.
+template <class V>
+struct ReducedArgument {
+  V t0, p;
+};
+template <class V>
+[[gnu::always_inline]] inline ReducedArgument<V> reduceArgument(V x, V rcp) {
+  const V m = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(1.0));
+  const V mh = cut(m), ml = m - mh;
+  const V g = m * rcp;
+  return {g - log2eHi, ((mh * rcp) - g) + (ml * rcp)};
+}
+
 // log2 x but for the polynomial in t: a2 + low, where a2 = a + p.
 template <class V>
 struct LeadingLog {
   V a, a2, low, t;
 };
+// From big = k + hi, which is exact, and the row's lo.
+template <class V>
+[[gnu::always_inline]] inline LeadingLog<V> leadingSum(V big, ReducedArgument<V> u, V lo) {
+  const V a = big + u.t0, e1 = (big - a) + u.t0;
+  const V a2 = a + u.p, e2 = (a - a2) + u.p;
+  return {a, a2, (e2 + e1) + lo, u.t0 + u.p};
+}
 template <class V>
 [[gnu::always_inline]] inline LeadingLog<V> leadingLog(V x, LogRow<V> row) {
-  const V m = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(1.0));
-  const V mh = cut(m), ml = m - mh;
-  const V g = m * row.rcp;
-  const V p = ((mh * row.rcp) - g) + (ml * row.rcp);
-  const V t0 = g - log2eHi, big = row.k + row.hi;
-  const V a = big + t0, e1 = (big - a) + t0;
-  const V a2 = a + p, e2 = (a - a2) + p;
-  return {a, a2, (e2 + e1) + row.lo, t0 + p};
+  return leadingSum(row.k + row.hi, reduceArgument(x, row.rcp), row.lo);
 }
 
 // log2 x as H + G
@@ -79,17 +92,24 @@ template <Program program, class V>
     return (c7 * t + c6) * t + c5;
 }
 template <Program program, class V>
-[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t, V upper) {
+[[gnu::always_inline]] inline V lowerPart(V low, V t, V upper) {
   const V polynomial = (((upper * t + c4) * t + c3) * t + c2) * t;
-  const V w = program == Program::longer ? low + polynomial : polynomial + low;
+  return program == Program::longer ? low + polynomial : polynomial + low;
+}
+template <class V>
+[[gnu::always_inline]] inline Log2<V> log2From(V a2, V w) {
   const V high = a2 + w;
   return {high, w - (high - a2)};
 }
+template <Program program, class V>
+[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t, V upper) {
+  return log2From(a2, lowerPart<program>(low, t, upper));
+}
 
-// y log2 x = n/128 + r; n is in the low 32 bits of `shifted`. `p` is the exact product of the upper parts.
+// y log2 x = n/128 + r; n is in the low 32 bits of `shifted`, `rounded` is n/128. `p` is the exact product of the upper parts.
 template <class V>
 struct Product {
-  V p, shifted, r;
+  V p, shifted, rounded, r;
 };
 template <class Y>
 struct Exponent {
@@ -100,23 +120,54 @@ template <class Y>
   const Y upper = cut(y);
   return {y, upper, y - upper};
 }
+// y * high as p + rest. With a short exponent, one of at most 26 bits, y.rest is zero, and so are two of the three products: the sum is the same without them
+// but for the sign of a zero, which no later addition keeps.
+enum class Split { full, shortExponent };
+template <class V>
+struct LeadingProduct {
+  V p, rest;
+};
+template <Split split = Split::full, class V, class Y>
+[[gnu::always_inline]] inline LeadingProduct<V> leadingProduct(V high, Exponent<Y> y) {
+  const V hc = cut(high), hl = high - hc;
+  if constexpr (split == Split::shortExponent)
+    return {y.upper * hc, y.upper * hl};
+  else
+    return {y.upper * hc, y.rest * hc + (y.upper * hl + y.rest * hl)};
+}
+// yLow is y times the low part of log2 x.
+template <class V>
+[[gnu::always_inline]] inline Product<V> completeProduct(LeadingProduct<V> h, V yLow) {
+  const V s = h.p + shifter, v = s - shifter;
+  return {h.p, s, v, (h.rest + yLow) + (h.p - v)};
+}
 template <class V, class Y>
 [[gnu::always_inline]] inline Product<V> product(V high, V low, Exponent<Y> y) {
-  const V hc = cut(high), hl = high - hc;
-  const V p = y.upper * hc;
-  const V s = p + shifter, v = s - shifter;
-  return {p, s, ((y.rest * hc + (y.upper * hl + y.rest * hl)) + (y.all * low)) + (p - v)};
+  return completeProduct(leadingProduct(high, y), y.all * low);
 }
 
-// 2^(n/128 + r), from the table's row th + tl = 2^(j/128) and a normal scale = 2^e
+// 2^r - 1 in three parts of falling degree
+template <class V>
+struct PowerTerms {
+  V upper, middle, first;
+};
 template <Program program, class V>
-[[gnu::always_inline]] inline V completePower(V r, V th, V tl, V scale) {
+[[gnu::always_inline]] inline PowerTerms<V> powerTerms(V r) {
   if constexpr (program == Program::longer) {
-    return ((((((((((d5 * r + d4) * r) * r) * r) * r) * th) + tl) + ((((d3 * r + d2) * r) * r) * th)) + ((r * d1) * th)) + th) * scale;
+    return {((((d5 * r + d4) * r) * r) * r) * r, ((d3 * r + d2) * r) * r, r * d1};
   } else {
     const V r2 = r * r;
-    return (((((((d5 * r + d4) * (r2 * r2)) * th) + tl) + (((d3 * r + d2) * r2) * th)) + ((d1 * r) * th)) + th) * scale;
+    return {(d5 * r + d4) * (r2 * r2), (d3 * r + d2) * r2, d1 * r};
   }
+}
+// 2^(n/128 + r), from the table's row th + tl = 2^(j/128) and a normal scale = 2^e
+template <class V>
+[[gnu::always_inline]] inline V powerFrom(PowerTerms<V> terms, V th, V tl, V scale) {
+  return (((((terms.upper * th) + tl) + (terms.middle * th)) + (terms.first * th)) + th) * scale;
+}
+template <Program program, class V>
+[[gnu::always_inline]] inline V completePower(V r, V th, V tl, V scale) {
+  return powerFrom(powerTerms<program>(r), th, tl, scale);
 }
 
 }  // namespace power

@@ -1,8 +1,8 @@
 // One element of x^y for the kernel of level 5.
 //
-// Method: x = 2^k * m, and m is brought near 1 by three short reciprocals in turn, of 32, 1/512 and 1/32768 steps; the product c of the three is exact, the
-// error of m * c is had from products of halves, and log2 x is the sum of k, three rows of logarithms as high + low, and a polynomial, to more bits than the kernels have. Its
-// product with y is n/128 + r as in explog/pow_core.h.
+// Method: x = 2^k * m, and m is brought near 1 by three short reciprocals in turn, in steps of 1/32, 1/512 and 1/32768; the product c of the three is exact,
+// the error of m * c is had from products of halves, and log2 x is the sum of k, three rows of logarithms as high + low, and a polynomial, to more bits than
+// the kernels have. Its product with y is n/128 + r as in explog/pow_core.h.
 //
 // Error: at most 0.51 ulp, in round-to-nearest; rounding mode, FTZ and DAZ are the caller's. Subnormal results are rounded once down to 2^-1032.
 //

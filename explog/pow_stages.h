@@ -234,7 +234,7 @@ template <class Part, Program program, Repair repair, Exponents exponents>
 template <class Part>
 [[gnu::always_inline]] inline nuvStatus fixedExponentLoop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   const uint64_t magnitude = toBits(value) << 1;
-  if (value == 2.0)
+  if (toBits(value) == toBits(2.0))
     return plainLoop<Pack<Part, 4>>(
         src, dst, len, [](auto x) __attribute__((always_inline)) { return x * x; });
   if (magnitude == 0 || magnitude >= toBits(__builtin_inf()) << 1) {

@@ -2,14 +2,167 @@
 //
 // Method: explog/pow_core.h, with the long program at every level; a group of four elements that has one outside the fast range goes to powFixLane whole. The
 // exponent is split once, and y = 2 is a plain square of anything. See explog/pow_sse3.cpp for the error and the special values.
+//
+// With a fixed exponent the fast range is a range of x: stretches of elements that all stand safely within it need no test of P, and no results but the last
+// are looked at. They run through three loops, each a software pipeline; anything else runs through the stages of explog/pow_stages.h. The bits are the same.
 #include "explog/pow_stages.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
 
+using namespace power;
+using V = Lanes4;
+constexpr int64_t longestStretch = 256, shortestStretch = 32;
+constexpr int64_t vector = laneCount<V>, ahead = 5 * vector;  // a pipeline reads up to five vectors beyond the end
+
+struct Stretch {
+  alignas(32) Float64 high[longestStretch + ahead], low[longestStretch + ahead], t[longestStretch + ahead];
+  alignas(32) uint32_t logRow[longestStretch + ahead];  // byte offsets in powRcpTable
+  alignas(32) int k[longestStretch + ahead];
+};
+
+// High words of x from `first` up to, but not including, `end` give |y log2 x| < 963.1, a normal result. With T = 963 / |y| and its integer and its fraction
+// a + f: a high word read as a number with 20 fraction bits, less 1023, is never above log2 x, so that -T is a lower end; 2^f >= 1 + f ln 2 gives the upper one.
+struct HighWordRange {
+  unsigned first, end;
+};
+HighWordRange safeRange(Float64 y) {
+  const Float64 magnitudeOfY = magnitude(y), all = 1022.0;
+  const Float64 T = magnitudeOfY * all < 963.0 ? all : 963.0 / magnitudeOfY;
+  const unsigned units = static_cast<unsigned>(static_cast<int>(T * 0x1p20)), a = units >> 20, f = units & 0xfffff;
+  return {(1023u << 20) - units, ((1023u + a) << 20) + ((f * 11u) >> 4)};  // 11/16 < ln 2
+}
+
+// The rows of the stretch; whether all of x is in the range.
+[[gnu::always_inline]] inline bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& c) {
+  using Block = Pack<Lanes2, 4>;
+  const unsigned toLowest = 0x80000000u - range.first;  // compared as signed numbers
+  const int limit = static_cast<int>(range.end - range.first + 0x80000000u) - 1;
+  auto outside = highWords(Block{}) & 0;
+  for (int64_t i = 0; i < n; i += 8) {
+    const int64_t at = i + 8 <= n ? i : n - 8;
+    const auto w = highWords(load<Block>(x + at));
+    putWords(c.logRow + at, (((w & 0xffe00) + 0x200) >> 10) << 3);
+    putWords(c.k + at, plusWords(w, -0x3fe7fe00u) >> 20);
+    outside = outside | (plusWords(w, toLowest) > limit);
+  }
+  return !any(outside);
+}
+
+// The numbers at these byte offsets.
+[[gnu::always_inline]] inline V reciprocals(const uint32_t* offsets) {
+  const auto at = [&](int lane) __attribute__((always_inline)) {
+    return reinterpret_cast<const Float64*>(reinterpret_cast<const char*>(powRcpTable) + offsets[lane]);
+  };
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadh_pd(_mm_load_sd(at(0)), at(1))), _mm_loadh_pd(_mm_load_sd(at(2)), at(3)), 1);
+}
+
+// n = 128 e + j is kept as the pattern of a key: its lowest byte is 2j, so that one load a lane gives the address of a row, and above it stands e + 1023.
+constexpr Float64 keyShifter = fromBits(0x42b8000000000000 + 2 * 128 * 1023);  // 1.5 * 2^44 + 1023; a unit is worth 2^-8
+[[gnu::always_inline]] inline TwoColumns<V> exp2Rows(const Float64* keys) {
+  const auto row = [&](int lane) __attribute__((always_inline)) {
+    return rowAt(powExp2Table, uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + lane)[0]);
+  };
+  return transposeRows(row(0), row(1), row(2), row(3));
+}
+[[gnu::always_inline]] inline V powerOfTwo(const Float64* keys) {
+  const BitsOf<V> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
+  return _mm256_and_pd(valueOf<V>(shifted), _mm256_set1_pd(fromBits(0x7ff0000000000000)));
+}
+
+// In each of the three loops one turn makes one step for each of successive vectors, the oldest first, whose operands were ready a turn ago; the chain of a
+// whole element takes some 140 cycles. n is a multiple of the vector's length.
+template <Split split>
+[[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
+  using Beyond = Pack<V, ahead / vector>;  // what the steps make of zeros raises no flag
+  store(c.high + n, Beyond{}), store(c.low + n, Beyond{}), store(c.t + n, Beyond{});
+  putWords(c.logRow + n, Pack<Words4, 2>{}), putWords(c.k + n, Pack<Words4, 2>{});
+
+  LogRow<V> row;
+  V big, lo;
+  ReducedArgument<V> u;
+  const auto logRow = [&](int64_t i) __attribute__((always_inline)) {
+    const auto [hi, rowLo] = twoColumns<V>(powLog2Table, offsetsAt<V, 2>(c.logRow + i));
+    row = {reciprocals(c.logRow + i), hi, rowLo, numbersAt<V>(c.k + i)};
+  };
+  const auto reduce = [&](int64_t i) __attribute__((always_inline)) {
+    u = reduceArgument(load<V>(x + i), row.rcp);
+    big = row.k + row.hi;
+    lo = row.lo;
+  };
+  const auto sum = [&](int64_t i) __attribute__((always_inline)) {
+    const auto leading = leadingSum(big, u, lo);
+    store(c.high + i, leading.a2), store(c.low + i, leading.low), store(c.t + i, leading.t);
+  };
+  logRow(0), reduce(0), logRow(vector);
+  for (int64_t i = 0; i < n; i += vector) sum(i), reduce(i + vector < n ? i + vector : 0), logRow(i + 2 * vector);
+
+  // The arrays `low` and `t` take r and the keys, when they have been read.
+  V t, first, q, w, yLow;
+  Log2<V> log;
+  LeadingProduct<V> leading;
+  const auto top = [&](int64_t i) __attribute__((always_inline)) {
+    t = load<V>(c.t + i);
+    first = (c8 * t + c7) * t + c6;
+  };
+  const auto middle = [&]() __attribute__((always_inline)) { q = (first * t + c5) * t + c4; };
+  const auto bottom = [&](int64_t i) __attribute__((always_inline)) {
+    const V tAgain = load<V>(c.t + i);
+    w = load<V>(c.low + i) + (((q * tAgain + c3) * tAgain + c2) * tAgain);
+  };
+  const auto logarithm = [&](int64_t i) __attribute__((always_inline)) { log = log2From(load<V>(c.high + i), w); };
+  const auto multiply = [&]() __attribute__((always_inline)) {
+    yLow = y.all * log.low;
+    leading = leadingProduct<split>(log.high, y);
+  };
+  const auto round = [&](int64_t i) __attribute__((always_inline)) {
+    const auto product = completeProduct(leading, yLow);
+    store(c.t + i, product.rounded + keyShifter), store(c.low + i, product.r);
+  };
+  top(0), middle(), bottom(0), logarithm(0), multiply();
+  top(vector), middle(), bottom(vector), logarithm(vector);
+  top(2 * vector), middle(), bottom(2 * vector);
+  top(3 * vector), middle();
+  top(4 * vector);
+  for (int64_t i = 0; i < n; i += vector) {
+    round(i), multiply(), logarithm(i + 2 * vector), bottom(i + 3 * vector), middle(), top(i + 5 * vector);
+  }
+
+  PowerTerms<V> terms;
+  TwoColumns<V> exp2Row;
+  const auto expand = [&](int64_t i) __attribute__((always_inline)) {
+    terms = powerTerms<Program::longer>(load<V>(c.low + i));
+    exp2Row = exp2Rows(c.t + i);
+  };
+  expand(0);
+  for (int64_t i = 0; i < n; i += vector) {
+    store(dst + i, powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i)));
+    expand(i + vector);
+  }
+}
+
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
-  return power::fixedExponentLoop<Lanes4>(src, value, dst, len);
+  const uint64_t magnitudeBits = toBits(value) << 1;
+  if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1) return fixedExponentLoop<V>(src, value, dst, len);
+  const Exponent<Float64> y = splitExponent(value);
+  const HighWordRange range = safeRange(value);
+  if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len);
+
+  nuvStatus status = nuvStatusOk;
+  Stretch c;
+  while (len > 0) {
+    int64_t count = len < longestStretch ? len : longestStretch;
+    const int64_t whole = count & ~(vector - 1);
+    if (count >= shortestStretch && findRows(src, whole, range, c)) {
+      count = whole;
+      y.rest == 0 ? pipelines<Split::shortExponent>(src, y, dst, count, c) : pipelines<Split::full>(src, y, dst, count, c);
+    } else {
+      takeStatus<Raises::no>(status, fixedExponentLoop<V>(src, value, dst, count));  // which raises the flags
+    }
+    src += count, dst += count, len -= count;
+  }
+  return status;
 }
 
 }  // namespace

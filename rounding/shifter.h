@@ -1,8 +1,9 @@
 // Rounding to integers with a shifter, for sources of every level.
 //
 // Method: for |x| < 2^52 the sum of x and 2^52 with the same sign lies in [2^52, 2^53), where numbers are the integers, so the addition rounds x to an integer
-// in the mode in force; taking 2^52 off again is exact. From 2^52 on all numbers are integers, but there the sum would round them: those, infinities and NaNs
-// are found by their high words first, so that they meet no arithmetic that could raise a flag.
+// in the mode in force; taking 2^52 off again is exact. From 2^52 on all numbers are integers, but there the sum would round them. Levels 1 to 3 and Modf find
+// those, infinities and NaNs by their high words first, so that they meet no arithmetic that could raise a flag; Round at level 5 lets them through the sum and
+// puts the numbers themselves back.
 #pragma once
 #include "frame/lanes.h"
 

@@ -1,5 +1,7 @@
 // exp: the boundaries between its cases, at every level.
+#include <cfenv>
 #include <cmath>
+#include <vector>
 
 #include "tests/test_support.h"
 
@@ -50,6 +52,28 @@ TEST(Exp, NaNs) {
       EXPECT_EQ(e.status, nuvStatusOk);
     }
   }
+}
+
+// At level 5 no arithmetic of the fast path is made on arguments outside its range: they raise the flags of their statuses and nothing else. The other levels
+// promise no flags.
+TEST(Exp, RaisesNoFlagButThoseOfItsStatusesAtLevel5) {
+  struct FlagRow {
+    double x;
+    int flags;  // but inexact
+  };
+  const FlagRow rows[] = {{infinity, 0},        {-infinity, 0},         {std::nan(""), 0},      {710, FE_OVERFLOW},
+                          {-1e3, FE_UNDERFLOW}, {0x1p252, FE_OVERFLOW}, {-1e127, FE_UNDERFLOW}, {0x1.eb6096a7fdea3p+752, FE_OVERFLOW},
+                          {1e308, FE_OVERFLOW}, {-1e308, FE_UNDERFLOW}};
+  if (supportedLevels().back() != 5) return;
+  AtLevel at(5);
+  for (const FlagRow& row : rows)
+    for (int n : {1, 3, 8, 40}) {
+      std::vector<double> x(n, 0.5), y(n);
+      x[n / 2] = row.x;
+      std::feclearexcept(FE_ALL_EXCEPT);
+      nuvsExp_64f_A53(x.data(), y.data(), n);
+      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT & ~FE_INEXACT), row.flags) << "x = " << row.x << ", n = " << n;
+    }
 }
 
 }  // namespace

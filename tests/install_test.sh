@@ -11,5 +11,7 @@ cmake --build "$work/consumer" >> "$work/log"
 libdir=$(dirname "$(find "$work/prefix" -name qorvane.pc)")
 export PKG_CONFIG_PATH="$libdir"
 grep -q '^Libs.private: .*-l' "$libdir/qorvane.pc"
-"$cc" -std=c11 -pedantic -Wall -Werror "$source/tests/consumer/main.c" -o "$work/main" $(pkg-config --cflags --libs qorvane)
+static=
+[ -e "$libdir/../libTarnwell.Qorvane.so" ] || static=--static
+"$cc" -std=c11 -pedantic -Wall -Werror "$source/tests/consumer/main.c" -o "$work/main" $(pkg-config $static --cflags --libs qorvane)
 LD_LIBRARY_PATH="$libdir/.." "$work/main"

@@ -1,4 +1,5 @@
 // pow and powx: the special values, the boundaries between the cases, and what a neighbour may and may not change.
+#include <algorithm>
 #include <cfenv>
 #include <cmath>
 
@@ -127,6 +128,9 @@ TEST(Pow, NaNsKeepTheirPatterns) {
       EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, number(pattern), 3).value), level == 5 ? quiet : pattern) << "level " << level;
       EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, 3, number(pattern)).value), level == 5 ? quiet : pattern) << "level " << level;
       EXPECT_EQ(bits(evaluateFixed(number(pattern), 3).value), pattern) << "level " << level;
+      std::feclearexcept(FE_ALL_EXCEPT);
+      EXPECT_EQ(bits(evaluateFixed(3, number(pattern)).value), pattern) << "level " << level;
+      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), 0) << "a NaN as fixed exponent is only looked at, level " << level;
       EXPECT_EQ(bits(evaluateFixed(number(pattern), 2).value), quiet) << "level " << level;
     }
   }
@@ -179,6 +183,29 @@ TEST(Pow, FixedExponent2Squares) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
     for (double x : {-3.0, 1e200, -infinity, smallest, 0x1.23456789abcdfp-3, -0.0}) EXPECT_EQ(evaluateFixed(x, 2), (Element{x * x, 0})) << "level " << level;
+  }
+}
+
+// A long array gives what its groups of four give one by one: whole stretches well inside the fast range, arguments about its ends, a lone one beyond them.
+TEST(Pow, FixedExponentTakesStretchesAsItTakesGroups) {
+  constexpr int n = 311;
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (double y : {2.5, -2.3, 0.1, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 0x1.e1fffp+29, 0x1.e20011p+29, 0x1p+80, -1e300}) {
+      const double reach = std::fmin(963 / std::fabs(y), 1020);
+      for (double share : {0.3, 0.9999, 1.0001, 1.07}) {
+        std::vector<double> x(n), whole(n), groups(n);
+        for (int i = 0; i < n; ++i) x[i] = std::exp2(share * reach * (i % 2 ? -1 : 1) * (share < 0.5 ? (i * 37 % n) / 311.0 : 1 - i * 1e-7));
+        if (share < 0.5) x[150] = -x[150];  // in the first stretch, not in the second
+        nuvStatus ofGroups = nuvStatusOk;
+        for (int i = 0; i < n; i += 4) {
+          const nuvStatus status = nuvsPowx_64f_A53(x.data() + i, y, groups.data() + i, std::min(4, n - i));
+          if (status != nuvStatusOk) ofGroups = status;
+        }
+        EXPECT_EQ(nuvsPowx_64f_A53(x.data(), y, whole.data(), n), ofGroups);
+        for (int i = 0; i < n; ++i) ASSERT_EQ(bits(whole[i]), bits(groups[i])) << "level " << level << " x = " << x[i] << " y = " << y;
+      }
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 #include <cfenv>
 #include <cmath>
 
+#include "frame/kernel_frame.h"
 #include "tests/test_support.h"
 
 namespace qorvane::test {
@@ -82,6 +83,27 @@ TEST(Roots, SpecialValuesAndTheirFlags) {
     double y[2];
     EXPECT_EQ(nuvsInvSqrt_64f_A53(poleLast, y, 2), nuvStatusPole);
     EXPECT_EQ(nuvsInvSqrt_64f_A53(domainLast, y, 2), nuvStatusOutOfDomain);
+  }
+}
+
+// Under DAZ Sqrt at level 5 takes subnormal numbers, negative ones too, for zeros and gives them back; the others put their own mode in force.
+TEST(Roots, SubnormalNumbersUnderTheCallersModes) {
+  constexpr uint32_t ordinary = 0x1f80, denormalsAreZero = 0x40, flushToZero = 0x8000;
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const Root& root : roots)
+      for (uint32_t mode : {flushToZero, denormalsAreZero})
+        for (size_t len : {1u, 21u})
+          for (uint64_t b : {uint64_t{3} << 30, uint64_t{3} << 30 | minus}) {
+            const std::vector<double> x(len, number(b));
+            std::vector<double> y(len);
+            Element expected = evaluate(root.f, x[0]);
+            if (level == 5 && root.f == nuvsSqrt_64f_A53 && mode == denormalsAreZero) expected = {x[0], nuvStatusOk};
+            writeMxcsr(ordinary | mode);
+            const nuvStatus status = root.f(x.data(), y.data(), static_cast<int32_t>(len));
+            writeMxcsr(ordinary);
+            for (double v : y) EXPECT_TRUE(Element({v, status}) == expected) << root.name << ", level " << level << std::hex << ", mode " << mode << ": " << v;
+          }
   }
 }
 

@@ -2,7 +2,9 @@
 #include <cfenv>
 #include <cmath>
 #include <random>
+#include <utility>
 
+#include "frame/kernel_frame.h"
 #include "tests/test_support.h"
 
 namespace qorvane::test {
@@ -109,10 +111,10 @@ TEST(Trig, SpecialValues) {
 // A large argument, or an infinity, sends its whole block another way: blocks of 4 and of 8 from the beginning of the array, then single elements. An argument
 // for which the ways differ in the last bit tells which one was taken; in place it must be the same one.
 TEST(Trig, ABlockGoesOneWay) {
-  constexpr int32_t len = 23;
+  constexpr int32_t longest = 295;  // level 5 takes from 32 elements on another way to the same results
   std::mt19937_64 random(5);
   atEveryLevel([&](const Output& f, int level) {
-    const int32_t block = level == 5 ? 8 : 4, inBlocks = len / block * block;
+    const int32_t block = level == 5 ? 8 : 4;
     // At levels 1 to 4 one in 10^7 arguments of Sin and Cos differs: these two do.
     double x = f.isSine ? 0x1.d39c6aad7675ep+13 : 0x1.c19a930913b7fp+10, fast = 0, slow = 0;
     for (int tries = 0; tries < 100000 && bits(fast) == bits(slow); ++tries) {
@@ -125,24 +127,26 @@ TEST(Trig, ABlockGoesOneWay) {
     ASSERT_NE(bits(fast), bits(slow)) << "no argument tells the ways apart";
     ASSERT_LE(std::fabs(fast - slow), 0x1p-52);
     for (double large : {1e6, -1e300, level == 5 ? std::nextafter(65536.0, infinity) : 90112.0, -infinity})
-      for (int32_t at = 0; at < len; ++at) {
-        double xs[len + 1], apart[len + 1];
-        for (double& v : xs) v = x;
-        xs[at + 1] = large;
-        double* const shared = xs + 1;
-        EXPECT_EQ(f.f(shared, apart, len), std::isinf(large) ? nuvStatusOutOfDomain : nuvStatusOk);
-        f.f(shared, shared, len);
-        for (int32_t i = 0; i < len; ++i) {
-          if (i == at) continue;
-          const double expected = i / block == at / block && at < inBlocks && i < inBlocks ? slow : fast;
-          // The tail of SinCos at level 5 adds up the sine in an order of its own.
-          if (i >= inBlocks && level == 5 && f.isSine && f.f != nuvsSin_64f_A53)
-            EXPECT_LE(std::fabs(apart[i] - fast), 0x1p-52);
-          else
-            EXPECT_EQ(apart[i], expected) << "element " << i << " beside " << large << " at " << at;
-          EXPECT_EQ(bits(shared[i]), bits(apart[i])) << "in place";
+      for (const auto& [len, stride] : {std::pair{23, 1}, std::pair{longest, 42}})
+        for (int32_t at = 0; at < len; at += stride) {
+          const int32_t inBlocks = len / block * block;
+          double xs[longest + 1], apart[longest + 1];
+          for (double& v : xs) v = x;
+          xs[at + 1] = large;
+          double* const shared = xs + 1;
+          EXPECT_EQ(f.f(shared, apart, len), std::isinf(large) ? nuvStatusOutOfDomain : nuvStatusOk);
+          f.f(shared, shared, len);
+          for (int32_t i = 0; i < len; ++i) {
+            if (i == at) continue;
+            const double expected = i / block == at / block && at < inBlocks && i < inBlocks ? slow : fast;
+            // The tail of SinCos at level 5 adds up the sine in an order of its own.
+            if (i >= inBlocks && level == 5 && f.isSine && f.f != nuvsSin_64f_A53)
+              EXPECT_LE(std::fabs(apart[i] - fast), 0x1p-52);
+            else
+              EXPECT_EQ(apart[i], expected) << "element " << i << " beside " << large << " at " << at;
+            EXPECT_EQ(bits(shared[i]), bits(apart[i])) << "in place";
+          }
         }
-      }
     // Neither the largest fast argument nor, at level 5, a NaN counts as large.
     for (double notLarge : {level == 5 ? 65536.0 : std::nextafter(90112.0, 0), level == 5 ? double{NAN} : 0.0}) {
       const double xs[8] = {x, notLarge, x, x, notLarge, x, x, x};
@@ -166,6 +170,29 @@ TEST(Trig, NegativeZeroInABlock) {
     const bool isSin = f.f == nuvsSin_64f_A53;
     EXPECT_EQ(std::signbit(ys[0]), level == 5 ? isSin : true);
     EXPECT_EQ(std::signbit(ys[5]), level == 5 && isSin);
+  });
+}
+
+// In a directed mode the table point of an argument may be another one, but it must still go with the remainder: also that of a tiny argument beside a large
+// one, which stands for its own remainder.
+TEST(Trig, DirectedRoundingMovesResultsByAUnitOnly) {
+  const double sizes[] = {1e-300, 0x1p-60, 0x1p-30, 0x1.921fb54442d18p-21, 0x1p-20, 0x1.8p-20, 0.01, 0.6, 3, 1000, 0x1p+16, 1e6, 1e300, 0x1.6ac5b262ca1ffp+849};
+  std::vector<double> xs;
+  for (double last : {0.5, 1e6})
+    for (double size : sizes) xs.insert(xs.end(), {size, 1, -size, 2, -1, -size, size, last});
+  const int32_t len = static_cast<int32_t>(xs.size()), odd = len - 3;  // the second one ends in a tail
+  std::vector<double> nearest(xs.size()), directed(xs.size());
+  atEveryLevel([&](const Output& f, int level) {
+    const uint32_t csr = readMxcsr();
+    for (int32_t n : {len, odd})
+      for (uint32_t mode : {0x2000u, 0x4000u, 0x6000u}) {
+        f.f(xs.data(), nearest.data(), n);
+        writeMxcsr((csr & ~modeBits) | mode);
+        f.f(xs.data(), directed.data(), n);
+        writeMxcsr(csr);
+        for (size_t i = 0; i < static_cast<size_t>(n); ++i)
+          EXPECT_LE(std::fabs(directed[i] - nearest[i]), level == 5 ? 0x1p-52 : 0.0) << "x = " << xs[i] << ", mode " << mode;
+      }
   });
 }
 

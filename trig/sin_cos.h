@@ -39,7 +39,7 @@ template <class V>
   return {hi, (t.sineHi - b) + high, (b - hi) + low, ps, pc, g};
 }
 
-// x = (count * step) + r + e for a step of 2 pi / N in three parts; `shifted` has the count in its low bits.
+// x = (count * step) + r + e for a step of 2 pi / N in three parts; `shifted` has the count in its low bits. Other reductions leave `count` out.
 struct Step {
   Float64 inverse, part1, part2, part3;
 };
@@ -48,6 +48,7 @@ template <class V>
 struct Remainder {
   V r, e;
   BitsOf<V> shifted;
+  V count{};
 };
 template <class V>
 [[gnu::always_inline]] inline Remainder<V> removeSteps(V x, Step step) {
@@ -56,7 +57,7 @@ template <class V>
   const V k2 = k * step.part2;
   const V t = x - k * step.part1;
   const V r = t - k2;
-  return {r, ((t - r) - k2) - k * step.part3, bitsOf(y)};
+  return {r, ((t - r) - k2) - k * step.part3, bitsOf(y), k};
 }
 
 // All of V, or the first `count` lanes of a vector.

@@ -5,71 +5,16 @@
 // whole block is reduced by whole-number arithmetic (revolutions.h): the last bit of a result may depend on that. Elements after the last block stand for
 // themselves.
 //
-// Error: at most 0.503 ulp, 0.60 ulp at the hardest large arguments (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and DAZ are
-// the caller's.
+// Error: largest found 0.505 ulp in round-to-nearest (docs/accuracy.md has the argument). Rounding mode, FTZ and DAZ are the caller's. With another rounding
+// mode x may go to the table point beyond the nearest; results then stay within 2^-52, but near zeros of the function they lose their relative accuracy.
 //
 // Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives itself, quiet. sin(-0) is -0 from Sin, +0 from SinCos.
 #include "frame/kernel_frame.h"
 #include "trig/revolutions.h"
-#include "trig/sin_cos.h"
+#include "trig/sin_cos_512.h"
 
 namespace qorvane {
 namespace {
-
-#include "trig/sin_cos_512_tables.inc"
-
-constexpr int quarterTurn = 128;
-
-// 2 pi / 512 in three parts; a count times the first is exact up to |x| = 65536, times the second to 2^-73 at worst.
-constexpr Step step = {
-    fromBits(0x40545f306dc9c883),  // 81.48733086305042 = 512 / (2 pi)
-    fromBits(0x3f8921fb54400000),  // 0.012271846302610356
-    fromBits(0x3d60b4611a600000),  // 4.747734770549973e-13
-    fromBits(0x3b33198a2e037073),  // 1.5798955068718364e-23
-};
-constexpr Float64 largestFast = 65536.0;  // beyond it an odd count times step.part1 has more than 53 bits
-
-// sin r - r = r * z * (q0 + q1 z), cos r - 1 = z * (r0 + r1 z + r2 z^2) with z = r^2, |r| <= pi / 512
-constexpr Float64 q1 = fromBits(0x3f81110fabb3551c);  // 0.008333322932609515
-constexpr Float64 q0 = fromBits(0xbfc5555555554448);  // -0.1666666666665455
-constexpr Float64 r2 = fromBits(0xbf56c16ab163b2d7);  // -0.0013888875887985619
-constexpr Float64 r1 = fromBits(0x3fa5555555554ccf);  // 0.041666666666651524
-constexpr Float64 r0 = fromBits(0xbfe0000000000000);  // -0.5
-
-// y with its sign flipped where x is negative.
-template <class V>
-[[gnu::always_inline]] inline V flipBySignOf(V y, V x) {
-  if constexpr (packSize < V >> 0)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return flipBySignOf(y.part[i], x.part[i]); });
-  else
-    return _mm256_xor_pd(y, signOf(x));
-}
-
-// Whether any |x| is too large for the fast path; a NaN isn't.
-template <class V>
-[[gnu::always_inline]] inline bool isLarge(V x) {
-  constexpr int parts = laneCount<V> / 4;
-  const auto isAbove = [](Lanes4 a) __attribute__((always_inline)) { return _mm256_cmp_pd(magnitude(a), broadcast<Lanes4>(largestFast), _CMP_GT_OQ); };
-  Lanes4 all = isAbove(partOf(x, 0));
-  for (int i = 1; i < parts; ++i) all = _mm256_or_pd(all, isAbove(partOf(x, i)));
-  return _mm256_movemask_pd(all) != 0;
-}
-
-template <class V>
-[[gnu::always_inline]] inline Terms<V> expandAt(int firstRow, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
-  const auto cosine = twoColumns<V>(trigTable512[firstRow], offsets), sine = twoColumns<V>(trigTable512[firstRow] + 2, offsets);
-  return expand(SplitSine<V>{cosine.first, cosine.second, sine.first, sine.second}, r, e, sinPoly, cosPoly);
-}
-
-template <class V>
-struct Polynomials {
-  V sinPoly, cosPoly;
-};
-template <class V>
-[[gnu::always_inline]] inline Polynomials<V> polynomials(V r) {
-  const V z = r * r;
-  return {(q1 * z + q0) * z, ((r2 * z + r1) * z + r0) * z};
-}
 
 // The sine of m, a quarter turn further on the cosine.
 template <class V>
@@ -115,21 +60,21 @@ template <class Argument, class Finish, class Replace>
       });
 }
 
-[[gnu::noinline]] nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
+[[gnu::noinline]] nuvStatus sinBlocks(const Float64* src, Float64* dst, int64_t len) {
   return loop(
       src, len, [](auto x) __attribute__((always_inline)) { return magnitude(x); },
       [=](auto x, auto m, int64_t i, int64_t count, bool) __attribute__((always_inline)) { put(dst + i, flipBySignOf(sineFrom(0, m), x), count); },
       [=](int64_t i, Float64 y) __attribute__((always_inline)) { dst[i] = y; });
 }
 
-[[gnu::noinline]] nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
+[[gnu::noinline]] nuvStatus cosBlocks(const Float64* src, Float64* dst, int64_t len) {
   return loop(
       src, len, [](auto x) __attribute__((always_inline)) { return x; },
       [=](auto, auto m, int64_t i, int64_t count, bool) __attribute__((always_inline)) { put(dst + i, sineFrom(quarterTurn, m), count); },
       [=](int64_t i, Float64 y) __attribute__((always_inline)) { dst[i] = y; });
 }
 
-[[gnu::noinline]] nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
+[[gnu::noinline]] nuvStatus sinCosBlocks(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   return loop(
       src, len, [](auto x) __attribute__((always_inline)) { return x; },
       [=](auto, auto m, int64_t i, int64_t count, bool inBlock) __attribute__((always_inline)) {
@@ -143,6 +88,141 @@ template <class Argument, class Finish, class Replace>
         put(dstB + i, cosine.hi + ((((cosine.ps + cosine.g) + cosine.d2) + cosine.pc) + cosine.d1), count);
       },
       [=](int64_t i, Float64 y) __attribute__((always_inline)) { dstA[i] = y, dstB[i] = y; });
+}
+
+// Stretches: the reduction of a stretch goes to memory, and the evaluation is a software pipeline over what stands there. What the loop above does in one go is
+// a chain of some hundred cycles, more than the processor's window covers. Operations and blocks are the same, and so are the bits.
+constexpr int64_t longestStretch = 256, shortestStretch = 32, vector = laneCount<Lanes4>;
+
+// A key's pattern has the byte offset of a row in the bits of keyMask.
+constexpr Float64 keyShifter = fromBits(0x42e8000000000000);  // 1.5 * 2^47: a unit is worth 2^-5, a row has 2^5 bytes
+constexpr uint32_t keyMask = 511 << 5;
+struct Stretch {
+  alignas(32) Float64 r[longestStretch + vector], e[longestStretch + vector], keys[longestStretch + vector];
+};
+
+// A block with large arguments. False if it has infinities or NaNs.
+template <class Argument>
+[[gnu::noinline]] bool reduceLargeBlock(const Float64* x, Argument argument, int64_t i, Stretch& c) {
+  for (int64_t end = i + 8; i < end; i += vector, x += vector) {
+    const Lanes4 part = load<Lanes4>(x);
+    if (anyMagnitudeFrom(part, 0x7ff00000)) return false;
+    const Remainder<Lanes4> m = reduceRevolutions(argument(part));
+    store(c.r + i, m.r), store(c.e + i, m.e), store(c.keys + i, valueOf<Lanes4>(m.shifted << 5));
+  }
+  return true;
+}
+template <class Argument>
+[[gnu::always_inline]] inline bool reduceStretch(const Float64* x, int64_t count, Argument argument, Stretch& c) {
+  using Block = Pack<Lanes4, 2>;
+  for (int64_t i = 0; i < count; i += laneCount<Block>) {
+    const Block part = load<Block>(x + i);
+    if (isLarge(part)) [[unlikely]] {
+      if (!reduceLargeBlock(x + i, argument, i, c)) return false;
+      continue;
+    }
+    const Remainder<Block> m = removeSteps(argument(part), step);
+    store(c.r + i, m.r), store(c.e + i, m.e), store(c.keys + i, m.count + keyShifter);
+  }
+  return true;
+}
+
+[[gnu::always_inline]] inline SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
+  const auto row = [&](int lane) __attribute__((always_inline)) {
+    return reinterpret_cast<const char*>(trigTable512[firstRow]) + (static_cast<uint32_t>(toBits(keys[lane])) & keyMask);
+  };
+  const char *row0 = row(0), *row1 = row(1), *row2 = row(2), *row3 = row(3);
+  const auto cosine = transposeRows(rowAt(row0, 0), rowAt(row1, 0), rowAt(row2, 0), rowAt(row3, 0));
+  const auto sine = transposeRows(rowAt(row0, 16), rowAt(row1, 16), rowAt(row2, 16), rowAt(row3, 16));
+  return {cosine.first, cosine.second, sine.first, sine.second};
+}
+
+// One turn finishes a vector and begins the next one. finish(int64_t i, Terms) stores.
+template <int firstRow, class Finish>
+[[gnu::always_inline]] inline void pipeline(int64_t count, Stretch& c, Finish finish) {
+  store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});  // read, but not used
+  SplitSine<Lanes4> row;
+  Polynomials<Lanes4> p;
+  Lanes4 r;
+  const auto begin = [&](int64_t i) __attribute__((always_inline)) {
+    row = rowsAt(firstRow, c.keys + i);
+    r = load<Lanes4>(c.r + i);
+    p = polynomials(r);
+  };
+  begin(0);
+  for (int64_t i = 0; i < count; i += vector) {
+    finish(i, expand(row, r, load<Lanes4>(c.e + i), p.sinPoly, p.cosPoly));
+    begin(i + vector);
+  }
+}
+
+// The same for sine and cosine, which share the polynomials.
+template <class FinishSine, class FinishCosine>
+[[gnu::always_inline]] inline void pipelineOfBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
+  store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});
+  SplitSine<Lanes4> row = rowsAt(0, c.keys);
+  Polynomials<Lanes4> p = polynomials(load<Lanes4>(c.r));
+  for (int64_t i = 0; i < count; i += vector) {
+    const Lanes4 r = load<Lanes4>(c.r + i), e = load<Lanes4>(c.e + i);
+    const SplitSine<Lanes4> cosineRow = rowsAt(quarterTurn, c.keys + i);
+    const Polynomials<Lanes4> ofBoth = p;
+    finishSine(i, expand(row, r, e, p.sinPoly, p.cosPoly));
+    row = rowsAt(0, c.keys + i + vector);
+    p = polynomials(load<Lanes4>(c.r + i + vector));
+    finishCosine(i, expand(cosineRow, r, e, ofBoth.sinPoly, ofBoth.cosPoly));
+  }
+}
+
+// evaluate(int64_t i, int64_t count, Stretch) for reduced stretches, whole(int64_t i, int64_t count) -> status for short ones and those with infinities or NaNs.
+template <class Argument, class Evaluate, class Whole>
+[[gnu::always_inline]] inline nuvStatus stretchLoop(const Float64* src, int64_t len, Argument argument, Evaluate evaluate, Whole whole) {
+  nuvStatus status = nuvStatusOk;
+  Stretch c;
+  for (int64_t i = 0, count; i < len; i += count) {
+    count = len - i < longestStretch ? len - i : longestStretch;
+    if (count >= shortestStretch && reduceStretch(src + i, count & ~int64_t{7}, argument, c)) {
+      count &= ~int64_t{7};
+      evaluate(i, count, c);
+    } else {
+      takeStatus<Raises::no>(status, whole(i, count));  // which raises the flags
+    }
+  }
+  return status;
+}
+
+constexpr auto sum = [](Terms<Lanes4> t) __attribute__((always_inline)) { return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g); };
+constexpr auto sumOfBoth = [](Terms<Lanes4> t) __attribute__((always_inline)) { return t.hi + ((((t.ps + t.g) + t.d2) + t.pc) + t.d1); };
+
+[[gnu::noinline]] nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
+  return stretchLoop(
+      src, len, [](auto x) __attribute__((always_inline)) { return magnitude(x); },
+      [=](int64_t begin, int64_t count, Stretch & c) __attribute__((always_inline)) {
+        pipeline<0>(
+            count,
+            c, [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dst + begin + i, flipBySignOf(sum(t), load<Lanes4>(src + begin + i))); });
+      },
+      [=](int64_t i, int64_t count) { return sinBlocks(src + i, dst + i, count); });
+}
+
+[[gnu::noinline]] nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
+  return stretchLoop(
+      src, len, [](auto x) __attribute__((always_inline)) { return x; },
+      [=](int64_t begin, int64_t count, Stretch & c) __attribute__((always_inline)) {
+        pipeline<quarterTurn>(
+            count, c, [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dst + begin + i, sum(t)); });
+      },
+      [=](int64_t i, int64_t count) { return cosBlocks(src + i, dst + i, count); });
+}
+
+[[gnu::noinline]] nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
+  return stretchLoop(
+      src, len, [](auto x) __attribute__((always_inline)) { return x; },
+      [=](int64_t begin, int64_t count, Stretch & c) __attribute__((always_inline)) {
+        pipelineOfBoth(
+            count, c, [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dstA + begin + i, sumOfBoth(t)); },
+            [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dstB + begin + i, sumOfBoth(t)); });
+      },
+      [=](int64_t i, int64_t count) { return sinCosBlocks(src + i, dstA + i, dstB + i, count); });
 }
 
 }  // namespace

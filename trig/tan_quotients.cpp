@@ -5,7 +5,7 @@
 // elements 2i and 2i + 1 of a chunk, up to the first pair with a flagged element. There the first element goes to the special lane, flagged or not, and the
 // rest of the chunk goes on singly, with I = 1 / U^2. Pairs begin anew with the next chunk.
 //
-// Error: the quotients are good to less than 2^-60 beside the error of P / Q; the maximum, 0.998 ulp, stands next to odd multiples of pi/4.
+// Error: the quotients are good to less than 2^-60 beside the error of P / Q; the largest found, 1.007 ulp, is next to an odd multiple of pi/4.
 //
 // The x87 unit has one adder and multiplier, which bounds this stage. T and U must not be chosen element by element: a branch on k's parity would be
 // mispredicted every other time, conditional moves and spills of extended numbers are slow. The pairs of a chunk are therefore run in three groups, by the

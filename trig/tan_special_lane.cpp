@@ -5,7 +5,7 @@
 // pole: theirs is the series of tan + 1/w, where w + wlo is the distance to the nearest multiple of pi/2, taken from rh + rl with a splitting of pi/32 of its
 // own. 1/w is a reciprocal n of 18 bits, so that n * u is exact for a u of 35 bits next to w, and a correction from the residual 1 - n u and from w - u.
 //
-// Error: at most 0.584 ulp; 0.572 was met, at 8.2229755363080351e+288.
+// Error: largest found 0.609 ulp, at -23657817.622564353.
 //
 // Special values: a zero gives the same zero, a NaN the NaN, quiet, an infinity the default NaN and out of domain.
 #include "trig/reduction.h"
