@@ -9,11 +9,12 @@
 namespace qorvane {
 namespace {
 
-constexpr int64_t longestStretch = 1024, shortestStretch = 32;  // in elements, and taken in eights
+constexpr int64_t longestStretch = 1024, shortestStretch = 64;  // in elements, and taken in eights
 
 // Whether all of `count` arguments lie in that range. The test is made ahead of everything else, for conversions of other numbers would raise flags.
 // It is made on the upper halves of high words, as signed numbers; what stands in the lower halves doesn't matter.
 [[gnu::always_inline]] inline bool fitsSinglePrecision(const Float64* x, int64_t count) {
+  if (highWord(x[0]) - 0x38100000 >= 0x0fe00000) return false;  // where numbers are outside, the first mostly tells it
   __m128i least = _mm_set1_epi16(0x7fff), greatest = _mm_setzero_si128();
   const auto words = [&](int64_t i) __attribute__((always_inline)) {
     return reinterpret_cast<__m128i>(packHighWords(load<Lanes2>(x + i), load<Lanes2>(x + i + 2)));
@@ -28,31 +29,21 @@ constexpr int64_t longestStretch = 1024, shortestStretch = 32;  // in elements, 
   return (_mm_movemask_epi8(outside) & 0xcccc) == 0;
 }
 
-// Estimates of 1/sqrt(x) for eight arguments cut to single precision, with the bits of `kept`; the cut makes the conversions exact in every rounding mode.
+// Four arguments cut to single precision: the conversions are exact in every rounding mode.
 constexpr uint64_t bitsOfSingle = 0xffffffffe0000000;
 #ifdef __AVX__
 using Part = Lanes4;
-template <uint32_t kept>
-[[gnu::always_inline]] inline void storeEstimates(const Float64* x, float* estimates) {
-  const auto singles = [&](int i) __attribute__((always_inline)) {
-    return _mm256_cvtpd_ps(andBits(load<Lanes4>(x + i), broadcast<Lanes4>(fromBits(bitsOfSingle))));
-  };
-  __m256 roots = _mm256_rsqrt_ps(_mm256_insertf128_ps(_mm256_castps128_ps256(singles(0)), singles(4), 1));
-  if constexpr (kept != 0xffffffff) roots = _mm256_and_ps(roots, _mm256_castsi256_ps(_mm256_set1_epi32(static_cast<int>(kept))));
-  _mm256_store_ps(estimates, roots);
+[[gnu::always_inline]] inline __m128 singles(const Float64* x) { return _mm256_cvtpd_ps(andBits(load<Lanes4>(x), broadcast<Lanes4>(fromBits(bitsOfSingle)))); }
+[[gnu::always_inline]] inline Lanes4 widened(const float* p) {
+  Lanes4 y = _mm256_cvtps_pd(_mm_load_ps(p));
+  asm("" : "+x"(y));  // or else the compiler keeps the narrow numbers from turn to turn, and widens them twice, which takes longer than from memory
+  return y;
 }
-[[gnu::always_inline]] inline Lanes4 widened(const float* p) { return _mm256_cvtps_pd(_mm_load_ps(p)); }
 #else
 using Part = Lanes2;
-template <uint32_t kept>
-[[gnu::always_inline]] inline void storeEstimates(const Float64* x, float* estimates) {
-  const auto singles = [&](int i) __attribute__((always_inline)) {
-    return _mm_cvtpd_ps(andBits(load<Lanes2>(x + i), broadcast<Lanes2>(fromBits(bitsOfSingle))));
-  };
-  for (int i = 0; i < 8; i += 4) {
-    const __m128 roots = _mm_rsqrt_ps(_mm_movelh_ps(singles(i), singles(i + 2)));
-    _mm_store_ps(estimates + i, _mm_and_ps(roots, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept)))));
-  }
+[[gnu::always_inline]] inline __m128 singles(const Float64* x) {
+  const auto two = [&](int i) __attribute__((always_inline)) { return _mm_cvtpd_ps(andBits(load<Lanes2>(x + i), broadcast<Lanes2>(fromBits(bitsOfSingle)))); };
+  return _mm_movelh_ps(two(0), two(2));
 }
 [[gnu::always_inline]] inline Lanes2 widened(const float* p) { return _mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p)))); }
 #endif
@@ -67,6 +58,15 @@ template <class F, class V>
   return F::result(productsOf<F>(x, y), x);
 }
 
+// Estimates of 1/sqrt(x) for eight arguments, with the bits of `kept`.
+template <uint32_t kept>
+[[gnu::always_inline]] inline void storeEstimates(const Float64* x, float* estimates) {
+  for (int i = 0; i < 8; i += 4) {
+    const __m128 roots = _mm_rsqrt_ps(singles(x + i));
+    _mm_store_ps(estimates + i, kept == 0xffffffff ? roots : _mm_and_ps(roots, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept)))));
+  }
+}
+
 // One vector's chain of operations takes some sixty cycles, and the processor doesn't look far enough ahead to fill them with other vectors. So it is cut
 // into seven stages, and a turn of the loop makes one stage for each of seven successive vectors, the oldest first: its operands were ready a turn ago.
 template <class F>
@@ -74,10 +74,14 @@ template <class F>
   constexpr int64_t n = laneCount<Part>;
   const auto x = [&](int64_t i) __attribute__((always_inline)) { return load<Part>(src + i); };
   const auto y = [&](int64_t i) __attribute__((always_inline)) { return widened(estimates + i); };
-  const auto square = [&](int64_t i) __attribute__((always_inline)) { return y(i) * y(i); };
+  const auto square = [&](int64_t i) __attribute__((always_inline)) {
+    const Part seed = y(i);
+    return seed * seed;
+  };
   auto y2 = square(0);
   auto terms = F::terms(x(0), y2);
-  auto begun = F::begin(terms), half = F::proceed(begun), seeded = F::withSeed(half, y(0));
+  auto begun = F::begin(terms), half = F::proceed(begun);
+  auto seeded = F::withSeed(half, y(0));
   auto products = F::products(seeded, x(0));
   y2 = square(n), terms = F::terms(x(n), y2), begun = F::begin(terms), half = F::proceed(begun), seeded = F::withSeed(half, y(n));
   y2 = square(2 * n), terms = F::terms(x(2 * n), y2), begun = F::begin(terms), half = F::proceed(begun);
@@ -94,13 +98,11 @@ template <class F>
     y2 = square(at(i + 6 * n));
     store(dst + i, result);
   };
+  const auto here = [](int64_t i) __attribute__((always_inline)) { return i; };
+  const auto orLast = [&](int64_t i) __attribute__((always_inline)) { return i < count ? i : count - n; };
   int64_t i = 0;
-  for (; i < count - 6 * n; i += n)
-    turn(
-        i, [](int64_t j) __attribute__((always_inline)) { return j; });
-  for (; i < count; i += n)
-    turn(
-        i, [&](int64_t j) __attribute__((always_inline)) { return j < count ? j : count - n; });  // the last vector again
+  for (; i < count - 6 * n; i += n) turn(i, here);
+  for (; i < count; i += n) turn(i, orLast);
 }
 
 template <class V>

@@ -175,5 +175,37 @@ TEST(Roots, BothSidesOfEveryBoundary) {
   }
 }
 
+// The square roots take long stretches another way while all arguments lie from 2^-126 up to 2^128. Stretches at the edges of that range and just beyond them, with
+// an outsider at any place, give what each element gives alone, in place too, and an argument outside leaves no flag of its own.
+TEST(Roots, StretchesGiveWhatSingleElementsGive) {
+  const double outsiders[] = {1.0,      0x1p-126, std::nextafter(0x1p-126, 0), std::nextafter(0x1p128, 0), 0x1p128, 0x1p1000, 0x1p-1000, 0x1p-1074, 0.0,
+                              HUGE_VAL, -1.0};
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const Root& root : roots)
+      for (double outsider : outsiders)
+        for (int length : {63, 64, 71, 1024, 1100})
+          for (int place : {0, 1, 17, length - 9, length - 1}) {
+            std::vector<double> x(static_cast<size_t>(length)), y(x.size());
+            for (size_t i = 0; i < x.size(); ++i) x[i] = std::ldexp(1 + static_cast<double>(i) / 1777, static_cast<int>(i % 250) - 124);
+            x[static_cast<size_t>(place)] = outsider;
+            const Element alone = evaluate(root.f, outsider);
+            std::feclearexcept(FE_ALL_EXCEPT);
+            ASSERT_EQ(root.f(x.data(), y.data(), length), alone.status) << root.name << ", level " << level << ", x = " << outsider;
+            if (outsider >= 0) {
+              ASSERT_FALSE(std::fetestexcept(FE_INVALID | FE_OVERFLOW | FE_UNDERFLOW | FE_DIVBYZERO))
+                  << root.name << ", level " << level << ", x = " << outsider;
+            }
+            std::vector<double> inPlace = x;
+            root.f(inPlace.data(), inPlace.data(), length);
+            for (size_t i = 0; i < x.size(); ++i) {
+              ASSERT_EQ(bits(y[i]), bits(evaluate(root.f, x[i]).value))
+                  << root.name << ", level " << level << ", " << i << " of " << length << ", x = " << x[i];
+              ASSERT_EQ(bits(y[i]), bits(inPlace[i])) << root.name << ", in place, level " << level << ", " << i << " of " << length << ", x = " << x[i];
+            }
+          }
+  }
+}
+
 }  // namespace
 }  // namespace qorvane::test
