@@ -51,7 +51,7 @@ template <int K>
 // Integers, packed as highWords packs them, as numbers.
 template <class V, class W>
 [[gnu::always_inline]] inline V numbersOf(W words) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return numbersOf<PartOf<V>>(wordsOfPart(words, i)); });
   else if constexpr (laneCount<V> == 1)
     return words;
@@ -65,7 +65,7 @@ template <class V, class W>
 // One column, of rows numbered likewise.
 template <class V, class W>
 [[gnu::always_inline]] inline V columnAt(const Float64* table, W rows) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columnAt<PartOf<V>>(table, wordsOfPart(rows, i)); });
   else if constexpr (laneCount<V> == 1)
     return table[rows];
@@ -76,7 +76,7 @@ template <class V, class W>
 // Two columns.
 template <class V, class W>
 [[gnu::always_inline]] inline TwoColumns<V> twoColumnsAt(const Float64 (*table)[2], W rows) {
-  if constexpr (packSize < V >> 0) {
+  if constexpr (isPack<V>) {
     const auto columns = makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return twoColumnsAt<PartOf<V>>(table, wordsOfPart(rows, i)); });
     return {makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].first; }),
             makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].second; })};

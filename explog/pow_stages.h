@@ -68,7 +68,7 @@ template <int K>
 // What stands in a chunk's arrays of 32-bit words for the lanes of V: offsets of rows, integers as numbers, high words of numbers.
 template <class V, uint64_t unit = 1>
 [[gnu::always_inline]] inline BitsOf<V> offsetsAt(const uint32_t* p) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return offsetsAt<PartOf<V>, unit>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return Bits2{p[0] * unit, p[1] * unit};
@@ -77,7 +77,7 @@ template <class V, uint64_t unit = 1>
 }
 template <class V>
 [[gnu::always_inline]] inline V numbersAt(const int* p) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return numbersAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return _mm_cvtepi32_pd(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
@@ -88,7 +88,7 @@ template <class V>
 }
 template <class V>
 [[gnu::always_inline]] inline V highWordsAt(const int* p) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return highWordsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return reinterpret_cast<Lanes2>(_mm_unpacklo_epi32(_mm_setzero_si128(), _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
@@ -105,7 +105,7 @@ template <class V>
 template <class V>
 [[gnu::always_inline]] inline V reciprocalsAt(const uint32_t* p) {
   const auto at = [&](int i) __attribute__((always_inline)) { return powRcpTable[p[i] / sizeof(Float64)]; };
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return reciprocalsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return V{at(0), at(1)};

@@ -214,7 +214,7 @@ template <class V>
 // Logic on numbers as whole registers, for work on signs and masks that needs no integers.
 template <class V>
 [[gnu::always_inline]] inline V andBits(V a, V b) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return andBits(a.part[i], b.part[i]); });
   else if constexpr (laneCount<V> == 1)
     return fromBits(toBits(a) & toBits(b));
@@ -227,7 +227,7 @@ template <class V>
 }
 template <class V>
 [[gnu::always_inline]] inline V orBits(V a, V b) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return orBits(a.part[i], b.part[i]); });
   else if constexpr (laneCount<V> == 1)
     return fromBits(toBits(a) | toBits(b));

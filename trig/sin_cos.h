@@ -63,7 +63,7 @@ template <class V>
 // All of V, or the first `count` lanes of a vector.
 template <class V>
 [[gnu::always_inline]] inline void put(Float64* p, V v, int64_t count) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     store(p, v);
   else
     storePart(p, v, count);

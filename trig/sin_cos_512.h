@@ -28,7 +28,7 @@ constexpr Float64 r0 = fromBits(0xbfe0000000000000);  // -0.5
 // y with its sign flipped where x is negative.
 template <class V>
 [[gnu::always_inline]] inline V flipBySignOf(V y, V x) {
-  if constexpr (packSize < V >> 0)
+  if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return flipBySignOf(y.part[i], x.part[i]); });
   else
     return _mm256_xor_pd(y, signOf(x));
