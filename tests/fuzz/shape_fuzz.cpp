@@ -68,6 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   require((csrAfter & 0xffc0) == csr && x87After == x87, "a control word has changed", f);
   for (size_t i = 0; i < shift; ++i) require(a[i] == canary && b[i] == canary, "wrote before its array", f);
   require(a[count + shift] == canary && b[count + shift] == canary, "wrote behind its array", f);
+  if (f.dependsOnBlock(DispatchLevel) && csr != 0x1f80) return 0;  // in other modes the two ways of a block may be further apart
   require(sameResult(f, aloneA, a[shift + probe]), "an element differs when it is alone", f);
   if (f.hasSecondOutput()) require(sameResult(f, aloneB, b[shift + probe]), "an element's second result differs when it is alone", f);
   return 0;
