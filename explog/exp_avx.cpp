@@ -3,7 +3,7 @@
 // Method: 64x / ln 2 = k + rest with the integer k = 64m + j, so that exp(x) = 2^m * 2^(j/64) * exp(r) with |r| <= ln 2 / 128. exp(r) - 1 is a polynomial of
 // degree 5, 2^(j/64) comes from a table as high + low, m is added to the exponent field.
 //
-// Error: at most 0.527 ulp for normal results, 0.51 ulp for subnormal ones (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and
+// Error: at most 0.528 ulp for normal results, 0.51 ulp for subnormal ones (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and
 // DAZ are the caller's.
 //
 // Special values: NaN gives the NaN, +Inf +Inf, -Inf +0; above 709.78271289338397 +Inf and overflow; below -708.39641853226408 a subnormal result or +0, and
