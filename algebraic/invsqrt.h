@@ -9,19 +9,31 @@
 // None of them leaves a flag but a signalling NaN, which raises invalid.
 #pragma once
 #include "algebraic/root_loop.h"
+#include "algebraic/root_series.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
 
-struct Steps : SeriesSteps {
+struct Steps : Series {
+  static constexpr uint64_t highBits = withoutLowWord;
+  static constexpr bool endsWithHalves = false;
   template <class V>
-  [[gnu::always_inline]] static Terms<V> products(Seeded<V> p, V) {
-    return {p.y, series(p) * p.y};
+  [[gnu::always_inline]] static Halves<V> open(V, V y) {
+    return {y * y, y};
   }
   template <class V>
-  [[gnu::always_inline]] static V result(Terms<V> t, V) {
-    return t.small + t.large;
+  [[gnu::always_inline]] static Halves<V> terms(V x, V, Halves<V> opened) {
+    const Halves<V> part = partsOf<Steps>(x);
+    return {part.high * opened.high, part.low * opened.high};
+  }
+  template <class V>
+  [[gnu::always_inline]] static Product<V> product(V series, V, V y) {
+    return {series * y, y};
+  }
+  template <class V>
+  [[gnu::always_inline]] static V result(Product<V> p, Halves<V>) {
+    return p.value + p.y;
   }
 };
 Float64 ofPositiveNormal(Float64 x) { return rootOf<Steps>(x, rootSeed(x)); }

@@ -85,53 +85,6 @@ template <uint32_t kept>
 #endif
 constexpr uint32_t twentyBits = 0xfffffff8;
 
-// 1/sqrt(x) = y (1 + p): p is the series of (1 + e)^(-1/2) - 1 in e = x y^2 - 1, |e| < 2^-10.
-template <class V>
-[[gnu::always_inline]] inline V withoutLowWord(V x) {
-  return andBits(x, broadcast<V>(fromBits(0xffffffff00000000)));
-}
-// What steps of rootLoop leave to the next.
-template <class V>
-struct Terms {
-  V large, small;
-};
-template <class V>
-struct Partial {
-  V e, sum;
-};
-template <class V>
-struct Seeded {
-  V e, sum, y;
-};
-struct SeriesSteps {
-  template <class V>
-  [[gnu::always_inline]] static Terms<V> terms(V x, V y2) {
-    const V xh = withoutLowWord(x), xl = x - xh;
-    return {xh * y2 - 1.0, xl * y2};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Partial<V> begin(Terms<V> t) {
-    constexpr Float64 c5 = fromBits(0xbfcf800000000000);  // -0.24609375 = -63/256
-    constexpr Float64 c4 = fromBits(0x3fd1800000000000);  // 0.2734375 = 35/128
-    const V e = t.large + t.small;
-    return {e, c5 * e + c4};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Partial<V> proceed(Partial<V> p) {
-    constexpr Float64 c3 = fromBits(0xbfd4000000000000);  // -0.3125
-    return {p.e, p.sum * p.e + c3};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Seeded<V> withSeed(Partial<V> p, V y) {
-    constexpr Float64 c2 = fromBits(0x3fd8000000000000);  // 0.375
-    return {p.e, p.sum * p.e + c2, y};
-  }
-  template <class V>
-  [[gnu::always_inline]] static V series(Seeded<V> p) {
-    constexpr Float64 c1 = fromBits(0xbfe0000000000000);  // -0.5
-    return (p.sum * p.e + c1) * p.e;
-  }
-};
 [[gnu::always_inline]] inline Float64 rootSeed(Float64 x) { return rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)).a[0]; }
 
 constexpr Float64 subnormalScale = fromBits(0x4350000000000000);      // 2^54

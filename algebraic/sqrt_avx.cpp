@@ -15,47 +15,17 @@ namespace {
 
 #include "algebraic/sqrt_tables.inc"
 
-// (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3)
-constexpr Float64 p4 = fromBits(0x3fd1800032338cbb);  // 0.27343754675366555
-constexpr Float64 p3 = fromBits(0x3fd40000b13001d9);  // 0.31250016501874495
-constexpr Float64 p2 = fromBits(0x3fd80000000000f6);  // 0.37500000000001366
-constexpr Float64 p1 = fromBits(0x3fdffffffffffe71);  // 0.49999999999997785
-
-template <class V>
-struct Products {
-  V high, low, rest;
-};
-struct Steps {
+// (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3) in e = 1 - x y^2.
+struct Steps : RootSteps<0xfffffffff8000000> {
+  static constexpr std::array coefficients = {
+      fromBits(0x3fd1800032338cbb),  // p4 = 0.27343754675366555
+      fromBits(0x3fd40000b13001d9),  // p3 = 0.31250016501874495
+      fromBits(0x3fd80000000000f6),  // p2 = 0.37500000000001366
+      fromBits(0x3fdffffffffffe71),  // p1 = 0.49999999999997785
+  };
   template <class V>
-  [[gnu::always_inline]] static V highPart(V x) {
-    return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
-  }
-  template <class V>
-  [[gnu::always_inline]] static Terms<V> terms(V x, V y2) {
-    const V xh = highPart(x), xl = x - xh;
-    return {1.0 - y2 * xh, y2 * xl};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Partial<V> begin(Terms<V> t) {
-    const V e = t.large - t.small;
-    return {e, p4 * e + p3};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Partial<V> proceed(Partial<V> p) {
-    return {p.e, p.sum * p.e + p2};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Seeded<V> withSeed(Partial<V> p, V y) {
-    return {p.e, (p.sum * p.e + p1) * p.e, y};
-  }
-  template <class V>
-  [[gnu::always_inline]] static Products<V> products(Seeded<V> p, V x) {
-    const V xh = highPart(x), xl = x - xh;
-    return {p.y * xh, p.y * xl, x * (p.sum * p.y)};
-  }
-  template <class V>
-  [[gnu::always_inline]] static V result(Products<V> p, V) {
-    return p.high + (p.low + p.rest);
+  [[gnu::always_inline]] static V residual(Halves<V> terms) {
+    return (1.0 - terms.high) - terms.low;
   }
 };
 

@@ -8,22 +8,13 @@
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain. None of them
 // leaves a flag but a signalling NaN, which raises invalid.
 #include "algebraic/root_loop.h"
+#include "algebraic/root_series.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
 
-struct Steps : SeriesSteps {
-  template <class V>
-  [[gnu::always_inline]] static Terms<V> products(Seeded<V> p, V) {
-    return {p.y, series(p) * p.y};
-  }
-  template <class V>
-  [[gnu::always_inline]] static V result(Terms<V> t, V x) {
-    const V y = t.large, xh = withoutLowWord(x), xl = x - xh;
-    return (t.small * x + xl * y) + xh * y;
-  }
-};
+struct Steps : RootSteps<withoutLowWord>, Series {};
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
@@ -36,7 +27,8 @@ struct Steps : SeriesSteps {
   // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The halves of x have fewer bits than those of a normal number, and
   // the three terms are rounded to multiples of the same small unit: hence the larger error.
   const Float64 scaled = x * subnormalScale;
-  return give(Steps::result(productsOf<Steps>(scaled, rootSeed(scaled)), x) * subnormalRootScale, nuvStatusOk);
+  const Float64 y = rootSeed(scaled);
+  return give(rootFrom<Steps>(seriesOf<Steps>(scaled, y), x, y) * subnormalRootScale, nuvStatusOk);
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {

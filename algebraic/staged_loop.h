@@ -22,6 +22,7 @@ template <Raises raises, class First, class Begin, class Middle, class Finish, c
 [[gnu::always_inline]] inline nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First first, Begin begin, Middle middle, Finish finish,
                                                    Lane lane) {
   nuvStatus status = nuvStatusOk;
+  if (len < 3) return eachLane<raises>(src, dst, len, status, lane);
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
     count = len < chunkSize ? len : chunkSize;
     const int64_t whole = count & ~int64_t{3}, rest = count - whole;
