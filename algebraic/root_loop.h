@@ -35,52 +35,57 @@ struct Seeded {
   V series, y;
 };
 
-// lane(x, y) -> status serves the elements that aren't positive normal numbers.
+// Any arguments. lane(x, y) -> status serves the elements that aren't positive normal numbers.
+template <class F, uint32_t kept, Raises raises, class Lane>
+[[gnu::noinline]] nuvStatus inStages(const Float64* src, Float64* dst, int64_t len, Lane lane) {
+  SeedChunk seeds;
+  return stagedLoop<raises>(
+      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<kept>(x, seeds, i); },
+      [&](const Float64* p, int64_t i) __attribute__((always_inline)) {
+        const Four x = load<Four>(p), y = seedsAt(x, seeds, i);
+        return Begun<Four>{firstStep<F>(residualOf<F>(x, y)), y};
+      },
+      [](const auto& begun) __attribute__((always_inline)) {
+        return Seeded<Four>{seriesIn<F>(begun.partial), begun.y};
+      },
+      [](const auto& seeded, const Float64* p, int64_t) __attribute__((always_inline)) { return rootFrom<F>(seeded.series, load<Four>(p), seeded.y); }, lane);
+}
+
 template <class F, uint32_t kept, Raises raises, class Lane>
 [[gnu::always_inline]] inline nuvStatus rootLoop(const Float64* src, Float64* dst, int64_t len, Lane lane) {
-  const bool isLong = len >= shortestStretch, overlap = dst < src + len && src < dst + len;
-  const uint32_t before = isLong ? readMxcsr() : 0, cleared = before & ~underflowFlag;
+  if (len < shortestStretch) return inStages<F, kept, raises>(src, dst, len, lane);
+  const bool overlap = dst < src + len && src < dst + len;
+  const uint32_t before = readMxcsr(), cleared = before & ~underflowFlag;
   const auto underflowed = []() __attribute__((always_inline)) { return (readMxcsr() & underflowFlag) != 0; };
+  if (!mayTry(before)) return inStages<F, kept, raises>(src, dst, len, lane);
+
+  if (before != cleared) writeMxcsr(cleared);
+  uint32_t flags = cleared;
   nuvStatus status = nuvStatusOk;
-  SeedChunk seeds;
   Float64 copy[longestStretch];
-  for (bool trying = isLong && mayTry(before);; trying = false) {
-    if (trying && before != cleared) writeMxcsr(cleared);
-    uint32_t flags = cleared;
-    for (int64_t i = 0, count; i < len; i += count) {
-      count = len - i < longestStretch ? len - i : longestStretch;
-      const Float64* from = src + i;
-      if (trying && count >= shortestStretch && looksFit(from, count)) {
-        if (overlap) from = static_cast<const Float64*>(std::memcpy(copy, from, static_cast<size_t>(count) * 8));
-        const int64_t whole = count & ~int64_t{3};
-        if (pipeline<F, kept>(from, dst + i, whole) && !(overlap && underflowed())) {
-          count = whole;
-          flags |= inexactFlag;
-          continue;
-        }
-        writeMxcsr(flags);
+  for (int64_t i = 0, count; i < len; i += count) {
+    count = len - i < longestStretch ? len - i : longestStretch;
+    const Float64* from = src + i;
+    if (count >= shortestStretch && looksFit(from, count)) {
+      if (overlap) from = static_cast<const Float64*>(std::memcpy(copy, from, static_cast<size_t>(count) * 8));
+      const int64_t whole = count & ~int64_t{3};
+      if (pipeline<F, kept>(from, dst + i, whole) && !(overlap && underflowed())) {
+        count = whole;
+        flags |= inexactFlag;
+        continue;
       }
-      const nuvStatus last = stagedLoop<raises>(
-          from, dst + i, count, [&](const Float64* x, int64_t j) __attribute__((always_inline)) { return storeSeeds<kept>(x, seeds, j); },
-          [&](const Float64* p, int64_t j) __attribute__((always_inline)) {
-            const Four x = load<Four>(p), y = seedsAt(x, seeds, j);
-            return Begun<Four>{firstStep<F>(residualOf<F>(x, y)), y};
-          },
-          [](const auto& begun) __attribute__((always_inline)) {
-            return Seeded<Four>{seriesIn<F>(begun.partial), begun.y};
-          },
-          [](const auto& seeded, const Float64* p, int64_t) __attribute__((always_inline)) { return rootFrom<F>(seeded.series, load<Four>(p), seeded.y); },
-          lane);
-      if (last != nuvStatusOk) status = last;
-      if (trying) flags = readMxcsr();
+      writeMxcsr(flags);
     }
-    if (!trying) return status;
-    if (overlap || !underflowed()) {
-      if (before != cleared) writeMxcsr(readMxcsr() | underflowFlag);
-      return status;
-    }
-    writeMxcsr(before);  // once more, without trying
+    const nuvStatus last = inStages<F, kept, raises>(from, dst + i, count, lane);
+    if (last != nuvStatusOk) status = last;
+    flags = readMxcsr();
   }
+  if (!overlap && underflowed()) [[unlikely]] {
+    writeMxcsr(before);
+    return inStages<F, kept, raises>(src, dst, len, lane);
+  }
+  if (before != cleared) writeMxcsr(readMxcsr() | underflowFlag);
+  return status;
 }
 
 }  // namespace
