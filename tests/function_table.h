@@ -47,4 +47,7 @@ bool sameResult(const Function& f, double a, double b);
 // A seeded mixture that reaches every path of every function: moderate numbers, all exponents, any bit patterns, special values.
 std::vector<double> mixedArguments(uint64_t seed, int count);
 
+// From 1/16 to 16, which no function sends to its rare paths: stretches of them go through the pipelines.
+std::vector<double> ordinaryArguments(uint64_t seed, int count);
+
 }  // namespace qorvane::test

@@ -32,13 +32,17 @@ struct Sample {
   }
 };
 
-Sample sampleOf(const Function& f, uint64_t seed, int32_t size = count) {
-  const auto n = static_cast<size_t>(size);
-  Sample s{mixedArguments(seed, size), mixedArguments(seed + 1000, size), 2.5 + 0.25 * static_cast<double>(seed), {}, {}, {}};
+Sample sampleOf(const Function& f, std::vector<double> x, std::vector<double> y, double value) {
+  const size_t n = x.size();
+  Sample s{std::move(x), std::move(y), value, {}, {}, {}};
   s.a.resize(n);
   s.b.resize(n);
   for (size_t i = 0; i < n; ++i) s.status.push_back(f(&s.x[i], &s.y[i], s.value, &s.a[i], &s.b[i], 1));
   return s;
+}
+
+Sample sampleOf(const Function& f, uint64_t seed, int32_t size = count) {
+  return sampleOf(f, mixedArguments(seed, size), mixedArguments(seed + 1000, size), 2.5 + 0.25 * static_cast<double>(seed));
 }
 
 class EveryFunction : public testing::TestWithParam<std::tuple<size_t, int>> {
@@ -70,6 +74,30 @@ TEST_P(EveryFunction, GivesAnElementTheSameBitsWhereverItStands) {
         EXPECT_EQ(status, s.lastStatus(first, len)) << "length " << len;
         EXPECT_TRUE(a[0] == canary && a[static_cast<size_t>(len) + 1] == canary && b[0] == canary && b[static_cast<size_t>(len) + 1] == canary)
             << "length " << len;
+      }
+  }
+}
+
+// Long stretches of ordinary arguments run through pipelines, some of which a single other argument stops.
+TEST_P(EveryFunction, GivesTheSameBitsInLongStretches) {
+  constexpr int32_t longest = 1100;
+  for (const double outsider : {1.0, 0.0, -1.0, 0x1p-1074, 0x1p-130, 1e300, HUGE_VAL, -HUGE_VAL, double{NAN}}) {
+    std::vector<double> x = ordinaryArguments(7, longest), y = ordinaryArguments(8, longest);
+    for (const size_t place : {40u, 300u, 1050u}) x[place] = outsider;
+    const Sample s = sampleOf(f, x, y, 2.75);
+    for (int32_t first : {0, 3, 41})
+      for (int32_t len : {45, 255, 261, 520, 1059}) {
+        const auto from = static_cast<size_t>(first);
+        std::vector<double> a(longest), b(longest);
+        EXPECT_EQ(f(&s.x[from], &s.y[from], s.value, a.data(), b.data(), len), s.lastStatus(first, len));
+        expectResults(s, first, a.data(), b.data(), len, "in a stretch");
+        x = s.x;
+        const nuvStatus status = f(&x[from], &s.y[from], s.value, &x[from], b.data(), len);
+        if (f.exception != Exception::blocksReread || level == 5) {
+          EXPECT_EQ(status, s.lastStatus(first, len));
+        }
+        expectResults(s, first, &x[from], b.data(), len, "in a stretch, in place");
+        if (HasFatalFailure()) return;
       }
   }
 }

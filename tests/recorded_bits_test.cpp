@@ -49,13 +49,16 @@ uint64_t digestOf(const Function& f, int level) {
   AtLevel at(level);
   Digest digest;
   const auto take = [&](double v) { digest(v != v ? 0x7ff8000000000000u : bits(v)); };
-  const int32_t count = estimatesIn(f, level) != 0 ? 200'000 : 3000;  // a coefficient's last bit moves one result in thousands
-  const std::vector<double> x = mixedArguments(21, count), y = mixedArguments(22, count);
-  std::vector<double> a(x.size()), b(x.size());
-  take(f(x.data(), y.data(), 1.75, a.data(), b.data(), count));
-  for (double v : a) take(v);
-  if (f.hasSecondOutput())
-    for (double v : b) take(v);
+  const auto takeResults = [&](const std::vector<double>& x, const std::vector<double>& y) {
+    std::vector<double> a(x.size()), b(x.size());
+    take(f(x.data(), y.data(), 1.75, a.data(), b.data(), static_cast<int32_t>(x.size())));
+    for (double v : a) take(v);
+    if (f.hasSecondOutput())
+      for (double v : b) take(v);
+  };
+  takeResults(mixedArguments(21, 3000), mixedArguments(22, 3000));
+  const int count = estimatesIn(f, level) != 0 ? 100'000 : 3000;  // a coefficient's last bit moves one result in thousands
+  takeResults(ordinaryArguments(23, count), ordinaryArguments(24, count));
   return digest.value;
 }
 
