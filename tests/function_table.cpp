@@ -121,7 +121,10 @@ std::vector<double> mixedArguments(uint64_t seed, int count) {
 std::vector<double> ordinaryArguments(uint64_t seed, int count) {
   std::mt19937_64 random(seed);
   std::vector<double> x;
-  for (int i = 0; i < count; ++i) x.push_back(std::ldexp(static_cast<double>((random() >> 12) + (uint64_t{1} << 52)), static_cast<int>(random() % 8) - 56));
+  for (int i = 0; i < count; ++i) {
+    const double mantissa = static_cast<double>((random() >> 12) + (uint64_t{1} << 52));
+    x.push_back(std::ldexp(mantissa, static_cast<int>(random() % 8) - 56));
+  }
   return x;
 }
 
