@@ -63,6 +63,7 @@ template <class F, uint32_t kept, Raises raises, class Lane>
   uint32_t flags = cleared;
   nuvStatus status = nuvStatusOk;
   Float64 copy[longestStretch];
+  int64_t sure = 0;  // results before it stand, whatever the underflow flag says
   for (int64_t i = 0, count; i < len; i += count) {
     count = len - i < longestStretch ? len - i : longestStretch;
     const Float64* from = src + i;
@@ -74,15 +75,18 @@ template <class F, uint32_t kept, Raises raises, class Lane>
         flags |= inexactFlag;
         continue;
       }
-      writeMxcsr(flags);
     }
-    const nuvStatus last = inStages<F, kept, raises>(from, dst + i, count, lane);
+    // The underflow may be this stretch's or an earlier one's.
+    const int64_t first = !overlap && underflowed() ? sure : i;
+    writeMxcsr(flags);
+    const nuvStatus last = inStages<F, kept, raises>(first == i ? from : src + first, dst + first, i + count - first, lane);
     if (last != nuvStatusOk) status = last;
     flags = readMxcsr();
+    sure = i + count;
   }
   if (!overlap && underflowed()) [[unlikely]] {
-    writeMxcsr(before);
-    return inStages<F, kept, raises>(src, dst, len, lane);
+    writeMxcsr(flags);
+    inStages<F, kept, raises>(src + sure, dst + sure, len - sure, lane);
   }
   if (before != cleared) writeMxcsr(readMxcsr() | underflowFlag);
   return status;

@@ -235,5 +235,20 @@ TEST(Roots, StretchesGiveWhatSingleElementsGive) {
   }
 }
 
+// Numbers just below 2^-126 become it in single precision, which only a flag tells. It must outlast a later stretch that is given up, or not even tried.
+TEST(Roots, NumbersJustBelowTheRangeStayRightBesideLaterOutsiders) {
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (const Root& root : roots)
+      for (size_t outsider : {600u, 512u}) {  // amid the second stretch, and where that is looked at first
+        std::vector<double> x(1100, 3.0), y(x.size());
+        for (size_t i = 0; i < 200; ++i) x[i + 50] = std::ldexp(1 - static_cast<double>(i + 1) * 0x1p-32, -126);
+        x[outsider] = 0x1p-1000;
+        root.f(x.data(), y.data(), 1100);
+        for (size_t i = 0; i < x.size(); ++i) ASSERT_EQ(bits(y[i]), bits(evaluate(root.f, x[i]).value)) << root.name << ", level " << level << ", " << i;
+      }
+  }
+}
+
 }  // namespace
 }  // namespace qorvane::test
