@@ -1,13 +1,17 @@
-// cbrt(x) and 1/cbrt(x), every level: the program that cbrt_sse3.cpp and cbrt_avx.cpp compile for their registers.
+// cbrt(x) and 1/cbrt(x), every level: the program that cbrt_sse3.cpp and cbrt_avx.cpp compile for
+// their registers.
 //
-// Method: E = 3q + r for the biased exponent E, so that |x| = 2^(3(q - 341)) * 2^r * 1.m. The top 5 bits of m give c, the centre of their row, and r one of three
-// sections with the root of 2^r c as high + low. The root of 1 + v, v = (1.m - c)/c, |v| < 1/64, is a polynomial of degree 8.
+// Method: E = 3q + r for the biased exponent E, so that |x| = 2^(3(q - 341)) * 2^r * 1.m. The top 5
+// bits of m give c, the centre of their row, and r one of three sections with the root of 2^r c as
+// high + low. The root of 1 + v, v = (1.m - c)/c, |v| < 1/64, is a polynomial of degree 8.
 //
-// Error: the largest found are 0.5202 ulp (cbrt, just below 1.0625 * 2^(3k + 2)) and 0.5510 ulp (1/cbrt, just below 1.03125 * 2^(3k)), at edges of rows, where
-// v is largest. The kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: the largest found are 0.5202 ulp (cbrt, just below 1.0625 * 2^(3k + 2)) and 0.5510 ulp
+// (1/cbrt, just below 1.03125 * 2^(3k)), at edges of rows, where v is largest. The kernels run in
+// round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
-// Special values: NaN gives the NaN, quiet. cbrt gives zeros and infinities back; 1/cbrt gives zeros with their sign for infinities, and infinities with their
-// sign, and a pole, for zeros, without a flag.
+// Special values: NaN gives the NaN, quiet. cbrt gives zeros and infinities back; 1/cbrt gives
+// zeros with their sign for infinities, and infinities with their sign, and a pole, for zeros,
+// without a flag.
 #pragma once
 #include "algebraic/staged_loop.h"
 #include "frame/kernel_frame.h"
@@ -17,7 +21,8 @@ namespace {
 
 #include "algebraic/cbrt_tables.inc"
 
-// What makes one function of the method: its table, the exponent of its scale and the coefficients, from the highest on.
+// What makes one function of the method: its table, the exponent of its scale and the coefficients,
+// from the highest on.
 struct Cbrt {
   static constexpr bool inverse = false;
   static constexpr const Float64 (*table)[4] = cbrtTable;
@@ -47,21 +52,24 @@ struct InvCbrt {
   };
 };
 
-// The places of a chunk's elements: byte offsets into the table, and the high words of the powers of two, signed like x, that results are multiplied with.
+// The places of a chunk's elements: byte offsets into the table, and the high words of the powers
+// of two, signed like x, that results are multiplied with.
 struct Places {
   alignas(16) uint32_t offset[chunkSize];
   alignas(16) int32_t scale[chunkSize];
 };
 template <class F>
-[[gnu::always_inline]] inline Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
+INLINE Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
   const Words4 highWords = packHighWords(a, b);
   const __m128i words = reinterpret_cast<__m128i>(highWords);
-  // n = 32E + j, and its quotient by 96 is q: (n * 43691) >> 22 for all n below 2^16. The remainder is 32r + j.
+  // n = 32E + j, and its quotient by 96 is q: (n * 43691) >> 22 for all n below 2^16. The remainder
+  // is 32r + j.
   const __m128i n = _mm_srli_epi32(_mm_slli_epi32(words, 1), 16);
   const __m128i q = _mm_srli_epi32(_mm_mulhi_epu16(n, _mm_set1_epi32(43691)), 6);
   const __m128i row = _mm_sub_epi16(n, _mm_mullo_epi16(q, _mm_set1_epi32(96)));
   const __m128i exponents = _mm_slli_epi32(q, 20), sign = _mm_and_si128(words, _mm_set1_epi32(INT32_MIN));
-  const __m128i powers = F::inverse ? _mm_sub_epi32(_mm_set1_epi32(0x55400000), exponents) : _mm_add_epi32(exponents, _mm_set1_epi32(0x2aa00000));
+  const __m128i powers = F::inverse ? _mm_sub_epi32(_mm_set1_epi32(0x55400000), exponents)
+                                    : _mm_add_epi32(exponents, _mm_set1_epi32(0x2aa00000));
   _mm_store_si128(reinterpret_cast<__m128i*>(places.offset + i), _mm_slli_epi32(row, 5));
   _mm_store_si128(reinterpret_cast<__m128i*>(places.scale + i), _mm_or_si128(powers, sign));
   // Zeros, subnormal numbers, infinities and NaNs: 0x7ff00000 and 0x7fe00000 here.
@@ -70,20 +78,22 @@ template <class F>
 
 // Two columns of the rows of four elements, from `first` on.
 template <class F>
-[[gnu::always_inline]] inline TwoColumns<Four> columns(const Places& places, int64_t i, int first) {
-  const auto row = [&](int lane) __attribute__((always_inline)) { return rowAt(F::table[0] + first, places.offset[i + lane]); };
+INLINE TwoColumns<Four> columns(const Places& places, int64_t i, int first) {
+  const auto row = [&](int lane) INLINED { return rowAt(F::table[0] + first, places.offset[i + lane]); };
 #ifdef __AVX__
   const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1),
                rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
   return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
 #else
   const __m128d row0 = row(0), row1 = row(1), row2 = row(2), row3 = row(3);
-  return {{{_mm_unpacklo_pd(row0, row1), _mm_unpacklo_pd(row2, row3)}}, {{_mm_unpackhi_pd(row0, row1), _mm_unpackhi_pd(row2, row3)}}};
+  return {{{_mm_unpacklo_pd(row0, row1), _mm_unpacklo_pd(row2, row3)}},
+          {{_mm_unpackhi_pd(row0, row1), _mm_unpackhi_pd(row2, row3)}}};
 #endif
 }
-[[gnu::always_inline]] inline Four scaleAt(const Places& places, int64_t i) {
+INLINE Four scaleAt(const Places& places, int64_t i) {
   const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(places.scale + i)), zero = _mm_setzero_si128();
-  const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, words)), high = _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words));
+  const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, words)),
+                high = _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words));
 #ifdef __AVX__
   return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
 #else
@@ -91,21 +101,23 @@ template <class F>
 #endif
 }
 
-// The steps on four elements, cut in three for the loop: the relative distance v from the centre, half the polynomial, the rest.
+// The steps on four elements, cut in three for the loop: the relative distance v from the centre,
+// half the polynomial, the rest.
 struct HalfPolynomial {
   Four v, sum;
 };
 template <class F>
-[[gnu::always_inline]] inline Four distance(Four x, const Places& places, int64_t i) {
+INLINE Four distance(Four x, const Places& places, int64_t i) {
   const auto [reciprocal, centre] = columns<F>(places, i, 0);
-  return reciprocal * (orBits(andBits(x, broadcast<Four>(fromBits(0x000fffffffffffff))), broadcast<Four>(-1.0)) - centre);  // -1.m and -c
+  return reciprocal * (orBits(andBits(x, broadcast<Four>(fromBits(0x000fffffffffffff))), broadcast<Four>(-1.0)) -
+                       centre);  // -1.m and -c
 }
 template <class F>
-[[gnu::always_inline]] inline HalfPolynomial halfPolynomial(Four v) {
+INLINE HalfPolynomial halfPolynomial(Four v) {
   return {v, (((F::c[0] * v + F::c[1]) * v + F::c[2]) * v + F::c[3]) * v + F::c[4]};
 }
 template <class F>
-[[gnu::always_inline]] inline Four finish(HalfPolynomial h, const Places& places, int64_t i) {
+INLINE Four finish(HalfPolynomial h, const Places& places, int64_t i) {
   const Four v = h.v, p = ((h.sum * v + F::c[5]) * v + F::c[6]) * v + F::c[7];
   const auto [high, low] = columns<F>(places, i, 2);
   return ((p * (high * v) + low) + high) * scaleAt(places, i);  // the scale is exact
@@ -124,7 +136,8 @@ template <class F>
 [[gnu::noinline, gnu::cold]] nuvStatus cbrtLane(Float64 x, Float64* result) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff, sign = b ^ magnitude;
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude == 0) return F::inverse ? give(fromBits(sign | 0x7ff0000000000000), nuvStatusPole) : give(x, nuvStatusOk);
+  if (magnitude == 0)
+    return F::inverse ? give(fromBits(sign | 0x7ff0000000000000), nuvStatusPole) : give(x, nuvStatusOk);
   if (F::inverse && magnitude == 0x7ff0000000000000) return give(fromBits(sign), nuvStatusOk);
   if (magnitude >= 0x7ff0000000000000) return give(opaque(x) + opaque(x), nuvStatusOk);
   if (magnitude >= 0x0010000000000000) return give(ofNormal<F>(x), nuvStatusOk);
@@ -137,11 +150,12 @@ template <class F>
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   Places places;
   return stagedLoop<Raises::no>(
-      src, dst,
-      len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), places, i); },
-      [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return distance<F>(load<Four>(x), places, i); },
-      [](const auto& v) __attribute__((always_inline)) { return halfPolynomial<F>(v); },
-      [&](const auto& h, const Float64*, int64_t i) __attribute__((always_inline)) { return finish<F>(h, places, i); }, cbrtLane<F>);
+      src, dst, len,
+      [&](const Float64* x, int64_t i)
+          INLINED { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), places, i); },
+      [&](const Float64* x, int64_t i) INLINED { return distance<F>(load<Four>(x), places, i); },
+      [](const auto& v) INLINED { return halfPolynomial<F>(v); },
+      [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, places, i); }, cbrtLane<F>);
 }
 
 }  // namespace

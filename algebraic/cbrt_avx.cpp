@@ -3,8 +3,10 @@
 
 namespace qorvane {
 
-nuvStatus cbrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst); }
-nuvStatus invCbrtLevel5(const Float64* src, Float64* dst, int32_t len) {
+nuvStatus cbrtAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst);
+}
+nuvStatus invCbrtAvx(const Float64* src, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt>>(len, src, dst);
 }
 

@@ -3,8 +3,10 @@
 
 namespace qorvane {
 
-nuvStatus cbrtLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst); }
-nuvStatus invCbrtLevels1To4(const Float64* src, Float64* dst, int32_t len) {
+nuvStatus cbrtSse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop<Cbrt>>(len, src, dst);
+}
+nuvStatus invCbrtSse3(const Float64* src, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, loop<InvCbrt>>(len, src, dst);
 }
 

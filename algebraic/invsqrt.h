@@ -1,12 +1,15 @@
-// 1/sqrt(x), every level: the program that invsqrt_sse3.cpp and invsqrt_avx.cpp compile for their registers.
+// 1/sqrt(x), every level: the program that invsqrt_sse3.cpp and invsqrt_avx.cpp compile for their
+// registers.
 //
-// Method: a seed y of 20 fraction bits from the processor's approximation, then y + y p(e) with the residual e = x y^2 - 1 from x in halves, whose large product
-// is exact.
+// Method: a seed y of 20 fraction bits from the processor's approximation, then y + y p(e) with the
+// residual e = x y^2 - 1 from x in halves, whose large product is exact.
 //
-// Error: at most 0.5005 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: at most 0.5005 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever
+// the caller's mode.
 //
-// Special values: NaN gives the NaN, quiet, +Inf +0; +0 and -0 give +Inf and -Inf, and a pole; negative numbers and -Inf the default NaN, and out of domain.
-// None of them leaves a flag but a signalling NaN, which raises invalid.
+// Special values: NaN gives the NaN, quiet, +Inf +0; +0 and -0 give +Inf and -Inf, and a pole;
+// negative numbers and -Inf the default NaN, and out of domain. None of them leaves a flag but a
+// signalling NaN, which raises invalid.
 #pragma once
 #include "algebraic/root_loop.h"
 #include "algebraic/root_series.h"
@@ -19,20 +22,20 @@ struct Steps : Series {
   static constexpr uint64_t highBits = withoutLowWord;
   static constexpr bool endsWithHalves = false;
   template <class V>
-  [[gnu::always_inline]] static Halves<V> open(V, V y) {
+  INLINE static Halves<V> open(V, V y) {
     return {y * y, y};
   }
   template <class V>
-  [[gnu::always_inline]] static Halves<V> terms(V x, V, Halves<V> opened) {
+  INLINE static Halves<V> terms(V x, V, Halves<V> opened) {
     const Halves<V> part = partsOf<Steps>(x);
     return {part.high * opened.high, part.low * opened.high};
   }
   template <class V>
-  [[gnu::always_inline]] static Product<V> product(V series, V, V y) {
+  INLINE static Product<V> product(V series, V, V y) {
     return {series * y, y};
   }
   template <class V>
-  [[gnu::always_inline]] static V result(Product<V> p, Halves<V>) {
+  INLINE static V result(Product<V> p, Halves<V>) {
     return p.value + p.y;
   }
 };
@@ -49,7 +52,9 @@ Float64 ofPositiveNormal(Float64 x) { return rootOf<Steps>(x, rootSeed(x)); }
   return give(ofPositiveNormal(x), nuvStatusOk);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, invSqrtLane); }
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, invSqrtLane);
+}
 
 }  // namespace
 }  // namespace qorvane

@@ -3,6 +3,8 @@
 
 namespace qorvane {
 
-nuvStatus invSqrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus invSqrtAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

@@ -3,6 +3,8 @@
 
 namespace qorvane {
 
-nuvStatus invSqrtLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus invSqrtSse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

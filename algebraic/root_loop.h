@@ -1,5 +1,6 @@
-// The loop of the square root and its reciprocal: long stretches go through the pipeline of root_pipeline.h as far as their arguments allow, everything else
-// through stagedLoop, with the seeds of root_seed.h, which are the same numbers.
+// The loop of the square root and its reciprocal: long stretches go through the pipeline of
+// root_pipeline.h as far as their arguments allow, everything else through stagedLoop, with the
+// seeds of root_seed.h, which are the same numbers.
 #pragma once
 #include <cstring>
 
@@ -11,17 +12,20 @@ namespace {
 
 constexpr uint32_t underflowFlag = 0x10, inexactFlag = 0x20, exceptionMasks = 0x1f80, roundingControl = 0x6000;
 
-// Whether the pipeline may find out about arguments outside its range by trying. The flags that it raises with them are taken back, so no exception may trap;
-// too large an argument must become an infinity; and the estimate of a number below the normal ones must be infinite, as it is on processors, if not in
-// every emulation of one. An argument just below 2^-126 is rounded up to it: nothing but the underflow tells.
-[[gnu::always_inline]] inline bool mayTry(uint32_t mxcsr) {
+// Whether the pipeline may find out about arguments outside its range by trying. The flags that it
+// raises with them are taken back, so no exception may trap; too large an argument must become an
+// infinity; and the estimate of a number below the normal ones must be infinite, as it is on
+// processors, if not in every emulation of one. An argument just below 2^-126 is rounded up to it:
+// nothing but the underflow tells.
+INLINE bool mayTry(uint32_t mxcsr) {
   float subnormal = 0x1p-130f;
   asm("" : "+x"(subnormal));
-  return (mxcsr & (exceptionMasks | roundingControl)) == exceptionMasks && _mm_cvtss_f32(_mm_rsqrt_ss(_mm_set_ss(subnormal))) > 0x1p100f;
+  return (mxcsr & (exceptionMasks | roundingControl)) == exceptionMasks &&
+         _mm_cvtss_f32(_mm_rsqrt_ss(_mm_set_ss(subnormal))) > 0x1p100f;
 }
 // Three arguments tell nearly all stretches with many outside the range.
-[[gnu::always_inline]] inline bool looksFit(const Float64* x, int64_t count) {
-  const auto fits = [&](int64_t i) __attribute__((always_inline)) { return int{highWord(x[i]) - 0x38100000 < 0x0fe00000}; };
+INLINE bool looksFit(const Float64* x, int64_t count) {
+  const auto fits = [&](int64_t i) INLINED { return int{highWord(x[i]) - 0x38100000 < 0x0fe00000}; };
   return (fits(0) & fits(count / 2) & fits(count - 1)) != 0;
 }
 
@@ -40,23 +44,25 @@ template <class F, uint32_t kept, Raises raises, class Lane>
 [[gnu::noinline]] nuvStatus inStages(const Float64* src, Float64* dst, int64_t len, Lane lane) {
   SeedChunk seeds;
   return stagedLoop<raises>(
-      src, dst, len, [&](const Float64* x, int64_t i) __attribute__((always_inline)) { return storeSeeds<kept>(x, seeds, i); },
-      [&](const Float64* p, int64_t i) __attribute__((always_inline)) {
+      src, dst, len, [&](const Float64* x, int64_t i) INLINED { return storeSeeds<kept>(x, seeds, i); },
+      [&](const Float64* p, int64_t i) INLINED {
         const Four x = load<Four>(p), y = seedsAt(x, seeds, i);
         return Begun<Four>{firstStep<F>(residualOf<F>(x, y)), y};
       },
-      [](const auto& begun) __attribute__((always_inline)) {
+      [](const auto& begun) INLINED {
         return Seeded<Four>{seriesIn<F>(begun.partial), begun.y};
       },
-      [](const auto& seeded, const Float64* p, int64_t) __attribute__((always_inline)) { return rootFrom<F>(seeded.series, load<Four>(p), seeded.y); }, lane);
+      [](const auto& seeded, const Float64* p, int64_t)
+          INLINED { return rootFrom<F>(seeded.series, load<Four>(p), seeded.y); },
+      lane);
 }
 
 template <class F, uint32_t kept, Raises raises, class Lane>
-[[gnu::always_inline]] inline nuvStatus rootLoop(const Float64* src, Float64* dst, int64_t len, Lane lane) {
+INLINE nuvStatus rootLoop(const Float64* src, Float64* dst, int64_t len, Lane lane) {
   if (len < shortestStretch) return inStages<F, kept, raises>(src, dst, len, lane);
   const bool overlap = dst < src + len && src < dst + len;
   const uint32_t before = readMxcsr(), cleared = before & ~underflowFlag;
-  const auto underflowed = []() __attribute__((always_inline)) { return (readMxcsr() & underflowFlag) != 0; };
+  const auto underflowed = []() INLINED { return (readMxcsr() & underflowFlag) != 0; };
   if (!mayTry(before)) return inStages<F, kept, raises>(src, dst, len, lane);
 
   if (before != cleared) writeMxcsr(cleared);
@@ -79,7 +85,8 @@ template <class F, uint32_t kept, Raises raises, class Lane>
     // The underflow may be this stretch's or an earlier one's.
     const int64_t first = !overlap && underflowed() ? sure : i;
     writeMxcsr(flags);
-    const nuvStatus last = inStages<F, kept, raises>(first == i ? from : src + first, dst + first, i + count - first, lane);
+    const nuvStatus last =
+        inStages<F, kept, raises>(first == i ? from : src + first, dst + first, i + count - first, lane);
     if (last != nuvStatusOk) status = last;
     flags = readMxcsr();
     sure = i + count;

@@ -1,7 +1,9 @@
-// The approximation of 1/sqrt(x) that square roots and their reciprocals begin with, for positive normal x, and what both have in common after it.
+// The approximation of 1/sqrt(x) that square roots and their reciprocals begin with, for positive
+// normal x, and what both have in common after it.
 //
-// x is u times an even power of 2 with u in [1, 4), cut to single precision. The processor's reciprocal square root of u, good to 1.5 * 2^-12, is cut to 20
-// fraction bits, which leaves the low word of the seed zero: its products with halves of x are exact.
+// x is u times an even power of 2 with u in [1, 4), cut to single precision. The processor's
+// reciprocal square root of u, good to 1.5 * 2^-12, is cut to 20 fraction bits, which leaves the
+// low word of the seed zero: its products with halves of x are exact.
 #pragma once
 #include "algebraic/staged_loop.h"
 
@@ -9,17 +11,19 @@ namespace qorvane {
 namespace {
 
 // Integer work on words wraps around.
-[[gnu::always_inline]] inline Words4 sum(Words4 a, Words4 b) {
+INLINE Words4 sum(Words4 a, Words4 b) {
   return reinterpret_cast<Words4>(_mm_add_epi32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
-[[gnu::always_inline]] inline Words4 difference(Words4 a, Words4 b) {
+INLINE Words4 difference(Words4 a, Words4 b) {
   return reinterpret_cast<Words4>(_mm_sub_epi32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
-[[gnu::always_inline]] inline Words4 words(uint32_t word) { return reinterpret_cast<Words4>(_mm_set1_epi32(static_cast<int>(word))); }
+INLINE Words4 words(uint32_t word) { return reinterpret_cast<Words4>(_mm_set1_epi32(static_cast<int>(word))); }
 
-// u of four elements: the lowest exponent bit and 23 fraction bits; an odd biased exponent belongs to [1, 2), an even one to [2, 4).
-[[gnu::always_inline]] inline __m128 reducedSingles(Lanes2 a, Lanes2 b) {
-  const Words4 fractions = packHighWords(reinterpret_cast<Lanes2>(bitsOf(a) << 11), reinterpret_cast<Lanes2>(bitsOf(b) << 11));
+// u of four elements: the lowest exponent bit and 23 fraction bits; an odd biased exponent belongs
+// to [1, 2), an even one to [2, 4).
+INLINE __m128 reducedSingles(Lanes2 a, Lanes2 b) {
+  const Words4 fractions =
+      packHighWords(reinterpret_cast<Lanes2>(bitsOf(a) << 11), reinterpret_cast<Lanes2>(bitsOf(b) << 11));
   return reinterpret_cast<__m128>(sum(fractions >> 8, words(0x40000000)));
 }
 
@@ -27,44 +31,49 @@ namespace {
 struct TwoPairs {
   Lanes2 a, b;
 };
-[[gnu::always_inline]] inline TwoPairs fromHighWords(Words4 words) {
+INLINE TwoPairs fromHighWords(Words4 words) {
   const __m128i zero = _mm_setzero_si128();
   return {reinterpret_cast<Lanes2>(_mm_unpacklo_epi32(zero, reinterpret_cast<__m128i>(words))),
           reinterpret_cast<Lanes2>(_mm_unpackhi_epi32(zero, reinterpret_cast<__m128i>(words)))};
 }
 
 // The seeds of four elements, with 20 fraction bits.
-[[gnu::always_inline]] inline TwoPairs rootSeeds(Lanes2 a, Lanes2 b) {
+INLINE TwoPairs rootSeeds(Lanes2 a, Lanes2 b) {
   const Words4 root = reinterpret_cast<Words4>(_mm_rsqrt_ps(reducedSingles(a, b)));
-  // The exponent of x, halved and negated; the constant also takes the bias of single precision off, and the cut fraction of x under it doesn't borrow.
+  // The exponent of x, halved and negated; the constant also takes the bias of single precision
+  // off, and the cut fraction of x under it doesn't borrow.
   const Words4 exponents = difference(words(0xb00fffff), packHighWords(a, b)) >> 1 & 0x7ff00000;
   return fromHighWords(sum(root >> 3, exponents));
 }
 
-// The seeds of a chunk's elements. storeSeeds makes those of the four elements at x, with the bits of `kept` in single precision, and gives the lanes that aren't
-// ordinary; seedsAt gives them back.
+// The seeds of a chunk's elements. storeSeeds makes those of the four elements at x, with the bits
+// of `kept` in single precision, and gives the lanes that aren't ordinary; seedsAt gives them back.
 #ifdef __AVX__
-// Here they are in two factors. With E = 16t + e for the biased exponent E, 1/sqrt(x) = 1/sqrt(2^(e - 29) * 1.m) * 2^(497 - 8t). The first is the processor's
-// estimate in single precision; it is the estimate of u but for a power of 2, since estimates repeat themselves, halved, at four times their argument. The second
-// comes from an estimate too: that of 2^(2t - 127), whose exponent field is 190 - t for any estimate within its bound, read as the high word of a double.
-// Elements with t = 0 aren't ordinary.
+// Here they are in two factors. With E = 16t + e for the biased exponent E, 1/sqrt(x) = 1/sqrt(2^(e
+// - 29) * 1.m) * 2^(497 - 8t). The first is the processor's estimate in single precision; it is the
+// estimate of u but for a power of 2, since estimates repeat themselves, halved, at four times
+// their argument. The second comes from an estimate too: that of 2^(2t - 127), whose exponent field
+// is 190 - t for any estimate within its bound, read as the high word of a double. Elements with t
+// = 0 aren't ordinary.
 struct SeedChunk {
   alignas(32) float roots[chunkSize];
 };
 template <uint32_t kept>
-[[gnu::always_inline]] inline Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
+INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
   const char* bytes = reinterpret_cast<const char*>(x);
-  const auto at = [&](int offset) __attribute__((always_inline)) { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
+  const auto at = [&](int offset) INLINED { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
   const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
-  __m128 root = _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
+  __m128 root =
+      _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
   if constexpr (kept != 0xffffffff) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
   _mm_store_ps(chunk.roots + i, root);
   // High words from 0x01000000 to 0x7fefffff are ordinary.
   return difference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), words(0x81000000)) > words(0xfeefffff);
 }
-[[gnu::always_inline]] inline Lanes4 seedsAt(Lanes4 x, const SeedChunk& chunk, int64_t i) {
+INLINE Lanes4 seedsAt(Lanes4 x, const SeedChunk& chunk, int64_t i) {
   const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
-  const Lanes4 scale = andBits<Lanes4>(_mm256_castps_pd(_mm256_rsqrt_ps(power)), broadcast<Lanes4>(fromBits(0x7f80000000000000)));
+  const Lanes4 scale =
+      andBits<Lanes4>(_mm256_castps_pd(_mm256_rsqrt_ps(power)), broadcast<Lanes4>(fromBits(0x7f80000000000000)));
   return Lanes4(_mm256_cvtps_pd(_mm_load_ps(chunk.roots + i))) * scale;
 }
 #else
@@ -72,7 +81,7 @@ struct SeedChunk {
   alignas(32) Float64 seeds[chunkSize];
 };
 template <uint32_t kept>
-[[gnu::always_inline]] inline Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
+INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
   static_assert(kept == 0xfffffff8);
   const Lanes2 a = load<Lanes2>(x), b = load<Lanes2>(x + 2);
   const TwoPairs seeds = rootSeeds(a, b);
@@ -81,11 +90,11 @@ template <uint32_t kept>
   // High words from 0x00100000 to 0x7fefffff are ordinary.
   return difference(packHighWords(a, b), words(0x80100000)) > words(0xffdfffff);
 }
-[[gnu::always_inline]] inline Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
+INLINE Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
 #endif
 constexpr uint32_t twentyBits = 0xfffffff8;
 
-[[gnu::always_inline]] inline Float64 rootSeed(Float64 x) { return rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)).a[0]; }
+INLINE Float64 rootSeed(Float64 x) { return rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)).a[0]; }
 
 constexpr Float64 subnormalScale = fromBits(0x4350000000000000);      // 2^54
 constexpr Float64 subnormalRootScale = fromBits(0x41a0000000000000);  // 2^27

@@ -1,4 +1,5 @@
-// What levels 1 to 3 of the square root and all levels of its reciprocal have in common: the series, and where they divide x.
+// What levels 1 to 3 of the square root and all levels of its reciprocal have in common: the
+// series, and where they divide x.
 #pragma once
 #include "algebraic/root_steps.h"
 
@@ -17,7 +18,7 @@ struct Series {
       fromBits(0xbfe0000000000000),  // -0.5
   };
   template <class V>
-  [[gnu::always_inline]] static V residual(Halves<V> terms) {
+  INLINE static V residual(Halves<V> terms) {
     return (terms.high - 1.0) + terms.low;
   }
 };

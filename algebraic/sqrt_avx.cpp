@@ -1,12 +1,15 @@
 // sqrt(x), level 5.
 //
-// Method: a seed y for 1/sqrt(x) from the processor's approximation, all of its bits, then sqrt(x) = x y (1 + e p(e)) with the residual e = 1 - x y^2 and a
-// polynomial fitted to its range, |e| < 2^-10. x stands in a part of 26 bits and a rest, so that the largest term of the sum is exact.
+// Method: a seed y for 1/sqrt(x) from the processor's approximation, all of its bits, then sqrt(x)
+// = x y (1 + e p(e)) with the residual e = 1 - x y^2 and a polynomial fitted to its range, |e| <
+// 2^-10. x stands in a part of 26 bits and a rest, so that the largest term of the sum is exact.
 //
-// Error: at most 0.530 ulp in round-to-nearest; the largest stand just below 2^(2k). Rounding mode, FTZ and DAZ are the caller's: with FTZ or DAZ the square of
-// the seed is lost from 2^1022 up and the result is wrong there, and under DAZ subnormal numbers are zeros and give themselves.
+// Error: at most 0.530 ulp in round-to-nearest; the largest stand just below 2^(2k). Rounding mode,
+// FTZ and DAZ are the caller's: with FTZ or DAZ the square of the seed is lost from 2^1022 up and
+// the result is wrong there, and under DAZ subnormal numbers are zeros and give themselves.
 //
-// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, with its flag.
+// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and
+// -Inf give the default NaN, and out of domain, with its flag.
 #include "algebraic/root_loop.h"
 #include "frame/kernel_frame.h"
 
@@ -24,7 +27,7 @@ struct Steps : RootSteps<0xfffffffff8000000> {
       fromBits(0x3fdffffffffffe71),  // p1 = 0.49999999999997785
   };
   template <class V>
-  [[gnu::always_inline]] static V residual(Halves<V> terms) {
+  INLINE static V residual(Halves<V> terms) {
     return (1.0 - terms.high) - terms.low;
   }
 };
@@ -32,7 +35,8 @@ struct Steps : RootSteps<0xfffffffff8000000> {
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLaneAvx(Float64 x, Float64* result) {
   const uint64_t b = toBits(x);
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if ((b & 0x7ff0000000000000) == 0x7ff0000000000000 && b != 0xfff0000000000000) return give(opaque(x) + opaque(x), nuvStatusOk);
+  if ((b & 0x7ff0000000000000) == 0x7ff0000000000000 && b != 0xfff0000000000000)
+    return give(opaque(x) + opaque(x), nuvStatusOk);
   if (b == 0xfff0000000000000) return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
   if (x == 0.0) return give(x, nuvStatusOk);
   if (b >> 63 != 0) return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
@@ -49,7 +53,8 @@ struct Steps : RootSteps<0xfffffffff8000000> {
   const Float64 v = fromBits((scaled & 0x000fffffffffffff) | 0x3ff0000000000000) * (odd ? 2.0 : 1.0);
   const Float64 s = sqrtSeedTable[(scaled >> 44 & 255) + 256u * static_cast<unsigned>(odd)];
 
-  // g goes to sqrt(v), h to 1 / (2 sqrt(v)). Then one more step with the exact residual v - g^2, g in halves.
+  // g goes to sqrt(v), h to 1 / (2 sqrt(v)). Then one more step with the exact residual v - g^2, g
+  // in halves.
   Float64 h = 0.5 * s, g = s * v;
   for (int i = 0; i < 3; ++i) {
     const Float64 r = 0.5 - g * h;
@@ -67,6 +72,8 @@ struct Steps : RootSteps<0xfffffffff8000000> {
 
 }  // namespace
 
-nuvStatus sqrtLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
+nuvStatus sqrtAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

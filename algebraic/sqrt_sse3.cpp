@@ -1,12 +1,15 @@
 // sqrt(x), levels 1 to 3.
 //
-// Method: a seed y of 20 fraction bits for 1/sqrt(x) from the processor's approximation, then sqrt(x) = x y (1 + p(e)) with the residual e = x y^2 - 1. x stands
-// in halves, so that the largest term of the sum and the large product of the residual are exact.
+// Method: a seed y of 20 fraction bits for 1/sqrt(x) from the processor's approximation, then
+// sqrt(x) = x y (1 + p(e)) with the residual e = x y^2 - 1. x stands in halves, so that the largest
+// term of the sum and the large product of the residual are exact.
 //
-// Error: at most 0.5006 ulp, 0.75 ulp for subnormal x. The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: at most 0.5006 ulp, 0.75 ulp for subnormal x. The kernel runs in round-to-nearest with
+// subnormals honoured, whatever the caller's mode.
 //
-// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain. None of them
-// leaves a flag but a signalling NaN, which raises invalid.
+// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and
+// -Inf give the default NaN, and out of domain. None of them leaves a flag but a signalling NaN,
+// which raises invalid.
 #include "algebraic/root_loop.h"
 #include "algebraic/root_series.h"
 #include "frame/kernel_frame.h"
@@ -24,8 +27,9 @@ struct Steps : RootSteps<withoutLowWord>, Series {};
   if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
   if (b >= 0x0010000000000000) return give(rootOf<Steps>(x, rootSeed(x)), nuvStatusOk);
 
-  // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The halves of x have fewer bits than those of a normal number, and
-  // the three terms are rounded to multiples of the same small unit: hence the larger error.
+  // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The
+  // halves of x have fewer bits than those of a normal number, and the three terms are rounded to
+  // multiples of the same small unit: hence the larger error.
   const Float64 scaled = x * subnormalScale;
   const Float64 y = rootSeed(scaled);
   return give(rootFrom<Steps>(seriesOf<Steps>(scaled, y), x, y) * subnormalRootScale, nuvStatusOk);
@@ -37,6 +41,8 @@ struct Steps : RootSteps<withoutLowWord>, Series {};
 
 }  // namespace
 
-nuvStatus sqrtLevels1To3(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus sqrtSse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

@@ -1,31 +1,32 @@
 // sqrt(x), level 4: the processor's square root.
 //
-// Error: correctly rounded. The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: correctly rounded. The kernel runs in round-to-nearest with subnormals honoured, whatever
+// the caller's mode.
 //
-// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and -Inf give the default NaN, and out of domain, without the
-// instruction's flag.
+// Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and
+// -Inf give the default NaN, and out of domain, without the instruction's flag.
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 
 namespace qorvane {
 namespace {
 
-[[gnu::always_inline]] inline Float64 core(Float64 x) { return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_set_sd(x), _mm_set_sd(x))); }
-[[gnu::always_inline]] inline Lanes2 core(Lanes2 x) { return _mm_sqrt_pd(x); }
+INLINE Float64 core(Float64 x) { return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_set_sd(x), _mm_set_sd(x))); }
+INLINE Lanes2 core(Lanes2 x) { return _mm_sqrt_pd(x); }
 template <int K>
-[[gnu::always_inline]] inline Pack<Lanes2, K> core(Pack<Lanes2, K> x) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return core(x.part[i]); });
+INLINE Pack<Lanes2, K> core(Pack<Lanes2, K> x) {
+  return makePack<K>([&](int i) INLINED { return core(x.part[i]); });
 }
 
 // The lanes that aren't positive normal numbers.
 template <class V>
-[[gnu::always_inline]] inline bool anyNotPositiveNormal(V x) {
-  const auto outside = [](auto words) __attribute__((always_inline)) { return (words < 0x00100000) | (words > 0x7fefffff); };
+INLINE bool anyNotPositiveNormal(V x) {
+  const auto outside = [](auto words) INLINED { return (words < 0x00100000) | (words > 0x7fefffff); };
   auto words = highWords(x);
   if constexpr (packSize<decltype(words)> == 0)
     return any(outside(words));
   else
-    return any(makePack<packSize<V> / 2>([&](int i) __attribute__((always_inline))->Words4 { return outside(words.part[i]); }));
+    return any(makePack<packSize<V> / 2>([&](int i) INLINED -> Words4 { return outside(words.part[i]); }));
 }
 
 [[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
@@ -38,12 +39,14 @@ template <class V>
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return guardedUnaryLoop<Pack<Lanes2, 4>, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) { return core(x); },
-      [](auto x) __attribute__((always_inline)) { return anyNotPositiveNormal(x); }, sqrtSpecialLane);
+      src, dst, len, [](auto x) INLINED { return core(x); }, [](auto x) INLINED { return anyNotPositiveNormal(x); },
+      sqrtSpecialLane);
 }
 
 }  // namespace
 
-nuvStatus sqrtLevel4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus sqrtSse41(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

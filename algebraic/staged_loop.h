@@ -1,5 +1,6 @@
-// The loop of the roots, in two stages over chunks that stay in the first-level cache: integer work first, its results in a table of the chunk, arithmetic after.
-// Either stage alone is short enough for the processor to overlap many of its turns, which the whole chain of an element is not.
+// The loop of the roots, in two stages over chunks that stay in the first-level cache: integer work
+// first, its results in a table of the chunk, arithmetic after. Either stage alone is short enough
+// for the processor to overlap many of its turns, which the whole chain of an element is not.
 #pragma once
 #include "frame/loops.h"
 
@@ -15,12 +16,13 @@ using Four = Lanes4;
 using Four = Pack<Lanes2, 2>;
 #endif
 
-// first(x, i) does the first stage of the four elements at x, the i-th and following of the chunk, without an operation that raises flags, and returns a mask of
-// those that lane(x, y) -> status must serve. finish(middle(begin(x, i)), x, i) gives the results of four ordinary ones; these three run for three successive
-// fours at a time.
+// first(x, i) does the first stage of the four elements at x, the i-th and following of the chunk,
+// without an operation that raises flags, and returns a mask of those that lane(x, y) -> status
+// must serve. finish(middle(begin(x, i)), x, i) gives the results of four ordinary ones; these
+// three run for three successive fours at a time.
 template <Raises raises, class First, class Begin, class Middle, class Finish, class Lane>
-[[gnu::always_inline]] inline nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First first, Begin begin, Middle middle, Finish finish,
-                                                   Lane lane) {
+INLINE nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First first, Begin begin, Middle middle,
+                            Finish finish, Lane lane) {
   nuvStatus status = nuvStatusOk;
   if (len < 3) return eachLane<raises>(src, dst, len, status, lane);
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {

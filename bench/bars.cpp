@@ -1,4 +1,5 @@
-// The bars that the library sets itself: a time over another one of the same run. They inform; noise on a shared machine fails no build.
+// The bars that the library sets itself: a time over another one of the same run. They inform;
+// noise on a shared machine fails no build.
 #include <cstdio>
 
 #include "bench/measurements.h"
@@ -86,8 +87,9 @@ void printBars(const Measurements& measurements) {
               theirs = {bar.other ? bar.other : bar.ours.stem, bar.other ? bar.otherLabel : bar.ours.label, bar.n};
     const double time = measurements.at(ours, bar.ours.contestant), peer = measurements.at(theirs, bar.peer);
     if (time == 0 || peer == 0) continue;
-    std::printf("  %-10s %-10s %-8s n = %-6d / %-13s %-7s %6.3f, at most %.2f  %s\n", bar.ours.stem, bar.ours.label, bar.ours.contestant, bar.n, bar.peer,
-                bar.other ? bar.other : "", time / peer, bar.most, time / peer <= bar.most ? "met" : "MISSED");
+    std::printf("  %-10s %-10s %-8s n = %-6d / %-13s %-7s %6.3f, at most %.2f  %s\n", bar.ours.stem, bar.ours.label,
+                bar.ours.contestant, bar.n, bar.peer, bar.other ? bar.other : "", time / peer, bar.most,
+                time / peer <= bar.most ? "met" : "MISSED");
   }
 }
 

@@ -1,5 +1,6 @@
-// qorvane-bench: every served function at every level that the processor has, on Google Benchmark. The names are <function>/level<L>/<n>; the counter "element"
-// is the time an element. For comparisons with other libraries see qorvane-compare, which measures all of them in turns.
+// qorvane-bench: every served function at every level that the processor has, on Google Benchmark.
+// The names are <function>/level<L>/<n>; the counter "element" is the time an element. For
+// comparisons with other libraries see qorvane-compare, which measures all of them in turns.
 #include <benchmark/benchmark.h>
 
 #include <map>
@@ -23,10 +24,11 @@ void registerAll() {
         DispatchLevel = level;
         const Work work = arrays->first(static_cast<int>(state.range(0)));
         while (state.KeepRunningBatch(100)) function->repeat(work, 100);
-        state.counters["element"] =
-            benchmark::Counter(static_cast<double>(work.n), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+        state.counters["element"] = benchmark::Counter(
+            static_cast<double>(work.n), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
       };
-      benchmark::internal::Benchmark* entry = benchmark::RegisterBenchmark((name + "/level" + std::to_string(level)).c_str(), run);
+      benchmark::internal::Benchmark* entry =
+          benchmark::RegisterBenchmark((name + "/level" + std::to_string(level)).c_str(), run);
       for (int n : lengths) entry->Arg(n);
     }
   }

@@ -1,4 +1,5 @@
-// qorvane-compare: the library against its peers in one run. Prints the times, and the ratios that the library sets itself as bars.
+// qorvane-compare: the library against its peers in one run. Prints the times, and the ratios that
+// the library sets itself as bars.
 //   qorvane-compare [--functions exp,ln,...] [--rounds N] [--write SOURCE-TREE]
 // --write renews the table in docs/performance.md and the charts beside it.
 #include <cstdio>

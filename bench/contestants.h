@@ -1,10 +1,14 @@
-// What the speed programs run: a contestant is one way to evaluate a function over arrays, the library's own at a level or a peer's.
+// What the speed programs run: a contestant is one way to evaluate a function over arrays, the
+// library's own at a level or a peer's.
 #pragma once
 #include <cstdint>
 
+#include "frame/bits.h"
+
 namespace qorvane::bench {
 
-// The arguments and results of one call, whatever the function's shape: it takes what it needs of them.
+// The arguments and results of one call, whatever the function's shape: it takes what it needs of
+// them.
 struct Work {
   const double* a;
   const double* b;
@@ -26,13 +30,15 @@ struct Team {
   int count;
 };
 
-// The library's functions, one entry a row of frame/functions.inc; they run at whatever DispatchLevel says.
+// The library's functions, one entry a row of frame/functions.inc; they run at whatever
+// DispatchLevel says.
 extern const Team library;
-// The C library's function in a scalar loop, SLEEF's function of 1.0 ulp (or the exact one, where that is all there is) in a vector loop, and the loop over the
-// bare instruction that does the same work.
+// The C library's function in a scalar loop, SLEEF's function of 1.0 ulp (or the exact one, where
+// that is all there is) in a vector loop, and the loop over the bare instruction that does the same
+// work.
 extern const Team cLibrary, sleefSse4, sleefAvx, sleefAvx2, sleefAvx512, bareAvx;
 
 // Nothing that was stored in the arrays may be left out, nor any call be merged with the next.
-[[gnu::always_inline]] static inline void keep() { asm volatile("" : : : "memory"); }
+INLINE static void keep() { asm volatile("" : : : "memory"); }
 
 }  // namespace qorvane::bench

@@ -5,10 +5,10 @@
 namespace qorvane::bench {
 namespace {
 
-[[maybe_unused]] nuvStatus call(RealUnaryKernel* f, const Work& w) { return f(w.a, w.out, w.n); }
-[[maybe_unused]] nuvStatus call(RealBinaryKernel* f, const Work& w) { return f(w.a, w.b, w.out, w.n); }
-[[maybe_unused]] nuvStatus call(RealSplitKernel* f, const Work& w) { return f(w.a, w.out, w.outB, w.n); }
-[[maybe_unused]] nuvStatus call(RealScalarKernel* f, const Work& w) { return f(w.a, w.value, w.out, w.n); }
+[[maybe_unused]] nuvStatus call(shapes::realUnary* f, const Work& w) { return f(w.a, w.out, w.n); }
+[[maybe_unused]] nuvStatus call(shapes::realBinary* f, const Work& w) { return f(w.a, w.b, w.out, w.n); }
+[[maybe_unused]] nuvStatus call(shapes::realSplit* f, const Work& w) { return f(w.a, w.out, w.outB, w.n); }
+[[maybe_unused]] nuvStatus call(shapes::realScalar* f, const Work& w) { return f(w.a, w.value, w.out, w.n); }
 
 template <auto f>
 void repeat(const Work& work, int64_t times) {

@@ -1,5 +1,6 @@
-// The contestants of a row run in turns, a slice at a time, for many rounds; what counts is each one's best slice. Other work on the machine can only make a
-// slice longer, and the turns give every contestant the same share of the quiet moments.
+// The contestants of a row run in turns, a slice at a time, for many rounds; what counts is each
+// one's best slice. Other work on the machine can only make a slice longer, and the turns give
+// every contestant the same share of the quiet moments.
 #include <unistd.h>
 #include <algorithm>
 #include <chrono>
@@ -47,7 +48,9 @@ void measureRow(std::vector<Runner>& runners, const Work& work, int rounds, doub
     runner.times = 1;
     runner.best = 1e9;
     for (double taken; (taken = runner.slice(work)) < slice;)
-      runner.times = std::max(runner.times + 1, static_cast<int64_t>(static_cast<double>(runner.times) * std::min(10.0, 1.1 * slice / std::max(taken, 1e-9))));
+      runner.times =
+          std::max(runner.times + 1, static_cast<int64_t>(static_cast<double>(runner.times) *
+                                                          std::min(10.0, 1.1 * slice / std::max(taken, 1e-9))));
     runner.best = 1e9;
   }
   for (int round = 0; round < rounds; ++round)
@@ -75,7 +78,8 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
   for (const Workload& workload : workloads())
     if (only.empty() || std::find(only.begin(), only.end(), workload.stem) != only.end()) chosen.push_back(workload);
 
-  // In several sweeps over all the rows, because the machine may be busy for longer than a row takes.
+  // In several sweeps over all the rows, because the machine may be busy for longer than a row
+  // takes.
   constexpr int sweeps = 10;
   const double start = seconds();
   double lastWord = start;
@@ -83,9 +87,11 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
     for (const Workload& workload : chosen) {
       const Arrays arrays(workload);
       std::vector<Runner> runners;
-      for (int level = 1; level <= highest; ++level) runners.push_back({"level " + std::to_string(level), level, find(library, workload.stem)});
+      for (int level = 1; level <= highest; ++level)
+        runners.push_back({"level " + std::to_string(level), level, find(library, workload.stem)});
       for (const Team* team : teams)
-        if (const Contestant* peer = find(*team, workload.stem); peer && team->runsHere()) runners.push_back({team->name, 0, peer});
+        if (const Contestant* peer = find(*team, workload.stem); peer && team->runsHere())
+          runners.push_back({team->name, 0, peer});
       for (int n : lengths) {
         measureRow(runners, arrays.first(n), (effort.rounds + sweeps - 1) / sweeps, effort.slice);
         const Row row = {workload.stem, workload.label, n};
@@ -97,7 +103,8 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
           if (!isNew) cell->second = std::min(cell->second, time);
         }
         if (const double now = seconds(); now - lastWord > 1) {
-          std::fprintf(stderr, "\r\033[Ksweep %d of %d: %s %s, n = %d; %.0f s", sweep + 1, sweeps, workload.stem, workload.label, n, now - start);
+          std::fprintf(stderr, "\r\033[Ksweep %d of %d: %s %s, n = %d; %.0f s", sweep + 1, sweeps, workload.stem,
+                       workload.label, n, now - start);
           lastWord = now;
         }
       }

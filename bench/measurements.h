@@ -16,8 +16,8 @@ struct Row {
 };
 
 struct Measurements {
-  std::vector<std::string> contestants;                      // in the order of the columns: level 1, ..., C library, ...
-  std::vector<Row> rows;                                     // in the order in which they were measured
+  std::vector<std::string> contestants;  // in the order of the columns: level 1, ..., C library, ...
+  std::vector<Row> rows;                 // in the order in which they were measured
   std::map<Row, std::map<std::string, double>> nanoseconds;  // an element
   double clock = 0;                                          // of the core during the run, GHz
 
@@ -30,13 +30,15 @@ struct Effort {
   double slice = 50e-6;  // seconds that a contestant runs at a time
 };
 
-// Measures the workloads whose stem is in `only`, or all if it is empty. Says on stderr how far it is.
+// Measures the workloads whose stem is in `only`, or all if it is empty. Says on stderr how far it
+// is.
 Measurements measureAll(const std::vector<std::string>& only, const Effort& effort);
 
 // What the run tells, on stdout: the table, then each bar with its measured ratio.
 void printTable(const Measurements& measurements);
 void printBars(const Measurements& measurements);
-// Rewrites the table in docs/performance.md and the charts docs/performance.png and .svg in the given source tree.
+// Rewrites the table in docs/performance.md and the charts docs/performance.png and .svg in the
+// given source tree.
 bool writeDocuments(const Measurements& measurements, const std::string& sourceTree);
 
 }  // namespace qorvane::bench

@@ -1,5 +1,6 @@
-// The loop of a peer: f over whole vectors V, then once more over a padded copy of what remains. V is double for a scalar loop. Everything has internal
-// linkage, for the sources that include it are compiled for different instruction sets.
+// The loop of a peer: f over whole vectors V, then once more over a padded copy of what remains. V
+// is double for a scalar loop. Everything has internal linkage, for the sources that include it are
+// compiled for different instruction sets.
 #pragma once
 #include "bench/contestants.h"
 
@@ -12,17 +13,17 @@ struct Two {
 };
 
 template <class V>
-[[gnu::always_inline]] inline V get(const double* p) {
+INLINE V get(const double* p) {
   V v;
   __builtin_memcpy(&v, p, sizeof v);
   return v;
 }
 template <class V>
-[[gnu::always_inline]] inline void put(double* out, double*, V v) {
+INLINE void put(double* out, double*, V v) {
   __builtin_memcpy(out, &v, sizeof v);
 }
 template <class V>
-[[gnu::always_inline]] inline void put(double* out, double* outB, Two<V> v) {
+INLINE void put(double* out, double* outB, Two<V> v) {
   __builtin_memcpy(out, &v.first, sizeof v.first);
   __builtin_memcpy(outB, &v.second, sizeof v.second);
 }

@@ -1,4 +1,5 @@
-// Loops over the bare instruction that does a function's work: load, vdivpd (or vsqrtpd, vroundpd, ...), store.
+// Loops over the bare instruction that does a function's work: load, vdivpd (or vsqrtpd, vroundpd,
+// ...), store.
 #include <immintrin.h>
 
 #include "bench/peer_loops.h"
@@ -26,6 +27,7 @@ constexpr Contestant contestants[] = {
 
 }  // namespace
 
-const Team bareAvx = {"bare AVX", [] { return __builtin_cpu_supports("avx") != 0; }, contestants, sizeof contestants / sizeof contestants[0]};
+const Team bareAvx = {"bare AVX", [] { return __builtin_cpu_supports("avx") != 0; }, contestants,
+                      sizeof contestants / sizeof contestants[0]};
 
 }  // namespace qorvane::bench

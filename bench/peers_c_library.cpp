@@ -1,4 +1,5 @@
-// The C library's functions, one call an element. Compiled with -fno-builtin, so that it is a call even where the compiler knows an instruction for it.
+// The C library's functions, one call an element. Compiled with -fno-builtin, so that it is a call
+// even where the compiler knows an instruction for it.
 #include <math.h>
 
 #include "bench/peer_loops.h"

@@ -13,6 +13,7 @@ using V [[gnu::vector_size(32)]] = double;
 
 }  // namespace
 
-const Team sleefAvx2 = {"SLEEF AVX2", [] { return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"); }, contestants, contestantCount};
+const Team sleefAvx2 = {"SLEEF AVX2", [] { return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"); },
+                        contestants, contestantCount};
 
 }  // namespace qorvane::bench

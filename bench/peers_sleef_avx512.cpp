@@ -13,6 +13,7 @@ using V [[gnu::vector_size(64)]] = double;
 
 }  // namespace
 
-const Team sleefAvx512 = {"SLEEF AVX-512", [] { return __builtin_cpu_supports("avx512f") != 0; }, contestants, contestantCount};
+const Team sleefAvx512 = {"SLEEF AVX-512", [] { return __builtin_cpu_supports("avx512f") != 0; }, contestants,
+                          contestantCount};
 
 }  // namespace qorvane::bench

@@ -13,6 +13,7 @@ using V [[gnu::vector_size(16)]] = double;
 
 }  // namespace
 
-const Team sleefSse4 = {"SLEEF SSE4", [] { return __builtin_cpu_supports("sse4.1") != 0; }, contestants, contestantCount};
+const Team sleefSse4 = {"SLEEF SSE4", [] { return __builtin_cpu_supports("sse4.1") != 0; }, contestants,
+                        contestantCount};
 
 }  // namespace qorvane::bench

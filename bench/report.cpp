@@ -1,4 +1,5 @@
-// What a comparison leaves behind: the table on stdout, and in docs/ the same in Markdown and as a bar chart.
+// What a comparison leaves behind: the table on stdout, and in docs/ the same in Markdown and as a
+// bar chart.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -75,7 +76,8 @@ bool writeChart(const Measurements& m, const std::string& sourceTree) {
   out << '\n';
   if (!out.flush().good()) return false;
   out.close();
-  const std::string command = "cd '" + sourceTree + "/docs' && gnuplot -e last=" + std::to_string(shown.size() + 1) + " ../bench/speed_chart.gnuplot";
+  const std::string command = "cd '" + sourceTree + "/docs' && gnuplot -e last=" + std::to_string(shown.size() + 1) +
+                              " ../bench/speed_chart.gnuplot";
   const bool drawn = std::system(command.c_str()) == 0;
   std::remove(data.c_str());
   return drawn;

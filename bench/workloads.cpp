@@ -10,7 +10,8 @@ namespace {
 
 constexpr Workload::Range unused = {1, 1, false}, positive = {1e-10, 1e10, true}, moderate = {-1e6, 1e6, false};
 
-// Ranges without slow cases, as a caller would have them. A function that isn't here gets (0.25, 0.75).
+// Ranges without slow cases, as a caller would have them. A function that isn't here gets (0.25,
+// 0.75).
 constexpr Workload everyday[] = {
     {"exp", "", {-700, 700, false}, unused},
     {"ln", "", positive, unused},
@@ -46,7 +47,8 @@ void fill(double* values, const Workload::Range& range, uint64_t seed) {
   std::mt19937_64 random(seed);
   for (int i = 0; i < longest; ++i) {
     const double share = std::ldexp(static_cast<double>(random() >> 11), -53);
-    values[i] = range.logarithmic ? range.low * std::pow(range.high / range.low, share) : range.low + share * (range.high - range.low);
+    values[i] = range.logarithmic ? range.low * std::pow(range.high / range.low, share)
+                                  : range.low + share * (range.high - range.low);
   }
 }
 

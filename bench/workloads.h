@@ -18,13 +18,15 @@ struct Workload {
   } a, b;
 };
 
-// The everyday workloads of the served functions in the order of frame/functions.inc, then the special ones.
+// The everyday workloads of the served functions in the order of frame/functions.inc, then the
+// special ones.
 const std::vector<Workload>& workloads();
 
 constexpr int lengths[] = {1, 8, 100, 1000, 100000};
 constexpr int longest = 100000;
 
-// The arrays of a workload; the same for every run. They begin at a cache line each, at different places of a page.
+// The arrays of a workload; the same for every run. They begin at a cache line each, at different
+// places of a page.
 class Arrays {
  public:
   explicit Arrays(const Workload& workload);

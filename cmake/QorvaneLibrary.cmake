@@ -16,7 +16,7 @@ endif()
 add_library(Tarnwell::Qorvane ALIAS qorvane)
 set_target_properties(qorvane PROPERTIES OUTPUT_NAME Tarnwell.Qorvane EXPORT_NAME Qorvane VERSION ${PROJECT_VERSION} SOVERSION 1
                       LINK_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/qorvane.map)
-target_include_directories(qorvane INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_include_directories(qorvane INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(qorvane PRIVATE $<BUILD_INTERFACE:${OpenMP_CXX_LIBRARIES}>)
 
 include(CMakePackageConfigHelpers)
@@ -28,7 +28,7 @@ file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qorvane.pc.in qorvane.pc @ONLY)
 
 install(TARGETS qorvane EXPORT Qorvane LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES frame/qorvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES frame/include/qorvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT Qorvane NAMESPACE Tarnwell:: FILE QorvaneTargets.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)

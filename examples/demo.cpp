@@ -1,5 +1,7 @@
-// The demonstration: evaluates every served function through the shared library on real data, and on a long array of arguments from the same range, and shows the
-// status, the time beside the C library's scalar function in the same run, and the largest error against extended precision. demo.sh builds and runs it.
+// The demonstration: evaluates every served function through the shared library on real data, and
+// on a long array of arguments from the same range, and shows the status, the time beside the C
+// library's scalar function in the same run, and the largest error against extended precision.
+// demo.sh builds and runs it.
 //   demo DATA-FOLDER
 #include <algorithm>
 #include <chrono>
@@ -13,14 +15,15 @@
 #include <string>
 #include <vector>
 
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace {
 
 using Column = std::vector<double>;
 constexpr int longLength = 100000;
 
-// A CSV file's columns by name: lines with # are comments, the first other line has the names, the first column is text.
+// A CSV file's columns by name: lines with # are comments, the first other line has the names, the
+// first column is text.
 struct Table {
   std::vector<std::string> labels;
   std::map<std::string, Column> columns;
@@ -53,7 +56,8 @@ struct Job {
   Column out, outB;
 };
 
-// A served function, made from the table of functions; the first half of the elements goes through the plain export, the second through its twin.
+// A served function, made from the table of functions; the first half of the elements goes through
+// the plain export, the second through its twin.
 using Unary = nuvStatus (*)(const Float64*, Float64*, int32_t);
 using UnaryIdx = nuvStatus (*)(const Float64*, int32_t, Float64*, int32_t, int32_t);
 using Binary = nuvStatus (*)(const Float64*, const Float64*, Float64*, int32_t);
@@ -66,11 +70,17 @@ using ScalarIdx = nuvStatus (*)(const Float64*, int32_t, Float64, Float64*, int3
 nuvStatus call(Unary f, Job& j, int n) { return f(j.a.data(), j.out.data(), n); }
 nuvStatus call(UnaryIdx f, Job& j, int from, int n) { return f(j.a.data(), from, j.out.data(), from, n); }
 [[maybe_unused]] nuvStatus call(Binary f, Job& j, int n) { return f(j.a.data(), j.b.data(), j.out.data(), n); }
-[[maybe_unused]] nuvStatus call(BinaryIdx f, Job& j, int from, int n) { return f(j.a.data(), from, j.b.data(), from, j.out.data(), from, n); }
+[[maybe_unused]] nuvStatus call(BinaryIdx f, Job& j, int from, int n) {
+  return f(j.a.data(), from, j.b.data(), from, j.out.data(), from, n);
+}
 [[maybe_unused]] nuvStatus call(Split f, Job& j, int n) { return f(j.a.data(), j.out.data(), j.outB.data(), n); }
-[[maybe_unused]] nuvStatus call(SplitIdx f, Job& j, int from, int n) { return f(j.a.data(), from, j.out.data(), from, j.outB.data(), from, n); }
+[[maybe_unused]] nuvStatus call(SplitIdx f, Job& j, int from, int n) {
+  return f(j.a.data(), from, j.out.data(), from, j.outB.data(), from, n);
+}
 [[maybe_unused]] nuvStatus call(Scalar f, Job& j, int n) { return f(j.a.data(), j.value, j.out.data(), n); }
-[[maybe_unused]] nuvStatus call(ScalarIdx f, Job& j, int from, int n) { return f(j.a.data(), from, j.value, j.out.data(), from, n); }
+[[maybe_unused]] nuvStatus call(ScalarIdx f, Job& j, int from, int n) {
+  return f(j.a.data(), from, j.value, j.out.data(), from, n);
+}
 
 template <auto plain, auto twin>
 nuvStatus run(Job& job) {
@@ -88,7 +98,8 @@ constexpr Served served[] = {
 #include "frame/functions.inc"
 };
 
-// What is computed with a function, and the function itself in the C library's double and long double.
+// What is computed with a function, and the function itself in the C library's double and long
+// double.
 template <class T>
 using Results = std::pair<T, T>;
 struct Use {
@@ -121,16 +132,19 @@ T fraction(T x) {
 }
 
 std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& planets) {
-  const Column &elevation = cities.columns.at("elevation"), &latitude = cities.columns.at("latitude"), &parallax = stars.columns.at("parallax"),
-               &magnitude = stars.columns.at("magnitude"), &axis = planets.columns.at("axis"), &period = planets.columns.at("period");
+  const Column &elevation = cities.columns.at("elevation"), &latitude = cities.columns.at("latitude"),
+               &parallax = stars.columns.at("parallax"), &magnitude = stars.columns.at("magnitude"),
+               &axis = planets.columns.at("axis"), &period = planets.columns.at("period");
   const auto only = [](Column a) { return [a] { return Job{a, Column(a.size(), 1.0), 1, {}, {}}; }; };
-  const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }), years = map(period, [](double x) { return x / 365.25; });
+  const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }),
+               years = map(period, [](double x) { return x / 365.25; });
   const auto *c = &cities.labels, *s = &stars.labels, *p = &planets.labels;
   return {
-      {"exp", "air pressure over that at sea level, from the elevation", only(map(elevation, [](double h) { return -h / 8434; })), FORMULA(exp(a), 0), c},
+      {"exp", "air pressure over that at sea level, from the elevation",
+       only(map(elevation, [](double h) { return -h / 8434; })), FORMULA(exp(a), 0), c},
       {"ln", "logarithm of the parallax", only(parallax), FORMULA(log(a), 0), s},
-      {"log10", "distance modulus over 5, log10 of the distance in units of 10 pc", only(map(parallax, [](double x) { return 100 / x; })), FORMULA(log10(a), 0),
-       s},
+      {"log10", "distance modulus over 5, log10 of the distance in units of 10 pc",
+       only(map(parallax, [](double x) { return 100 / x; })), FORMULA(log10(a), 0), s},
       {"pow", "brightness over that of magnitude 0, 10^(-0.4 m)",
        [=] {
          return Job{Column(magnitude.size(), 10.0), map(magnitude, [](double m) { return -0.4 * m; }), 1, {}, {}};
@@ -149,7 +163,8 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
        FORMULA(a / b, 0), p},
       {"sqrt", "square root of the axis", only(axis), FORMULA(sqrt(a), 0), p},
       {"invSqrt", "orbital speed over the Earth's, 1 / sqrt(axis)", only(axis), FORMULA(1 / sqrt(a), 0), p},
-      {"cbrt", "axis from the period in years, cbrt(T^2)", only(map(years, [](double t) { return t * t; })), FORMULA(cbrt(a), 0), p},
+      {"cbrt", "axis from the period in years, cbrt(T^2)", only(map(years, [](double t) { return t * t; })),
+       FORMULA(cbrt(a), 0), p},
       {"invCbrt", "1 / cbrt(T^2)", only(map(years, [](double t) { return t * t; })), FORMULA(1 / cbrt(a), 0), p},
       {"sin", "height of the celestial pole, its sine", only(radians), FORMULA(sin(a), 0), c},
       {"cos", "radius of the parallel over the equator's", only(radians), FORMULA(cos(a), 0), c},
@@ -186,7 +201,8 @@ double time(int n, F f) {
   for (int turn = 0; turn < 15; ++turn) {
     const auto start = std::chrono::steady_clock::now();
     f();
-    best = std::min(best, std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() / n);
+    best =
+        std::min(best, std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() / n);
   }
   return best;
 }
@@ -214,14 +230,18 @@ Column spread(const Column& data, uint64_t seed) {
 
 int main(int count, char** arguments) {
   const std::string folder = count > 1 ? arguments[1] : "examples/data";
-  const Table cities = readTable(folder + "/cities.csv"), stars = readTable(folder + "/stars.csv"), planets = readTable(folder + "/planets.csv");
+  const Table cities = readTable(folder + "/cities.csv"), stars = readTable(folder + "/stars.csv"),
+              planets = readTable(folder + "/planets.csv");
   const std::vector<Use> uses = usesOf(cities, stars, planets);
-  std::printf("Real data: %zu cities, %zu stars, %zu planets; the long array has %d elements from the range of the data\n\n", cities.labels.size(),
-              stars.labels.size(), planets.labels.size(), longLength);
-  std::printf("%-22s %5s %6s %11s %11s %9s %9s   %s\n", "function", "level", "status", "ns/element", "C library", "ratio", "max ulp", "on the data");
+  std::printf(
+      "Real data: %zu cities, %zu stars, %zu planets; the long array has %d elements from the range of the data\n\n",
+      cities.labels.size(), stars.labels.size(), planets.labels.size(), longLength);
+  std::printf("%-22s %5s %6s %11s %11s %9s %9s   %s\n", "function", "level", "status", "ns/element", "C library",
+              "ratio", "max ulp", "on the data");
   bool good = true;
   for (const Served& function : served) {
-    const auto use = std::find_if(uses.begin(), uses.end(), [&](const Use& u) { return std::string(u.stem) == function.stem; });
+    const auto use =
+        std::find_if(uses.begin(), uses.end(), [&](const Use& u) { return std::string(u.stem) == function.stem; });
     if (use == uses.end()) {
       std::printf("%-22s (no data for it here)\n", function.name);
       continue;
@@ -243,8 +263,8 @@ int main(int count, char** arguments) {
       }
     });
     const size_t shown = data.a.size() - 1;
-    std::printf("%-22s %5d %6d %11.2f %11.2f %9.3f %9.3f   %s: %s %.6g\n", function.name, level(), status, ours, theirs, ours / theirs, error, use->question,
-                (*use->labels)[shown].c_str(), data.out[shown]);
+    std::printf("%-22s %5d %6d %11.2f %11.2f %9.3f %9.3f   %s: %s %.6g\n", function.name, level(), status, ours, theirs,
+                ours / theirs, error, use->question, (*use->labels)[shown].c_str(), data.out[shown]);
     std::fflush(stdout);
     good = good && status == nuvStatusOk && error < 1;
   }

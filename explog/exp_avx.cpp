@@ -1,13 +1,15 @@
 // exp(x), level 5.
 //
-// Method: 64x / ln 2 = k + rest with the integer k = 64m + j, so that exp(x) = 2^m * 2^(j/64) * exp(r) with |r| <= ln 2 / 128. exp(r) - 1 is a polynomial of
-// degree 5, 2^(j/64) comes from a table as high + low, m is added to the exponent field.
+// Method: 64x / ln 2 = k + rest with the integer k = 64m + j, so that exp(x) = 2^m * 2^(j/64) *
+// exp(r) with |r| <= ln 2 / 128. exp(r) - 1 is a polynomial of degree 5, 2^(j/64) comes from a
+// table as high + low, m is added to the exponent field.
 //
-// Error: at most 0.528 ulp for normal results, 0.51 ulp for subnormal ones (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and
-// DAZ are the caller's.
+// Error: at most 0.528 ulp for normal results, 0.51 ulp for subnormal ones (docs/accuracy.md has
+// the arguments), in round-to-nearest; rounding mode, FTZ and DAZ are the caller's.
 //
-// Special values: NaN gives the NaN, +Inf +Inf, -Inf +0; above 709.78271289338397 +Inf and overflow; below -708.39641853226408 a subnormal result or +0, and
-// underflow. Statuses raise their flags.
+// Special values: NaN gives the NaN, +Inf +Inf, -Inf +0; above 709.78271289338397 +Inf and
+// overflow; below -708.39641853226408 a subnormal result or +0, and underflow. Statuses raise their
+// flags.
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 
@@ -30,20 +32,21 @@ constexpr Float64 c2 = fromBits(0x3fdfffffffffdb3b);  // 0.49999999999947747
 // |x| from 708.39599609375 up, infinities and NaNs: the results there may leave the normal range.
 constexpr int flaggedHighWord = 0x4086232b;
 
-constexpr Float64 keyShifter = fromBits(0x4318000000000000 + 4 * 1023 * 64);  // 1.5 * 2^50 + 1023 * 64; a unit is worth 4 in the pattern
+constexpr Float64 keyShifter =
+    fromBits(0x4318000000000000 + 4 * 1023 * 64);  // 1.5 * 2^50 + 1023 * 64; a unit is worth 4 in the pattern
 
 // The reduction: k as s - shifter, and r.
 template <class V>
-[[gnu::always_inline]] inline V shiftedOf(V x) {
+INLINE V shiftedOf(V x) {
   return (x * invLn2By64) + shifter;
 }
 template <class V>
-[[gnu::always_inline]] inline V remainder(V x, V k) {
+INLINE V remainder(V x, V k) {
   return (x - (k * ln2By64Hi)) - (k * ln2By64Lo);
 }
 
 template <class V>
-[[gnu::always_inline]] inline V core(V x) {
+INLINE V core(V x) {
   const V s = shiftedOf(x), r = remainder(x, s - shifter);
   const auto n = lowWords(s);
   const auto row = twoColumns<V>(expTableNearest, (n & 63) << 4);
@@ -57,15 +60,19 @@ template <class V>
 Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 52); }
 
 [[gnu::noinline, gnu::cold]] nuvStatus expSpecialLane(Float64 x, Float64* result) {
-  // The polynomial is of one degree more than the fast path's: 1 + r + r^2 * (p2 + p3 r + ... + p6 r^4).
+  // The polynomial is of one degree more than the fast path's: 1 + r + r^2 * (p2 + p3 r + ... + p6
+  // r^4).
   constexpr Float64 p6 = fromBits(0x3f56c16a1c2a3ffd);  // 0.0013888870459233254
   constexpr Float64 p5 = fromBits(0x3f8111123aaf20d3);  // 0.0083333419951404971
   constexpr Float64 p4 = fromBits(0x3fa5555555558fcc);  // 0.041666666666770519
   constexpr Float64 p3 = fromBits(0x3fc55555555548f8);  // 0.16666666666657881
   constexpr Float64 p2 = 0.5;
-  constexpr Float64 largestFinite = fromBits(0x40862e42fefa39ef);    // 709.78271289338397: the largest x with a finite result
-  constexpr Float64 smallestNonZero = fromBits(0xc0874910d52d3051);  // -745.13321910194111: the smallest x with a result above +0
-  constexpr Float64 smallestNormal = fromBits(0xc086232bdd7abcd2);   // -708.39641853226408: the smallest x with a normal result
+  constexpr Float64 largestFinite =
+      fromBits(0x40862e42fefa39ef);  // 709.78271289338397: the largest x with a finite result
+  constexpr Float64 smallestNonZero =
+      fromBits(0xc0874910d52d3051);  // -745.13321910194111: the smallest x with a result above +0
+  constexpr Float64 smallestNormal =
+      fromBits(0xc086232bdd7abcd2);  // -708.39641853226408: the smallest x with a normal result
   constexpr Float64 largest = fromBits(0x7fefffffffffffff), aboveSmallest = fromBits(0x0010000000000001);
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
 
@@ -84,8 +91,9 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
     return give(v * powerOfTwo(m + 0x3ff), nuvStatusOk);
   }
 
-  // The result is subnormal or nearly so: t + hi, scaled by 2^(m + 60), is brought down in two parts so that it rounds but once. `high` is the sum cut to the
-  // bits that a subnormal result keeps, `rest` what remains of it, with its rounding error.
+  // The result is subnormal or nearly so: t + hi, scaled by 2^(m + 60), is brought down in two
+  // parts so that it rounds but once. `high` is the sum cut to the bits that a subnormal result
+  // keeps, `rest` what remains of it, with its rounding error.
   const int field = m + 0x43b;
   const Float64 scaledT = t * powerOfTwo(field), scaledHi = powerOfTwo(field) * hi, sum = scaledT + scaledHi;
   constexpr Float64 down = fromBits(0x3c30000000000000);  // 2^-60
@@ -96,7 +104,7 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   return give((upper * down) + (lower * down), nuvStatusUnderflow);
 }
 
-constexpr auto isFlagged = [](auto x) __attribute__((always_inline)) { return anyMagnitudeFrom(x, flaggedHighWord); };
+constexpr auto isFlagged = [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); };
 
 // Any argument. In a block with flagged elements the others have the bits that they have elsewhere.
 nuvStatus expLane(Float64 x, Float64* result) {
@@ -104,7 +112,7 @@ nuvStatus expLane(Float64 x, Float64* result) {
   return *result = core(x), nuvStatusOk;
 }
 
-[[gnu::always_inline]] inline bool anyFlagged(const Float64* x, int64_t count) {
+INLINE bool anyFlagged(const Float64* x, int64_t count) {
   constexpr int64_t step = 16;
   for (int64_t i = 0; i < count; i += step)
     if (isFlagged(load<Pack<Lanes4, 4>>(x + (i < count - step ? i : count - step)))) return true;
@@ -112,50 +120,53 @@ nuvStatus expLane(Float64 x, Float64* result) {
 }
 
 // The rows of expTableNearest and the factors 2^m for four keys.
-[[gnu::always_inline]] inline TwoColumns<Lanes4> rowsAt(const Float64* keys) {
-  const auto offset = [&](int lane) __attribute__((always_inline)) { return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + lane)[0]; };
-  return transposeRows(rowAt(expTableNearest, offset(0)), rowAt(expTableNearest, offset(1)), rowAt(expTableNearest, offset(2)),
-                       rowAt(expTableNearest, offset(3)));
+INLINE TwoColumns<Lanes4> rowsAt(const Float64* keys) {
+  const auto offset = [&](int lane)
+                          INLINED { return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + lane)[0]; };
+  return transposeRows(rowAt(expTableNearest, offset(0)), rowAt(expTableNearest, offset(1)),
+                       rowAt(expTableNearest, offset(2)), rowAt(expTableNearest, offset(3)));
 }
-[[gnu::always_inline]] inline Lanes4 powerAt(const Float64* keys) {
+INLINE Lanes4 powerAt(const Float64* keys) {
   const BitsOf<Lanes4> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
   return _mm256_and_pd(valueOf<Lanes4>(shifted), _mm256_set1_pd(fromBits(0x7ff0000000000000)));
 }
 
-// A stretch without flagged elements, its length a multiple of 4 and at least 20. One vector's chain of operations takes some seventy cycles, and the processor
-// doesn't look far enough ahead to fill them with other vectors. So the chain is cut into six stages, and a turn of the loop makes one stage for each of six
-// successive vectors, the oldest first: its operands were ready a turn ago. The operations are those of `core`, and so are the bits.
-// k goes through memory, as the key k + keyShifter: the lowest byte of its pattern is 4j, so that one load a lane gives the address of a row, and above it
-// stands m + 1023.
+// A stretch without flagged elements, its length a multiple of 4 and at least 20. One vector's
+// chain of operations takes some seventy cycles, and the processor doesn't look far enough ahead to
+// fill them with other vectors. So the chain is cut into six stages, and a turn of the loop makes
+// one stage for each of six successive vectors, the oldest first: its operands were ready a turn
+// ago. The operations are those of `core`, and so are the bits.
+// k goes through memory, as the key k + keyShifter: the lowest byte of its pattern is 4j, so that
+// one load a lane gives the address of a row, and above it stands m + 1023.
 constexpr int64_t longestStretch = 1024, shortestStretch = 32;
-[[gnu::always_inline]] inline void pipeline(const Float64* src, Float64* dst, int64_t count) {
+INLINE void pipeline(const Float64* src, Float64* dst, int64_t count) {
   using V = Lanes4;
   alignas(32) Float64 keys[longestStretch + 20];
   V x, s, partial, k, r, z, rNext, zNext, q, hi, lo;  // what one stage leaves to the next
-  const auto stage1 = [&](int64_t i) __attribute__((always_inline)) {
+  const auto stage1 = [&](int64_t i) INLINED {
     x = load<V>(src + i);
     s = shiftedOf(x);
   };
-  const auto stage2 = [&](int64_t i) __attribute__((always_inline)) {
+  const auto stage2 = [&](int64_t i) INLINED {
     k = s - shifter;
     store(keys + i, k + keyShifter);
     partial = x - (k * ln2By64Hi);
   };
-  const auto stage3 = [&]() __attribute__((always_inline)) {
+  const auto stage3 = [&]() INLINED {
     r = partial - (k * ln2By64Lo);
     z = c5 * r + c4;
   };
-  const auto stage4 = [&]() __attribute__((always_inline)) {
+  const auto stage4 = [&]() INLINED {
     rNext = r;
     zNext = (z * r + c3) * r + c2;
   };
-  const auto stage5 = [&](int64_t i) __attribute__((always_inline)) {
+  const auto stage5 = [&](int64_t i) INLINED {
     const auto row = rowsAt(keys + i);
     hi = row.first;
     lo = row.second;
     q = (zNext * (rNext * rNext)) + rNext;
   };
-  const auto stage6 = [&](int64_t i) __attribute__((always_inline)) { return (((q * hi) + lo) + hi) * powerAt(keys + i); };
+  const auto stage6 = [&](int64_t i) INLINED { return (((q * hi) + lo) + hi) * powerAt(keys + i); };
 
   stage1(0), stage2(0), stage3(), stage4(), stage5(0);
   stage1(4), stage2(4), stage3(), stage4();
@@ -181,8 +192,9 @@ constexpr int64_t longestStretch = 1024, shortestStretch = 32;
       count &= ~int64_t{3};
       pipeline(src, dst, count);
     } else {
-      const auto evaluate = [](auto x) __attribute__((always_inline)) { return core(x); };
-      const nuvStatus last = guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(src, dst, count, evaluate, isFlagged, expLane);
+      const auto evaluate = [](auto x) INLINED { return core(x); };
+      const nuvStatus last =
+          guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(src, dst, count, evaluate, isFlagged, expLane);
       if (last != nuvStatusOk) status = last;
     }
     src += count, dst += count, len -= count;
@@ -192,6 +204,8 @@ constexpr int64_t longestStretch = 1024, shortestStretch = 32;
 
 }  // namespace
 
-nuvStatus expLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
+nuvStatus expAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

@@ -1,13 +1,16 @@
 // exp(x), levels 1 to 4.
 //
-// Method: 64x / ln 2 = k + rest with the integer k = 64m + j, so that exp(x) = 2^m * 2^(j/64) * exp(r) with |r| <= ln 2 / 128. exp(r) - 1 is a polynomial of
-// degree 5, 2^(j/64) comes from a table as high + low, 2^m is a factor made from k.
+// Method: 64x / ln 2 = k + rest with the integer k = 64m + j, so that exp(x) = 2^m * 2^(j/64) *
+// exp(r) with |r| <= ln 2 / 128. exp(r) - 1 is a polynomial of degree 5, 2^(j/64) comes from a
+// table as high + low, 2^m is a factor made from k.
 //
-// Error: at most 0.530 ulp for normal results, 0.76 ulp for subnormal ones (docs/accuracy.md has the arguments). The kernel runs in round-to-nearest with
-// subnormals honoured, whatever the caller's mode.
+// Error: at most 0.530 ulp for normal results, 0.76 ulp for subnormal ones (docs/accuracy.md has
+// the arguments). The kernel runs in round-to-nearest with subnormals honoured, whatever the
+// caller's mode.
 //
-// Special values: NaN gives the NaN of all ones, +Inf +Inf, -Inf +0; above 709.78271289338397 +Inf and overflow; below -708.39641853226408 a subnormal result
-// or +0, and underflow. Statuses raise no flag but those of the arithmetic.
+// Special values: NaN gives the NaN of all ones, +Inf +Inf, -Inf +0; above 709.78271289338397 +Inf
+// and overflow; below -708.39641853226408 a subnormal result or +0, and underflow. Statuses raise
+// no flag but those of the arithmetic.
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 
@@ -27,7 +30,8 @@ constexpr Float64 c4 = fromBits(0x3fa555574bc3a1be);  // 0.041666725157316162
 constexpr Float64 c3 = fromBits(0x3fc55555555542a1);  // 0.16666666666653376
 constexpr Float64 c2 = fromBits(0x3fdfffffffffd97c);  // 0.49999999999945266
 
-// |x| from 708.39599609375 up, infinities and NaNs: the results there aren't y * 2^m with a normal 2^m.
+// |x| from 708.39599609375 up, infinities and NaNs: the results there aren't y * 2^m with a normal
+// 2^m.
 constexpr int flaggedHighWord = 0x4086232b;
 
 // exp(x) = y * 2^m; the low 32 bits of `shifted` are k.
@@ -38,7 +42,7 @@ struct Core {
 };
 
 template <class V>
-[[gnu::always_inline]] inline Core<V> core(V x) {
+INLINE Core<V> core(V x) {
   const V s = (x * invLn2By64) + shifter;
   const V k = s - shifter;
   const BitsOf<V> shifted = bitsOf(s);
@@ -51,7 +55,7 @@ template <class V>
 
 // 2^m for a normal result
 template <class V>
-[[gnu::always_inline]] inline V scale(BitsOf<V> shifted) {
+INLINE V scale(BitsOf<V> shifted) {
   return valueOf<V>(((shifted + 1023 * 64) << 46) & 0x7ff0000000000000);
 }
 
@@ -63,8 +67,9 @@ template <class V>
   if ((b & ~(uint64_t{1} << 63)) > infinity) return give(fromBits(0xffffffffffffffff), nuvStatusOk);
   if (b == infinity) return give(x, nuvStatusOk);
   if (b == 0xfff0000000000000) return give(0.0, nuvStatusOk);
-  if (b >= 0xc0874910d52d3052) return give(0.0, nuvStatusUnderflow);                                // from -745.1332191019412 down: below 2^-1075
-  if (b >= 0x40862e42fefa39f0 && b < infinity) return give(fromBits(infinity), nuvStatusOverflow);  // from 709.7827128933841 up
+  if (b >= 0xc0874910d52d3052) return give(0.0, nuvStatusUnderflow);  // from -745.1332191019412 down: below 2^-1075
+  if (b >= 0x40862e42fefa39f0 && b < infinity)
+    return give(fromBits(infinity), nuvStatusOverflow);  // from 709.7827128933841 up
 
   const Core<Float64> c = core(x);
   const int m = static_cast<int32_t>(c.shifted) >> 6;
@@ -78,15 +83,18 @@ template <class V>
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
-      src, dst, len, [](auto x) __attribute__((always_inline)) {
+      src, dst, len,
+      [](auto x) INLINED {
         const auto c = core(x);
         return c.y * scale<decltype(x)>(c.shifted);
       },
-      [](auto x) __attribute__((always_inline)) { return anyMagnitudeFrom(x, flaggedHighWord); }, expFixLane);
+      [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); }, expFixLane);
 }
 
 }  // namespace
 
-nuvStatus expLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus expSse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

@@ -1,14 +1,19 @@
 // ln(x), level 5.
 //
-// Method: x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9). R is the processor's estimate of 1/f, rounded to an integer from 512 to 1024,
-// and r = f * R - 1, so that ln x = (E - 1023) ln 2 + ln(1024 / R) + ln(1 + r). The first two terms are E times ln 2 and a row of a table, each as high + low;
-// the third is a polynomial of degree 5, |r| < 2^-9.5. f * R is made of two exact products. A row and the exponent's term cancel exactly at x just below 1 (E =
+// Method: x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9). R is the
+// processor's estimate of 1/f, rounded to an integer from 512 to 1024, and r = f * R - 1, so that
+// ln x = (E - 1023) ln 2 + ln(1024 / R) + ln(1 + r). The first two terms are E times ln 2 and a row
+// of a table, each as high + low; the third is a polynomial of degree 5, |r| < 2^-9.5. f * R is
+// made of two exact products. A row and the exponent's term cancel exactly at x just below 1 (E =
 // 1022, R = 512) and at x from 1 up (E = 1023, R = 1024).
 //
-// Error: at most 0.75 ulp for normal x (0.744 found at 0.99903), 1.51 ulp for subnormal x (1.499 found at 2^-1034.88). Rounding mode and DAZ are the caller's.
-// The estimate chooses among rows that are all right, so that results of processors with different estimates may differ in the last bit.
+// Error: at most 0.75 ulp for normal x (0.744 found at 0.99903), 1.51 ulp for subnormal x (1.499
+// found at 2^-1034.88). Rounding mode and DAZ are the caller's. The estimate chooses among rows
+// that are all right, so that results of processors with different estimates may differ in the last
+// bit.
 //
-// Special values: NaN gives the NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise their flags.
+// Special values: NaN gives the NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the
+// result is a NaN, out of the domain. Statuses raise their flags.
 #include "explog/log_avx.h"
 #include "frame/kernel_frame.h"
 
@@ -29,7 +34,7 @@ constexpr Float64 a2 = fromBits(0xbfdffffffffff81f);  // -0.49999999999988803
 // The pattern of R has R - 512 in bits 14 to 23.
 constexpr Reduction reduction = {1, 10, 512, lnTableInteger};
 
-[[gnu::always_inline]] inline Lanes4 core(const Reduced& reduced) {
+INLINE Lanes4 core(const Reduced& reduced) {
   const auto& [f, R, E, high, low] = reduced;
   const Lanes4 fh = _mm256_and_pd(f, broadcast<Lanes4>(fromBits(~uint64_t{0x3ffffff}))), fl = f - fh;
   const Lanes4 uh = (fh * R) - 1.0, ul = fl * R, r = uh + ul;
@@ -63,10 +68,14 @@ constexpr Reduction reduction = {1, 10, 512, lnTableInteger};
   return nuvStatusOk;
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop<reduction>(src, dst, len, core, lnSpecialLane); }
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return logLoop<reduction>(src, dst, len, core, lnSpecialLane);
+}
 
 }  // namespace
 
-nuvStatus lnLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
+nuvStatus lnAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

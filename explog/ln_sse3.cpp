@@ -1,12 +1,16 @@
 // ln(x), levels 1 to 4.
 //
-// Method: x = 2^k * f with f in [1, 2). The mantissa's top bits, rounded to 9, choose a row with a short reciprocal c of f, and r = f * c - 1, so that
-// ln x = k ln 2 - ln c + ln(1 + r). The first two terms are each high + low; the third is a polynomial of degree 5, |r| < 2^-9.99. f * c is made of two
-// products, the first exact. From f = 1.5 up k is one more and the row ln 2 less, so that all but the polynomial is zero on both sides of 1.
+// Method: x = 2^k * f with f in [1, 2). The mantissa's top bits, rounded to 9, choose a row with a
+// short reciprocal c of f, and r = f * c - 1, so that ln x = k ln 2 - ln c + ln(1 + r). The first
+// two terms are each high + low; the third is a polynomial of degree 5, |r| < 2^-9.99. f * c is
+// made of two products, the first exact. From f = 1.5 up k is one more and the row ln 2 less, so
+// that all but the polynomial is zero on both sides of 1.
 //
-// Error: at most 0.59 ulp, near 1 (0.583 found at 1.00098). The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: at most 0.59 ulp, near 1 (0.583 found at 1.00098). The kernel runs in round-to-nearest
+// with subnormals honoured, whatever the caller's mode.
 //
-// Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise no flag.
+// Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the
+// result is a NaN, out of the domain. Statuses raise no flag.
 #include "explog/log_sse3.h"
 #include "frame/kernel_frame.h"
 
@@ -24,13 +28,14 @@ constexpr Float64 a4 = fromBits(0xbfd00000d588d052);  // -0.2500001988694339
 constexpr Float64 a3 = fromBits(0x3fd555555555512a);  // 0.3333333333332741
 constexpr Float64 a2 = fromBits(0xbfdffffffffffca9);  // -0.49999999999995254
 
-constexpr auto core = [](auto x) __attribute__((always_inline)) {
+constexpr auto core = [](auto x) INLINED {
   using V = decltype(x);
   const auto words = highWords(x);
   const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 11;
   const V k = numbersOf<V>(wrappingDifference(words, 0x3fe7fc00) >> 20);
   const V f = significand(x, 0x000fffffffffffff), fh = significand(x, 0x000fffff00000000);
-  const auto t = leadingTerms(k, f, fh, columnAt<V>(lnTableReciprocal, row), twoColumnsAt<V>(lnTableMantissa, row), 1.0, ln2Hi, ln2Lo);
+  const auto t = leadingTerms(k, f, fh, columnAt<V>(lnTableReciprocal, row), twoColumnsAt<V>(lnTableMantissa, row), 1.0,
+                              ln2Hi, ln2Lo);
   const V r = t.r;
   return withPolynomial(t, (((a5 * r + a4) * r + a3) * r + a2) * r);
 };
@@ -40,10 +45,14 @@ constexpr auto core = [](auto x) __attribute__((always_inline)) {
   return fixLane(x, result, core, ln2By52);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop(src, dst, len, core, lnFixLane); }
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return logLoop(src, dst, len, core, lnFixLane);
+}
 
 }  // namespace
 
-nuvStatus lnLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus lnSse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

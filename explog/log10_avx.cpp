@@ -1,16 +1,21 @@
 // log10(x), level 5.
 //
-// Method: x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9). R is C0 times the processor's estimate of 1/f, rounded to an integer from 222
-// to 444, where C0 = 0.43359375 = 444 / 1024 is a short number close to log10 e, and r = f * R - C0. Then log10 x = (E - 1023) log10 2 + log10(444 / R) +
-// log10(1 + r / C0); the first two terms are E times log10 2 and a row of a table, each as high + low. The last term begins with r itself, needing no product:
-// the polynomial's first coefficient is only log10 e / C0 - 1. f * R is made of two exact products. A row and the exponent's term cancel exactly at x just
-// below 1 (E = 1022, R = 222) and at x from 1 up (E = 1023, R = 444).
+// Method: x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9). R is C0 times the
+// processor's estimate of 1/f, rounded to an integer from 222 to 444, where C0 = 0.43359375 = 444 /
+// 1024 is a short number close to log10 e, and r = f * R - C0. Then log10 x = (E - 1023) log10 2 +
+// log10(444 / R) + log10(1 + r / C0); the first two terms are E times log10 2 and a row of a table,
+// each as high + low. The last term begins with r itself, needing no product: the polynomial's
+// first coefficient is only log10 e / C0 - 1. f * R is made of two exact products. A row and the
+// exponent's term cancel exactly at x just below 1 (E = 1022, R = 222) and at x from 1 up (E =
+// 1023, R = 444).
 //
-// Error: at most 0.515 ulp for normal x (0.513 found at 0.9989), 1.01 ulp for subnormal x (1.000 found). Rounding mode and DAZ are the caller's. The estimate
-// chooses among rows that are all right, so that results of processors with different estimates may differ in the last bit.
+// Error: at most 0.515 ulp for normal x (0.513 found at 0.9989), 1.01 ulp for subnormal x (1.000
+// found). Rounding mode and DAZ are the caller's. The estimate chooses among rows that are all
+// right, so that results of processors with different estimates may differ in the last bit.
 //
-// Special values: NaN gives the NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise their flags.
-// The powers of ten from 10^0 to 10^22 have exact results.
+// Special values: NaN gives the NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the
+// result is a NaN, out of the domain. Statuses raise their flags. The powers of ten from 10^0 to
+// 10^22 have exact results.
 #include "explog/log_avx.h"
 #include "frame/kernel_frame.h"
 
@@ -19,7 +24,8 @@ namespace {
 
 #include "explog/log10_tables.inc"
 
-constexpr Float64 log10Of2Hi = fromBits(0x3fd34413509f0000);  // 0.30102999566224753: E * log10Of2Hi + a row's high part is exact
+constexpr Float64 log10Of2Hi =
+    fromBits(0x3fd34413509f0000);  // 0.30102999566224753: E * log10Of2Hi + a row's high part is exact
 constexpr Float64 log10Of2Lo = fromBits(0x3d7e7fbcc47c0000);  // 1.7336659603714182e-12: log10 2 - log10Of2Hi
 constexpr Float64 scale = fromBits(0x3fdbc00000000000);       // 0.43359375 = C0
 
@@ -31,10 +37,11 @@ constexpr Float64 p3 = fromBits(0x3ffc6a02dc954978);  // 1.77588163533491
 constexpr Float64 p2 = fromBits(0xbff27af2dc77b115);  // -1.1550167667401798
 constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e410c);  // 0.0016161024074997114
 
-// The pattern of R counts R in bits 15 and up from 256, in bits 16 and up below: the rows are 16 bytes apart, and 32 below 256.
+// The pattern of R counts R in bits 15 and up from 256, in bits 16 and up below: the rows are 16
+// bytes apart, and 32 below 256.
 constexpr Reduction reduction = {0.43359375f, 11, 222, log10TableInteger};
 
-[[gnu::always_inline]] inline Lanes4 core(const Reduced& reduced) {
+INLINE Lanes4 core(const Reduced& reduced) {
   const auto& [f, R, E, high, low] = reduced;
   const Lanes4 fh = _mm256_and_pd(f, broadcast<Lanes4>(fromBits(~uint64_t{0x3ffffff}))), fl = f - fh;
   const Lanes4 uh = (fh * R) - scale, ul = fl * R, r = uh + ul;
@@ -56,7 +63,8 @@ constexpr Reduction reduction = {0.43359375f, 11, 222, log10TableInteger};
   constexpr Float64 b2 = fromBits(0xbff27af2dc77b115);                 // -1.1550167667401798
   constexpr Float64 b1 = fromBits(0x3f5a7a6cbf2e4107);                 // 0.0016161024074997103
   constexpr Float64 specialLog10Of2Hi = fromBits(0x3fd34413509f8000);  // 0.3010299956640665
-  constexpr Float64 specialLog10Of2Lo = fromBits(0xbd380433b83b532a);  // -8.532344317057107e-14: log10 2 - specialLog10Of2Hi
+  constexpr Float64 specialLog10Of2Lo =
+      fromBits(0xbd380433b83b532a);  // -8.532344317057107e-14: log10 2 - specialLog10Of2Hi
 
   if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x, result);
 
@@ -69,10 +77,14 @@ constexpr Reduction reduction = {0.43359375f, 11, 222, log10TableInteger};
   return nuvStatusOk;
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop<reduction>(src, dst, len, core, log10SpecialLane); }
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return logLoop<reduction>(src, dst, len, core, log10SpecialLane);
+}
 
 }  // namespace
 
-nuvStatus log10Level5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
+nuvStatus log10Avx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

@@ -1,14 +1,18 @@
 // log10(x), levels 1 to 4.
 //
-// Method: x = 2^k * f with f in [1, 2). The mantissa's top bits, rounded to 9, choose a row with c close to C0 / f, where C0 = 0.43359375 is a short number
-// close to log10 e, and r = f * c - C0. Then log10 x = k log10 2 + log10(C0 / c) + log10(1 + r / C0); the first two terms are each high + low. The last term
-// begins with r itself, needing no product: the polynomial's first coefficient is only log10 e / C0 - 1. |r| < 2^-11, and f * c is made of two exact products.
-// At f just below 2 the row is log10 2, which the exponent's term cancels for x just below 1.
+// Method: x = 2^k * f with f in [1, 2). The mantissa's top bits, rounded to 9, choose a row with c
+// close to C0 / f, where C0 = 0.43359375 is a short number close to log10 e, and r = f * c - C0.
+// Then log10 x = k log10 2 + log10(C0 / c) + log10(1 + r / C0); the first two terms are each high +
+// low. The last term begins with r itself, needing no product: the polynomial's first coefficient
+// is only log10 e / C0 - 1. |r| < 2^-11, and f * c is made of two exact products. At f just below 2
+// the row is log10 2, which the exponent's term cancels for x just below 1.
 //
-// Error: at most 0.59 ulp, near 1 (0.585 found at 0.99972). The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: at most 0.59 ulp, near 1 (0.585 found at 0.99972). The kernel runs in round-to-nearest
+// with subnormals honoured, whatever the caller's mode.
 //
-// Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the result is a NaN, out of the domain. Statuses raise no flag.
-// The powers of ten from 10^0 to 10^22 have exact results.
+// Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the
+// result is a NaN, out of the domain. Statuses raise no flag. The powers of ten from 10^0 to 10^22
+// have exact results.
 #include "explog/log_sse3.h"
 #include "frame/kernel_frame.h"
 
@@ -17,7 +21,8 @@ namespace {
 
 #include "explog/log10_tables.inc"
 
-constexpr Float64 log10Of2Hi = fromBits(0x3fd34413509f7800);  // 0.30102999566395283: k * log10Of2Hi + a row's high part is exact
+constexpr Float64 log10Of2Hi =
+    fromBits(0x3fd34413509f7800);  // 0.30102999566395283: k * log10Of2Hi + a row's high part is exact
 constexpr Float64 log10Of2Lo = fromBits(0x3d1fef311f12b358);  // 2.8363394551044964e-14: log10 2 - log10Of2Hi
 constexpr Float64 scale = fromBits(0x3fdbc00000000000);       // 0.43359375 = C0
 
@@ -28,13 +33,14 @@ constexpr Float64 p3 = fromBits(0x3ffc6a02dc962e0f);  // 1.7758816353479039
 constexpr Float64 p2 = fromBits(0xbff27af2dc77af28);  // -1.1550167667400704
 constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e4108);  // 0.0016161024074997105
 
-constexpr auto core = [](auto x) __attribute__((always_inline)) {
+constexpr auto core = [](auto x) INLINED {
   using V = decltype(x);
   const auto words = highWords(x);
   const auto row = ((words & 0xffc00) + 0x400) >> 11;
   const V k = numbersOf<V>((words >> 20) - 0x3ff);
   const V f = significand(x, 0x000fffffffffffff), fh = significand(x, 0x000fffff80000000);
-  const auto t = leadingTerms(k, f, fh, columnAt<V>(log10TableReciprocal, row), twoColumnsAt<V>(log10TableMantissa, row), scale, log10Of2Hi, log10Of2Lo);
+  const auto t = leadingTerms(k, f, fh, columnAt<V>(log10TableReciprocal, row),
+                              twoColumnsAt<V>(log10TableMantissa, row), scale, log10Of2Hi, log10Of2Lo);
   const V r = t.r;
   return withPolynomial(t, (((p5 * r + p4) * r + p3) * r + p2) * r + p1);
 };
@@ -44,10 +50,14 @@ constexpr auto core = [](auto x) __attribute__((always_inline)) {
   return fixLane(x, result, core, log10Of2By52);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop(src, dst, len, core, log10FixLane); }
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return logLoop(src, dst, len, core, log10FixLane);
+}
 
 }  // namespace
 
-nuvStatus log10Levels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst); }
+nuvStatus log10Sse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
 
 }  // namespace qorvane

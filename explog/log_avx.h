@@ -1,8 +1,9 @@
 // What ln and log10 share at level 5: the loop and the results outside the functions' domain.
 //
-// The loop goes over chunks of elements in two stages: the first finds each element's row, the second evaluates, and between them the numbers stand in memory.
-// The row's address hangs on a long chain of conversions. Where a single loop does it all, the processor's schedulers fill up with arithmetic that waits for
-// it.
+// The loop goes over chunks of elements in two stages: the first finds each element's row, the
+// second evaluates, and between them the numbers stand in memory. The row's address hangs on a long
+// chain of conversions. Where a single loop does it all, the processor's schedulers fill up with
+// arithmetic that waits for it.
 #pragma once
 #include "frame/loops.h"
 
@@ -11,7 +12,8 @@ namespace {
 
 constexpr int chunkSize = 64;
 
-// Of x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9): R is an integer near scale / f.
+// Of x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9): R is an integer near
+// scale / f.
 struct Chunk {
   alignas(32) Float64 f[chunkSize];
   alignas(32) float R[chunkSize];
@@ -22,8 +24,10 @@ struct Reduced {
   Lanes4 f, R, E, high, low;  // high, low: the columns of R's row
 };
 
-// What differs in the first stage of the two functions. The pattern of R in single precision, shifted right, is the byte offset of R's row plus that of firstR.
-// `scale` times the processor's estimate of a reciprocal is exact in single precision: estimates have 12 to 14 significant bits, the scale at most 7.
+// What differs in the first stage of the two functions. The pattern of R in single precision,
+// shifted right, is the byte offset of R's row plus that of firstR. `scale` times the processor's
+// estimate of a reciprocal is exact in single precision: estimates have 12 to 14 significant bits,
+// the scale at most 7.
 struct Reduction {
   float scale;
   int shift;
@@ -33,11 +37,12 @@ struct Reduction {
 
 // Positive normal finite numbers, the fast range, have these high words.
 constexpr int fastRangeFrom = 0x00100000, fastRangeLength = 0x7fe00000;
-[[gnu::always_inline]] inline bool outsideFastRange(Float64 x) { return highWord(x) - fastRangeFrom >= fastRangeLength; }
+INLINE bool outsideFastRange(Float64 x) { return highWord(x) - fastRangeFrom >= fastRangeLength; }
 
-// Four elements of the first stage. The result is, as unsigned numbers, how far their high words are up from the fast range's lower end.
+// Four elements of the first stage. The result is, as unsigned numbers, how far their high words
+// are up from the fast range's lower end.
 template <const Reduction& reduction>
-[[gnu::always_inline]] inline __m128i reduce(const Float64* x, Chunk& chunk, int64_t i) {
+INLINE __m128i reduce(const Float64* x, Chunk& chunk, int64_t i) {
   const Lanes4 mantissa = _mm256_and_pd(load<Lanes4>(x), broadcast<Lanes4>(fromBits(0x000fffffffffffff)));
   const Lanes4 f = _mm256_or_pd(mantissa, broadcast<Lanes4>(0x1p-10));
   __m128 estimate = _mm_rcp_ps(_mm256_cvtpd_ps(f));
@@ -52,21 +57,22 @@ template <const Reduction& reduction>
 
 // Four elements for the second stage.
 template <const Reduction& reduction>
-[[gnu::always_inline]] inline Reduced reduced(const Chunk& chunk, int64_t i) {
+INLINE Reduced reduced(const Chunk& chunk, int64_t i) {
   constexpr uint64_t offsetOfFirst = __builtin_bit_cast(uint32_t, reduction.firstR) >> reduction.shift;
-  const auto row = [&](int lane) __attribute__((always_inline)) {
+  const auto row = [&](int lane) INLINED {
     return rowAt(reduction.table, (__builtin_bit_cast(uint32_t, chunk.R[i + lane]) >> reduction.shift) - offsetOfFirst);
   };
   const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1);
   const Lanes4 rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
   const __m128i E = _mm_load_si128(reinterpret_cast<const __m128i*>(chunk.E + i));
-  return {load<Lanes4>(chunk.f + i), _mm256_cvtps_pd(_mm_load_ps(chunk.R + i)), _mm256_cvtepi32_pd(E), _mm256_unpacklo_pd(rows02, rows13),
-          _mm256_unpackhi_pd(rows02, rows13)};
+  return {load<Lanes4>(chunk.f + i), _mm256_cvtps_pd(_mm_load_ps(chunk.R + i)), _mm256_cvtepi32_pd(E),
+          _mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
 }
 
-// evaluate(Reduced) -> Lanes4; special(Float64 x, Float64* y) -> status, for an element outside the fast range.
+// evaluate(Reduced) -> Lanes4; special(Float64 x, Float64* y) -> status, for an element outside the
+// fast range.
 template <const Reduction& reduction, class Evaluate, class Special>
-[[gnu::always_inline]] inline nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate, Special special) {
+INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate, Special special) {
   nuvStatus status = nuvStatusOk;
   Chunk chunk;
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
@@ -79,7 +85,8 @@ template <const Reduction& reduction, class Evaluate, class Special>
       store(last, loadPart<Lanes4>(src + whole, rest));
       farthest = _mm_max_epu32(farthest, reduce<reduction>(last, chunk, whole));
     }
-    const __m128i inside = _mm_cmplt_epi32(_mm_min_epu32(farthest, _mm_set1_epi32(fastRangeLength)), _mm_set1_epi32(fastRangeLength));
+    const __m128i inside =
+        _mm_cmplt_epi32(_mm_min_epu32(farthest, _mm_set1_epi32(fastRangeLength)), _mm_set1_epi32(fastRangeLength));
     const bool flagged = _mm_movemask_epi8(inside) != 0xffff;
     Float64 arguments[chunkSize];
     if (flagged) [[unlikely]]
@@ -92,25 +99,27 @@ template <const Reduction& reduction, class Evaluate, class Special>
   return status;
 }
 
-// For what isn't a positive number: the results raise their flags. With DAZ subnormal numbers come here too, as zeros.
-[[gnu::always_inline]] inline nuvStatus specialFault(Float64 x, Float64* result) {
+// For what isn't a positive number: the results raise their flags. With DAZ subnormal numbers come
+// here too, as zeros.
+INLINE nuvStatus specialFault(Float64 x, Float64* result) {
   const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
   if ((highWord(x) & 0x7ff00000) == 0x7ff00000 && toBits(x) != 0xfff0000000000000) return give(x * x, nuvStatusOk);
   if (x == 0) return give((opaque(0.0) - 1.0) / opaque(0.0), nuvStatusPole);
   return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
 }
 
-// A positive subnormal number in the steps of the special lanes: x = 2^e * y with y in [1, 2), y = yh + yl with yh rounded by the shifter, and i the integer
-// nearest 64 (y - 1).
+// A positive subnormal number in the steps of the special lanes: x = 2^e * y with y in [1, 2), y =
+// yh + yl with yh rounded by the shifter, and i the integer nearest 64 (y - 1).
 struct SpecialReduced {
   Float64 e, yh, yl;
   uint64_t i;
 };
-[[gnu::always_inline]] inline SpecialReduced reduceSubnormal(Float64 x, Float64 shifter) {
+INLINE SpecialReduced reduceSubnormal(Float64 x, Float64 shifter) {
   const Float64 scaled = x * 0x1p60;
   const Float64 y = fromBits((toBits(scaled) & 0x000fffffffffffff) | 0x3ff0000000000000);
   const Float64 yh = (y + shifter) - shifter;
-  return {static_cast<Float64>(static_cast<int>(highWord(scaled) >> 20) - 1023 - 60), yh, y - yh, toBits(y + fromBits(0x42d0000000000040)) & 0x7f};
+  return {static_cast<Float64>(static_cast<int>(highWord(scaled) >> 20) - 1023 - 60), yh, y - yh,
+          toBits(y + fromBits(0x42d0000000000040)) & 0x7f};
 }
 
 }  // namespace

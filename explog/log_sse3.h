@@ -1,5 +1,5 @@
-// What ln and log10 share at levels 1 to 4: the test for arguments outside the fast range and their results, lane operations on packed high words, the terms
-// before the polynomial, and the loop.
+// What ln and log10 share at levels 1 to 4: the test for arguments outside the fast range and their
+// results, lane operations on packed high words, the terms before the polynomial, and the loop.
 #pragma once
 #include "frame/loops.h"
 
@@ -7,26 +7,28 @@ namespace qorvane {
 namespace {
 
 // words - k, modulo 2^32: words outside the fast range wrap.
-[[gnu::always_inline]] inline int wrappingDifference(int word, uint32_t k) { return static_cast<int>(static_cast<uint32_t>(word) - k); }
-[[gnu::always_inline]] inline Words4 wrappingDifference(Words4 words, uint32_t k) {
+INLINE int wrappingDifference(int word, uint32_t k) { return static_cast<int>(static_cast<uint32_t>(word) - k); }
+INLINE Words4 wrappingDifference(Words4 words, uint32_t k) {
   using Unsigned4 [[gnu::vector_size(16)]] = unsigned;
   return reinterpret_cast<Words4>(reinterpret_cast<Unsigned4>(words) - k);
 }
 template <int K>
-[[gnu::always_inline]] inline Pack<Words4, K> wrappingDifference(Pack<Words4, K> words, uint32_t k) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return wrappingDifference(words.part[i], k); });
+INLINE Pack<Words4, K> wrappingDifference(Pack<Words4, K> words, uint32_t k) {
+  return makePack<K>([&](int i) INLINED { return wrappingDifference(words.part[i], k); });
 }
 
-// Whether any lane is anything but a positive normal finite number. The difference moves those numbers to the bottom of the signed range.
+// Whether any lane is anything but a positive normal finite number. The difference moves those
+// numbers to the bottom of the signed range.
 template <class V>
-[[gnu::always_inline]] inline bool anyOutsideFastRange(V x) {
+INLINE bool anyOutsideFastRange(V x) {
   return any(wrappingDifference(highWords(x), 0x80100000) > static_cast<int>(0xffdfffff));
 }
 
-[[gnu::always_inline]] inline bool isPositiveSubnormal(Float64 x) { return toBits(x) - 1 < 0x000fffffffffffff; }
+INLINE bool isPositiveSubnormal(Float64 x) { return toBits(x) - 1 < 0x000fffffffffffff; }
 
-// Everything but positive finite numbers. The results are constants or the argument itself: no flag is raised.
-[[gnu::always_inline]] inline nuvStatus fixFault(Float64 x, Float64* result) {
+// Everything but positive finite numbers. The results are constants or the argument itself: no flag
+// is raised.
+INLINE nuvStatus fixFault(Float64 x, Float64* result) {
   constexpr uint64_t infinity = 0x7ff0000000000000, sign = uint64_t{1} << 63;
   const auto give = [&](uint64_t pattern, nuvStatus status) { return *result = fromBits(pattern), status; };
   const uint64_t b = toBits(x), magnitude = b & ~sign;
@@ -37,36 +39,37 @@ template <class V>
 
 // The bits of x under the mask, with the exponent of 1.
 template <class V>
-[[gnu::always_inline]] inline V significand(V x, uint64_t mask) {
+INLINE V significand(V x, uint64_t mask) {
   return valueOf<V>((bitsOf(x) & mask) | uint64_t{0x3ff0000000000000});
 }
 
 // The two words for part i of a pack of Lanes2, brought to the lower half.
 template <int K>
-[[gnu::always_inline]] inline Words4 wordsOfPart(Pack<Words4, K> words, int i) {
+INLINE Words4 wordsOfPart(Pack<Words4, K> words, int i) {
   const Words4 four = words.part[i / 2];
   return i % 2 == 0 ? four : reinterpret_cast<Words4>(_mm_shuffle_epi32(reinterpret_cast<__m128i>(four), 0xee));
 }
 
 // Integers, packed as highWords packs them, as numbers.
 template <class V, class W>
-[[gnu::always_inline]] inline V numbersOf(W words) {
+INLINE V numbersOf(W words) {
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return numbersOf<PartOf<V>>(wordsOfPart(words, i)); });
+    return makePack<packSize<V>>([&](int i) INLINED { return numbersOf<PartOf<V>>(wordsOfPart(words, i)); });
   else if constexpr (laneCount<V> == 1)
     return words;
   else
     return _mm_cvtepi32_pd(reinterpret_cast<__m128i>(words));
 }
 
-// Two lanes' non-negative words as one 64-bit integer: one move to the integer registers for two addresses.
-[[gnu::always_inline]] inline uint64_t pairOf(Words4 words) { return reinterpret_cast<Bits2>(words)[0]; }
+// Two lanes' non-negative words as one 64-bit integer: one move to the integer registers for two
+// addresses.
+INLINE uint64_t pairOf(Words4 words) { return reinterpret_cast<Bits2>(words)[0]; }
 
 // One column, of rows numbered likewise.
 template <class V, class W>
-[[gnu::always_inline]] inline V columnAt(const Float64* table, W rows) {
+INLINE V columnAt(const Float64* table, W rows) {
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columnAt<PartOf<V>>(table, wordsOfPart(rows, i)); });
+    return makePack<packSize<V>>([&](int i) INLINED { return columnAt<PartOf<V>>(table, wordsOfPart(rows, i)); });
   else if constexpr (laneCount<V> == 1)
     return table[rows];
   else
@@ -75,15 +78,17 @@ template <class V, class W>
 
 // Two columns.
 template <class V, class W>
-[[gnu::always_inline]] inline TwoColumns<V> twoColumnsAt(const Float64 (*table)[2], W rows) {
+INLINE TwoColumns<V> twoColumnsAt(const Float64 (*table)[2], W rows) {
   if constexpr (isPack<V>) {
-    const auto columns = makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return twoColumnsAt<PartOf<V>>(table, wordsOfPart(rows, i)); });
-    return {makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].first; }),
-            makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return columns.part[i].second; })};
+    const auto columns =
+        makePack<packSize<V>>([&](int i) INLINED { return twoColumnsAt<PartOf<V>>(table, wordsOfPart(rows, i)); });
+    return {makePack<packSize<V>>([&](int i) INLINED { return columns.part[i].first; }),
+            makePack<packSize<V>>([&](int i) INLINED { return columns.part[i].second; })};
   } else if constexpr (laneCount<V> == 1) {
     return {table[rows][0], table[rows][1]};
   } else {
-    const Lanes2 row0 = _mm_load_pd(table[static_cast<uint32_t>(pairOf(rows))]), row1 = _mm_load_pd(table[pairOf(rows) >> 32]);
+    const Lanes2 row0 = _mm_load_pd(table[static_cast<uint32_t>(pairOf(rows))]),
+                 row1 = _mm_load_pd(table[pairOf(rows) >> 32]);
     return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
   }
 }
@@ -93,16 +98,16 @@ template <class V>
 struct Split {
   V atZero, elsewhere;
 };
-[[gnu::always_inline]] inline Split<Float64> splitAtZero(Float64 c, Float64 v) { return c == 0 ? Split<Float64>{v, 0} : Split<Float64>{0, v}; }
-[[gnu::always_inline]] inline Split<Lanes2> splitAtZero(Lanes2 c, Lanes2 v) {
+INLINE Split<Float64> splitAtZero(Float64 c, Float64 v) { return c == 0 ? Split<Float64>{v, 0} : Split<Float64>{0, v}; }
+INLINE Split<Lanes2> splitAtZero(Lanes2 c, Lanes2 v) {
   const __m128d isZero = _mm_cmpeq_pd(c, _mm_setzero_pd());
   return {_mm_and_pd(isZero, v), _mm_andnot_pd(isZero, v)};
 }
 template <class V, int K>
-[[gnu::always_inline]] inline Split<Pack<V, K>> splitAtZero(Pack<V, K> c, Pack<V, K> v) {
-  const auto parts = makePack<K>([&](int i) __attribute__((always_inline)) { return splitAtZero(c.part[i], v.part[i]); });
-  return {makePack<K>([&](int i) __attribute__((always_inline)) { return parts.part[i].atZero; }),
-          makePack<K>([&](int i) __attribute__((always_inline)) { return parts.part[i].elsewhere; })};
+INLINE Split<Pack<V, K>> splitAtZero(Pack<V, K> c, Pack<V, K> v) {
+  const auto parts = makePack<K>([&](int i) INLINED { return splitAtZero(c.part[i], v.part[i]); });
+  return {makePack<K>([&](int i) INLINED { return parts.part[i].atZero; }),
+          makePack<K>([&](int i) INLINED { return parts.part[i].elsewhere; })};
 }
 
 // What a logarithm is summed up from: rest + T, where rest still lacks r times a polynomial in r.
@@ -112,13 +117,16 @@ struct LeadingTerms {
   V elsewhere;
 };
 
-// From k and the mantissa f, its upper part fh and the row's reciprocal and logarithm; f * reciprocal - scale is r, and k * (unitHi + unitLo) the exponent's term.
+// From k and the mantissa f, its upper part fh and the row's reciprocal and logarithm; f *
+// reciprocal - scale is r, and k * (unitHi + unitLo) the exponent's term.
 template <class V>
-[[gnu::always_inline]] inline LeadingTerms<V> leadingTerms(V k, V f, V fh, V reciprocal, TwoColumns<V> row, Float64 scale, Float64 unitHi, Float64 unitLo) {
+INLINE LeadingTerms<V> leadingTerms(V k, V f, V fh, V reciprocal, TwoColumns<V> row, Float64 scale, Float64 unitHi,
+                                    Float64 unitLo) {
   const V fl = f - fh;
   const V uh = (fh * reciprocal) - scale, ul = fl * reciprocal, r = ul + uh;
   const V A = (unitHi * k) + row.first, C = (unitLo * k) + row.second;
-  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost in T and joins the low terms.
+  // With C = 0, near 1, A is 0 too and ul belongs to the leading term; elsewhere it would be lost
+  // in T and joins the low terms.
   const auto [nearOne, elsewhere] = splitAtZero(C, ul);
   return {r, C, (uh + A) + nearOne, elsewhere};
 }
@@ -129,25 +137,27 @@ struct TwoTerms {
   V rest, T;
 };
 template <class V>
-[[gnu::always_inline]] inline TwoTerms<V> withPolynomial(LeadingTerms<V> t, V p) {
+INLINE TwoTerms<V> withPolynomial(LeadingTerms<V> t, V p) {
   return {((t.r * p) + t.low) + t.elsewhere, t.T};
 }
 
-// core(V x) -> TwoTerms<V>; fix(Float64 x, Float64* y) -> status, for an element outside the fast range.
+// core(V x) -> TwoTerms<V>; fix(Float64 x, Float64* y) -> status, for an element outside the fast
+// range.
 template <class CoreFunction, class Fix>
-[[gnu::always_inline]] inline nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, CoreFunction core, Fix fix) {
+INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, CoreFunction core, Fix fix) {
   return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
       src, dst, len,
-      [=](auto x) __attribute__((always_inline)) {
+      [=](auto x) INLINED {
         const auto c = core(x);
         return c.rest + c.T;
       },
-      [](auto x) __attribute__((always_inline)) { return anyOutsideFastRange(x); }, fix);
+      [](auto x) INLINED { return anyOutsideFastRange(x); }, fix);
 }
 
-// The positive subnormal numbers go through the same core, times 2^52; logOf2To52 is what that adds.
+// The positive subnormal numbers go through the same core, times 2^52; logOf2To52 is what that
+// adds.
 template <class CoreFunction>
-[[gnu::always_inline]] inline nuvStatus fixLane(Float64 x, Float64* result, CoreFunction core, Float64 logOf2To52) {
+INLINE nuvStatus fixLane(Float64 x, Float64* result, CoreFunction core, Float64 logOf2To52) {
   if (!isPositiveSubnormal(x)) return fixFault(x, result);
   const TwoTerms<Float64> c = core(x * 0x1p52);
   *result = (c.rest - logOf2To52) + c.T;

@@ -1,7 +1,7 @@
 // The arguments of x^y for which no arithmetic is needed, for both scalar routines.
 #pragma once
 #include "frame/bits.h"
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace qorvane {
 namespace {
@@ -27,7 +27,8 @@ inline Parity parityOf(Float64 y) {
   return significand & unit ? Parity::odd : Parity::even;
 }
 
-// Whether the result is decided without arithmetic. `pattern` is that result: the first NaN unchanged, and the default NaN outside the domain.
+// Whether the result is decided without arithmetic. `pattern` is that result: the first NaN
+// unchanged, and the default NaN outside the domain.
 struct Decision {
   bool decided;
   uint64_t pattern;

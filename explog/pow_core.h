@@ -1,9 +1,12 @@
-// What the kernels of x^y share: log2 of x as H + G, its product with y as n/128 + r, and 2 to that power.
+// What the kernels of x^y share: log2 of x as H + G, its product with y as n/128 + r, and 2 to that
+// power.
 //
-// log2 stage: with k and m from x = 2^k * m, and a row i of tables near m, u = m * rcp - L is small and log2 x = k + hi + lo + log2(1 + u/L). The product
-// m * rcp is known exactly as g + p, because m is split in two and rcp is short. H + G holds log2 x to about 68 bits.
-// Product stage: H and y are split too, so that P = yc * Hc is exact; n is 128 P rounded to an integer, and r the rest of y log2 x, |r| <= 2^-8 about.
-// 2^(n/128 + r) = 2^e * 2^(j/128) * 2^r with n = 128 e + j: a power of two, a table's row and a polynomial of degree 5.
+// log2 stage: with k and m from x = 2^k * m, and a row i of tables near m, u = m * rcp - L is small
+// and log2 x = k + hi + lo + log2(1 + u/L). The product m * rcp is known exactly as g + p, because
+// m is split in two and rcp is short. H + G holds log2 x to about 68 bits.
+// Product stage: H and y are split too, so that P = yc * Hc is exact; n is 128 P rounded to an
+// integer, and r the rest of y log2 x, |r| <= 2^-8 about. 2^(n/128 + r) = 2^e * 2^(j/128) * 2^r
+// with n = 128 e + j: a power of two, a table's row and a polynomial of degree 5.
 #pragma once
 #include "explog/pow_tables.h"
 #include "frame/lanes.h"
@@ -14,7 +17,8 @@ namespace {
 namespace power {
 
 constexpr Float64 log2eHi = fromBits(0x3ff7154740000000);  // 1.4426949024200439 = L: log2 e to 23 bits
-constexpr Float64 shifter = fromBits(0x42c8000000000000);  // 1.5 * 2^45: a sum with it is rounded to a multiple of 1/128
+constexpr Float64 shifter =
+    fromBits(0x42c8000000000000);  // 1.5 * 2^45: a sum with it is rounded to a multiple of 1/128
 
 // log2(1 + t/L) = t + c2 t + c3 t^2 + ... : c2 makes up for L not being log2 e.
 constexpr Float64 c8 = fromBits(0x3f903950cf599c56);  // 0.015843641906397053, in the kernels that use it
@@ -32,17 +36,19 @@ constexpr Float64 d3 = fromBits(0x3fac6b08d704a0bf);  // 0.055504108664821576
 constexpr Float64 d2 = fromBits(0x3fcebfbdff82c58e);  // 0.2402265069591007
 constexpr Float64 d1 = fromBits(0x3fe62e42fefa39ef);  // 0.6931471805599453
 
-// Two programs, with results that may differ in the last bit: powers of levels 1 to 4, and of a fixed exponent at every level, come from the long one (c8, and
-// the exponential's polynomial in powers of r), powers at level 5 from the short one.
+// Two programs, with results that may differ in the last bit: powers of levels 1 to 4, and of a
+// fixed exponent at every level, come from the long one (c8, and the exponential's polynomial in
+// powers of r), powers at level 5 from the short one.
 enum class Program { longer, shorter };
 
 // A number cut to its upper 26 bits: the product of two such is exact.
 template <class V>
-[[gnu::always_inline]] inline V cut(V x) {
+INLINE V cut(V x) {
   return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
 }
 
-// A row of the tables near m, and the exponent k that goes with it: the rows from 512 up stand for m/2.
+// A row of the tables near m, and the exponent k that goes with it: the rows from 512 up stand for
+// m/2.
 template <class V>
 struct LogRow {
   V rcp, hi, lo, k;
@@ -54,7 +60,7 @@ struct ReducedArgument {
   V t0, p;
 };
 template <class V>
-[[gnu::always_inline]] inline ReducedArgument<V> reduceArgument(V x, V rcp) {
+INLINE ReducedArgument<V> reduceArgument(V x, V rcp) {
   const V m = orBits(andBits(x, broadcast<V>(fromBits(0x000fffffffffffff))), broadcast<V>(1.0));
   const V mh = cut(m), ml = m - mh;
   const V g = m * rcp;
@@ -68,13 +74,13 @@ struct LeadingLog {
 };
 // From big = k + hi, which is exact, and the row's lo.
 template <class V>
-[[gnu::always_inline]] inline LeadingLog<V> leadingSum(V big, ReducedArgument<V> u, V lo) {
+INLINE LeadingLog<V> leadingSum(V big, ReducedArgument<V> u, V lo) {
   const V a = big + u.t0, e1 = (big - a) + u.t0;
   const V a2 = a + u.p, e2 = (a - a2) + u.p;
   return {a, a2, (e2 + e1) + lo, u.t0 + u.p};
 }
 template <class V>
-[[gnu::always_inline]] inline LeadingLog<V> leadingLog(V x, LogRow<V> row) {
+INLINE LeadingLog<V> leadingLog(V x, LogRow<V> row) {
   return leadingSum(row.k + row.hi, reduceArgument(x, row.rcp), row.lo);
 }
 
@@ -83,30 +89,32 @@ template <class V>
 struct Log2 {
   V high, low;
 };
-// The polynomial in two halves, since a half is a chain short enough for the loops of explog/pow_stages.h.
+// The polynomial in two halves, since a half is a chain short enough for the loops of
+// explog/pow_stages.h.
 template <Program program, class V>
-[[gnu::always_inline]] inline V upperPolynomial(V t) {
+INLINE V upperPolynomial(V t) {
   if constexpr (program == Program::longer)
     return ((c8 * t + c7) * t + c6) * t + c5;
   else
     return (c7 * t + c6) * t + c5;
 }
 template <Program program, class V>
-[[gnu::always_inline]] inline V lowerPart(V low, V t, V upper) {
+INLINE V lowerPart(V low, V t, V upper) {
   const V polynomial = (((upper * t + c4) * t + c3) * t + c2) * t;
   return program == Program::longer ? low + polynomial : polynomial + low;
 }
 template <class V>
-[[gnu::always_inline]] inline Log2<V> log2From(V a2, V w) {
+INLINE Log2<V> log2From(V a2, V w) {
   const V high = a2 + w;
   return {high, w - (high - a2)};
 }
 template <Program program, class V>
-[[gnu::always_inline]] inline Log2<V> completeLog(V a2, V low, V t, V upper) {
+INLINE Log2<V> completeLog(V a2, V low, V t, V upper) {
   return log2From(a2, lowerPart<program>(low, t, upper));
 }
 
-// y log2 x = n/128 + r; n is in the low 32 bits of `shifted`, `rounded` is n/128. `p` is the exact product of the upper parts.
+// y log2 x = n/128 + r; n is in the low 32 bits of `shifted`, `rounded` is n/128. `p` is the exact
+// product of the upper parts.
 template <class V>
 struct Product {
   V p, shifted, rounded, r;
@@ -116,19 +124,20 @@ struct Exponent {
   Y all, upper, rest;
 };
 template <class Y>
-[[gnu::always_inline]] inline Exponent<Y> splitExponent(Y y) {
+INLINE Exponent<Y> splitExponent(Y y) {
   const Y upper = cut(y);
   return {y, upper, y - upper};
 }
-// y * high as p + rest. With a short exponent, one of at most 26 bits, y.rest is zero, and so are two of the three products: the sum is the same without them
-// but for the sign of a zero, which no later addition keeps.
+// y * high as p + rest. With a short exponent, one of at most 26 bits, y.rest is zero, and so are
+// two of the three products: the sum is the same without them but for the sign of a zero, which no
+// later addition keeps.
 enum class Split { full, shortExponent };
 template <class V>
 struct LeadingProduct {
   V p, rest;
 };
 template <Split split = Split::full, class V, class Y>
-[[gnu::always_inline]] inline LeadingProduct<V> leadingProduct(V high, Exponent<Y> y) {
+INLINE LeadingProduct<V> leadingProduct(V high, Exponent<Y> y) {
   const V hc = cut(high), hl = high - hc;
   if constexpr (split == Split::shortExponent)
     return {y.upper * hc, y.upper * hl};
@@ -137,12 +146,12 @@ template <Split split = Split::full, class V, class Y>
 }
 // yLow is y times the low part of log2 x.
 template <class V>
-[[gnu::always_inline]] inline Product<V> completeProduct(LeadingProduct<V> h, V yLow) {
+INLINE Product<V> completeProduct(LeadingProduct<V> h, V yLow) {
   const V s = h.p + shifter, v = s - shifter;
   return {h.p, s, v, (h.rest + yLow) + (h.p - v)};
 }
 template <class V, class Y>
-[[gnu::always_inline]] inline Product<V> product(V high, V low, Exponent<Y> y) {
+INLINE Product<V> product(V high, V low, Exponent<Y> y) {
   return completeProduct(leadingProduct(high, y), y.all * low);
 }
 
@@ -152,7 +161,7 @@ struct PowerTerms {
   V upper, middle, first;
 };
 template <Program program, class V>
-[[gnu::always_inline]] inline PowerTerms<V> powerTerms(V r) {
+INLINE PowerTerms<V> powerTerms(V r) {
   if constexpr (program == Program::longer) {
     return {((((d5 * r + d4) * r) * r) * r) * r, ((d3 * r + d2) * r) * r, r * d1};
   } else {
@@ -162,11 +171,11 @@ template <Program program, class V>
 }
 // 2^(n/128 + r), from the table's row th + tl = 2^(j/128) and a normal scale = 2^e
 template <class V>
-[[gnu::always_inline]] inline V powerFrom(PowerTerms<V> terms, V th, V tl, V scale) {
+INLINE V powerFrom(PowerTerms<V> terms, V th, V tl, V scale) {
   return (((((terms.upper * th) + tl) + (terms.middle * th)) + (terms.first * th)) + th) * scale;
 }
 template <Program program, class V>
-[[gnu::always_inline]] inline V completePower(V r, V th, V tl, V scale) {
+INLINE V completePower(V r, V th, V tl, V scale) {
   return powerFrom(powerTerms<program>(r), th, tl, scale);
 }
 

@@ -1,6 +1,7 @@
-// The scalar routines of x^y: they take every argument. Each has its own arithmetic, so that results may differ in the last bit.
+// The scalar routines of x^y: they take every argument. Each has its own arithmetic, so that
+// results may differ in the last bit.
 #pragma once
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace qorvane {
 

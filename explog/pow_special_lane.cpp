@@ -1,12 +1,16 @@
 // One element of x^y for the kernel of level 5.
 //
-// Method: x = 2^k * m, and m is brought near 1 by three short reciprocals in turn, in steps of 1/32, 1/512 and 1/32768; the product c of the three is exact,
-// the error of m * c is had from products of halves, and log2 x is the sum of k, three rows of logarithms as high + low, and a polynomial, to more bits than
-// the kernels have. Its product with y is n/128 + r as in explog/pow_core.h.
+// Method: x = 2^k * m, and m is brought near 1 by three short reciprocals in turn, in steps of
+// 1/32, 1/512 and 1/32768; the product c of the three is exact, the error of m * c is had from
+// products of halves, and log2 x is the sum of k, three rows of logarithms as high + low, and a
+// polynomial, to more bits than the kernels have. Its product with y is n/128 + r as in
+// explog/pow_core.h.
 //
-// Error: at most 0.51 ulp, in round-to-nearest; rounding mode, FTZ and DAZ are the caller's. Subnormal results are rounded once down to 2^-1032.
+// Error: at most 0.51 ulp, in round-to-nearest; rounding mode, FTZ and DAZ are the caller's.
+// Subnormal results are rounded once down to 2^-1032.
 //
-// Special values: explog/pow_cases.h. Overflow and underflow have status 0, but are raised as flags; so are the pole of zero and the invalid arguments.
+// Special values: explog/pow_cases.h. Overflow and underflow have status 0, but are raised as
+// flags; so are the pole of zero and the invalid arguments.
 #include "explog/pow_cases.h"
 #include "explog/pow_core.h"
 #include "explog/pow_lanes.h"
@@ -18,7 +22,8 @@ namespace {
 
 using namespace power;
 
-// log2(1 + t/L) - t and 2^r - 1, fitted for this routine's ranges: their last bits aren't those of the kernels' polynomials.
+// log2(1 + t/L) - t and 2^r - 1, fitted for this routine's ranges: their last bits aren't those of
+// the kernels' polynomials.
 constexpr Float64 q5 = fromBits(0xbfb550472a9012d8);  // -0.08325619496470027
 constexpr Float64 q4 = fromBits(0x3fc47fd462b6dee1);  // 0.16015105075870564
 constexpr Float64 q3 = c3;
@@ -53,7 +58,8 @@ nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
     *result = fromBits(known.pattern);
     if ((known.pattern & ~signBit) > infinity && known.status == nuvStatusOk) *result = x + y;
     if (known.status != nuvStatusOk)
-      *result = known.pattern << 1 == infinity << 1 ? fromBits((known.pattern & signBit) | one) / opaque(0.0) : opaque(0.0) / opaque(0.0);
+      *result = known.pattern << 1 == infinity << 1 ? fromBits((known.pattern & signBit) | one) / opaque(0.0)
+                                                    : opaque(0.0) / opaque(0.0);
     return known.status;
   }
 
@@ -70,7 +76,8 @@ nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
   const Float64 m2 = m1 * powStage2Rcp[i2], c12 = powStage1Rcp[i1] * powStage2Rcp[i2];
   const int i3 = ((wordOf(m2) & 0xff0) + 0x10) >> 5;
   const Float64 g = m2 * powStage3Rcp[i3], c = c12 * powStage3Rcp[i3];
-  const Float64 k = (static_cast<Float64>(((wordOf(z) - 0x3fe7c000) >> 20) + scaled) + powStage1Log[i1][0]) + powStage2Log[i2][0];
+  const Float64 k =
+      (static_cast<Float64>(((wordOf(z) - 0x3fe7c000) >> 20) + scaled) + powStage1Log[i1][0]) + powStage2Log[i2][0];
   const Float64 big = k + powStage3Log[i3][0], t0 = g - log2eHi;
   const auto [mh, ml] = halves(m);
   const auto [ch, cl] = halves(c);
@@ -100,9 +107,11 @@ nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
   const int exponent = exponentField(power) + e - 1023;
 
   if (exponent >= 1024) return give(overflow(sign));
-  if (exponent >= -1022) return give(fromBits((toBits(power) & 0x800fffffffffffff) | static_cast<uint64_t>(exponent + 1023) << 52) * sign);
+  if (exponent >= -1022)
+    return give(fromBits((toBits(power) & 0x800fffffffffffff) | static_cast<uint64_t>(exponent + 1023) << 52) * sign);
   if (exponent < -1084) return give(tiny() * sign);
-  const Float64 scale = powerOfTwo((e + 1223) & 0x7ff), down = sign * fromBits(0x3370000000000000);  // 2^(e + 200) and 2^-200
+  const Float64 scale = powerOfTwo((e + 1223) & 0x7ff),
+                down = sign * fromBits(0x3370000000000000);  // 2^(e + 200) and 2^-200
   if (exponent < -1032) return give((down * (power * scale)) + tiny());
   const auto [high, rest2] = halves(power);
   return give((((high * scale) * down) + (((rest2 + (rest + (th - power))) * scale) * down)) + tiny());

@@ -1,9 +1,11 @@
 // x^y, levels 1 to 4.
 //
-// Method: explog/pow_core.h, with the long program; a group of four elements that has one outside the fast range goes to powFixLane whole.
+// Method: explog/pow_core.h, with the long program; a group of four elements that has one outside
+// the fast range goes to powFixLane whole.
 //
-// Error: at most 0.51 ulp in the ordinary range, 1.23 ulp where |x - 1| is near 2^-11 and |y log2 x| near 1000. The kernel runs in round-to-nearest with
-// subnormals honoured, whatever the caller's mode.
+// Error: at most 0.51 ulp in the ordinary range, 1.23 ulp where |x - 1| is near 2^-11 and |y log2
+// x| near 1000. The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's
+// mode.
 //
 // Special values: explog/pow_cases.h.
 #include "explog/pow_stages.h"
@@ -19,7 +21,7 @@ namespace {
 
 }  // namespace
 
-nuvStatus powLevels1To4(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len) {
+nuvStatus powSse3(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, srcA, srcB, dst);
 }
 

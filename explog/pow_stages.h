@@ -1,12 +1,15 @@
 // The loop of the x^y kernels.
 //
-// The way from x and y to the result is one chain of some 140 cycles, and a processor's window holds about a third of its operations: what follows it in the
-// program can't start early enough to fill the gaps. So a chunk of elements goes through the chain in stages, each a loop of its own whose short chains
-// overlap. Between the stages the chunk is in arrays on the stack. The indices of the table rows are made four at a time and read back one by one, which also
-// spares the transfers between register files.
+// The way from x and y to the result is one chain of some 140 cycles, and a processor's window
+// holds about a third of its operations: what follows it in the program can't start early enough to
+// fill the gaps. So a chunk of elements goes through the chain in stages, each a loop of its own
+// whose short chains overlap. Between the stages the chunk is in arrays on the stack. The indices
+// of the table rows are made four at a time and read back one by one, which also spares the
+// transfers between register files.
 //
-// Elements that the fast path isn't made for are found from the high words of x and of P, the leading part of y log2 x; the scalar routine recomputes them from
-// their arguments, which are still in place: results of such a chunk are stored after that.
+// Elements that the fast path isn't made for are found from the high words of x and of P, the
+// leading part of y log2 x; the scalar routine recomputes them from their arguments, which are
+// still in place: results of such a chunk are stored after that.
 #pragma once
 #include "explog/pow_core.h"
 #include "explog/pow_lanes.h"
@@ -17,8 +20,8 @@ namespace {
 
 namespace power {
 
-// Which elements the scalar routine recomputes: those outside the fast range, or all of a group of four that has one. Elements after the last whole group stand
-// alone.
+// Which elements the scalar routine recomputes: those outside the fast range, or all of a group of
+// four that has one. Elements after the last whole group stand alone.
 enum class Repair { elements, groupsOf4 };
 
 // An exponent for each element, or one for all.
@@ -37,48 +40,52 @@ template <class Part>
 using Block = Pack<Part, 8 / laneCount<Part>>;
 
 template <class T, class Words>
-[[gnu::always_inline]] inline void putWords(T* p, Words w) {
+INLINE void putWords(T* p, Words w) {
   __builtin_memcpy(p, &w, sizeof w);
 }
 
 // Sums of high words wrap.
 template <int K>
-[[gnu::always_inline]] inline Pack<Words4, K> plusWords(Pack<Words4, K> w, unsigned c) {
+INLINE Pack<Words4, K> plusWords(Pack<Words4, K> w, unsigned c) {
   using Unsigned4 [[gnu::vector_size(16)]] = unsigned;
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return reinterpret_cast<Words4>(reinterpret_cast<Unsigned4>(w.part[i]) + c); });
+  return makePack<K>([&](int i)
+                         INLINED { return reinterpret_cast<Words4>(reinterpret_cast<Unsigned4>(w.part[i]) + c); });
 }
-[[gnu::always_inline]] inline int plusWords(int w, unsigned c) { return static_cast<int>(static_cast<unsigned>(w) + c); }
+INLINE int plusWords(int w, unsigned c) { return static_cast<int>(static_cast<unsigned>(w) + c); }
 
 // The lower 32 bits of every lane, in order.
-[[gnu::always_inline]] inline Words4 packLowWords(__m128d a, __m128d b) {
+INLINE Words4 packLowWords(__m128d a, __m128d b) {
   return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(a), _mm_castpd_ps(b), 0x88));
 }
 template <int K>
-[[gnu::always_inline]] inline auto lowWords(Pack<Lanes2, K> v) {
-  return makePack<K / 2>([&](int i) __attribute__((always_inline)) { return packLowWords(v.part[2 * i], v.part[2 * i + 1]); });
+INLINE auto lowWords(Pack<Lanes2, K> v) {
+  return makePack<K / 2>([&](int i) INLINED { return packLowWords(v.part[2 * i], v.part[2 * i + 1]); });
 }
 #ifdef __AVX__
 template <int K>
-[[gnu::always_inline]] inline auto lowWords(Pack<Lanes4, K> v) {
-  return makePack<K>([&](int i)
-                         __attribute__((always_inline)) { return packLowWords(_mm256_castpd256_pd128(v.part[i]), _mm256_extractf128_pd(v.part[i], 1)); });
+INLINE auto lowWords(Pack<Lanes4, K> v) {
+  return makePack<K>([&](int i) INLINED {
+    return packLowWords(_mm256_castpd256_pd128(v.part[i]), _mm256_extractf128_pd(v.part[i], 1));
+  });
 }
 #endif
 
-// What stands in a chunk's arrays of 32-bit words for the lanes of V: offsets of rows, integers as numbers, high words of numbers.
+// What stands in a chunk's arrays of 32-bit words for the lanes of V: offsets of rows, integers as
+// numbers, high words of numbers.
 template <class V, uint64_t unit = 1>
-[[gnu::always_inline]] inline BitsOf<V> offsetsAt(const uint32_t* p) {
+INLINE BitsOf<V> offsetsAt(const uint32_t* p) {
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return offsetsAt<PartOf<V>, unit>(p + i * laneCount<PartOf<V>>); });
+    return makePack<packSize<V>>([&](int i)
+                                     INLINED { return offsetsAt<PartOf<V>, unit>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return Bits2{p[0] * unit, p[1] * unit};
   else
     return {{Bits2{p[0] * unit, p[1] * unit}, Bits2{p[2] * unit, p[3] * unit}}};
 }
 template <class V>
-[[gnu::always_inline]] inline V numbersAt(const int* p) {
+INLINE V numbersAt(const int* p) {
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return numbersAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
+    return makePack<packSize<V>>([&](int i) INLINED { return numbersAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return _mm_cvtepi32_pd(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
 #ifdef __AVX__
@@ -87,53 +94,57 @@ template <class V>
 #endif
 }
 template <class V>
-[[gnu::always_inline]] inline V highWordsAt(const int* p) {
+INLINE V highWordsAt(const int* p) {
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return highWordsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
+    return makePack<packSize<V>>([&](int i) INLINED { return highWordsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
-    return reinterpret_cast<Lanes2>(_mm_unpacklo_epi32(_mm_setzero_si128(), _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+    return reinterpret_cast<Lanes2>(
+        _mm_unpacklo_epi32(_mm_setzero_si128(), _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
 #ifdef __AVX__
   else {
     const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(p)), zero = _mm_setzero_si128();
-    return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_castsi128_pd(_mm_unpacklo_epi32(zero, words))), _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words)),
-                                1);
+    return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_castsi128_pd(_mm_unpacklo_epi32(zero, words))),
+                                _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words)), 1);
   }
 #endif
 }
 
 // rcp for the lanes of V, from half the byte offset of the other columns.
 template <class V>
-[[gnu::always_inline]] inline V reciprocalsAt(const uint32_t* p) {
-  const auto at = [&](int i) __attribute__((always_inline)) { return powRcpTable[p[i] / sizeof(Float64)]; };
+INLINE V reciprocalsAt(const uint32_t* p) {
+  const auto at = [&](int i) INLINED { return powRcpTable[p[i] / sizeof(Float64)]; };
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return reciprocalsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
+    return makePack<packSize<V>>([&](int i) INLINED { return reciprocalsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
   else if constexpr (laneCount<V> == 2)
     return V{at(0), at(1)};
   else
     return V{at(0), at(1), at(2), at(3)};
 }
 
-// From the high words of x and of P: x not positive, normal and finite; the result not certainly normal and finite, or P a NaN.
+// From the high words of x and of P: x not positive, normal and finite; the result not certainly
+// normal and finite, or P a NaN.
 template <class W>
-[[gnu::always_inline]] inline auto outsideBase(W w) {
+INLINE auto outsideBase(W w) {
   return 0x200000 > plusWords(w, 0x100000);
 }
 template <Repair repair, class W>
-[[gnu::always_inline]] inline auto outsideResult(W w) {
+INLINE auto outsideResult(W w) {
   if constexpr (repair == Repair::elements)
     return (w & 0x7fffffff) > 0x408feffe;  // |P| from 1021.9999 up
   else
-    return (w > 0x408ff7f7) | ((w ^ static_cast<int>(0x80000000)) > 0x408e1ff7);  // e > 1022 or e < -963: P from 1022.99609375 up or from -963.99609375 down
+    return (w > 0x408ff7f7) | ((w ^ static_cast<int>(0x80000000)) >
+                               0x408e1ff7);  // e > 1022 or e < -963: P from 1022.99609375 up or from -963.99609375 down
 }
 // An exponent below 2^-1042 sends its group to the scalar routine, too.
 template <class W>
-[[gnu::always_inline]] inline auto tinyExponent(W w) {
+INLINE auto tinyExponent(W w) {
   return 1 > (w & 0x7fffffff);
 }
 
-// The stages up to the product, for n elements, a multiple of eight. Whether any of them must be recomputed.
+// The stages up to the product, for n elements, a multiple of eight. Whether any of them must be
+// recomputed.
 template <class Part, Program program, Repair repair, Exponents exponents>
-[[gnu::always_inline]] inline bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk& c) {
+INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk& c) {
   using V = Block<Part>;
   auto outside = outsideBase(highWords(V{})) & 0;
   for (int64_t i = 0; i < n; i += 8) {
@@ -169,13 +180,14 @@ template <class Part, Program program, Repair repair, Exponents exponents>
     putWords(c.scale + i, plusWords(shifted << 13, 0x3ff00000) & static_cast<int>(0xfff00000));
     store(c.r + i, p.r);
     outside = outside | outsideResult<repair>(leading);
-    if constexpr (repair == Repair::groupsOf4 && exponents == Exponents::each) outside = outside | tinyExponent(highWords(factor.all));
+    if constexpr (repair == Repair::groupsOf4 && exponents == Exponents::each)
+      outside = outside | tinyExponent(highWords(factor.all));
   }
   return any(outside);
 }
 
 template <class Part, Program program>
-[[gnu::always_inline]] inline void lastStage(Float64* z, int64_t n, const Chunk& c) {
+INLINE void lastStage(Float64* z, int64_t n, const Chunk& c) {
   using V = Block<Part>;
   for (int64_t i = 0; i < n; i += 8) {
     const auto [th, tl] = twoColumns<V>(powExp2Table, offsetsAt<V>(c.exp2Row + i));
@@ -184,8 +196,8 @@ template <class Part, Program program>
 }
 
 template <Repair repair, Exponents exponents>
-[[gnu::noinline, gnu::cold]] nuvStatus repairChunk(const Float64* x, const Float64* y, Float64* z, int64_t count, const Chunk& c, nuvStatus status,
-                                                   PowScalarRoutine* scalar) {
+[[gnu::noinline, gnu::cold]] nuvStatus repairChunk(const Float64* x, const Float64* y, Float64* z, int64_t count,
+                                                   const Chunk& c, nuvStatus status, PowScalarRoutine* scalar) {
   const auto isOutside = [&](int64_t i) -> bool {
     if (repair == Repair::groupsOf4 && exponents == Exponents::each && tinyExponent(highWords(y[i]))) return true;
     return outsideBase(highWords(x[i])) || outsideResult<repair>(c.leading[i]);
@@ -200,9 +212,10 @@ template <Repair repair, Exponents exponents>
   return status;
 }
 
-// The last elements after whole blocks are made up to a block with ones, which raise no flag and need no repair.
+// The last elements after whole blocks are made up to a block with ones, which raise no flag and
+// need no repair.
 template <class Part, Program program, Repair repair, Exponents exponents>
-[[gnu::always_inline]] inline nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar) {
+INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar) {
   constexpr bool same = exponents == Exponents::same;
   Chunk c;
   Float64 lastX[8], lastY[8];
@@ -232,11 +245,10 @@ template <class Part, Program program, Repair repair, Exponents exponents>
 
 // x^y with one exponent for all elements.
 template <class Part>
-[[gnu::always_inline]] inline nuvStatus fixedExponentLoop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
+INLINE nuvStatus fixedExponentLoop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   const uint64_t magnitude = toBits(value) << 1;
   if (toBits(value) == toBits(2.0))
-    return plainLoop<Pack<Part, 4>>(
-        src, dst, len, [](auto x) __attribute__((always_inline)) { return x * x; });
+    return plainLoop<Pack<Part, 4>>(src, dst, len, [](auto x) INLINED { return x * x; });
   if (magnitude == 0 || magnitude >= toBits(__builtin_inf()) << 1) {
     nuvStatus status = nuvStatusOk;
     for (int64_t i = 0; i < len; ++i) takeStatus<Raises::yes>(status, powFixLane(src[i], value, dst + i));

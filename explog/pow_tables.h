@@ -1,4 +1,5 @@
-// The tables of x^y: one copy for the sources of all levels. explog/pow_tables.inc says what the rows are.
+// The tables of x^y: one copy for the sources of all levels. explog/pow_tables.inc says what the
+// rows are.
 #pragma once
 #include "frame/bits.h"
 

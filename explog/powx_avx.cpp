@@ -1,10 +1,13 @@
 // x^y with one exponent for all elements, level 5.
 //
-// Method: explog/pow_core.h, with the long program at every level; a group of four elements that has one outside the fast range goes to powFixLane whole. The
-// exponent is split once, and y = 2 is a plain square of anything. See explog/pow_sse3.cpp for the error and the special values.
+// Method: explog/pow_core.h, with the long program at every level; a group of four elements that
+// has one outside the fast range goes to powFixLane whole. The exponent is split once, and y = 2 is
+// a plain square of anything. See explog/pow_sse3.cpp for the error and the special values.
 //
-// With a fixed exponent the fast range is a range of x: stretches of elements that all stand safely within it need no test of P, and no results but the last
-// are looked at. They run through three loops, each a software pipeline; anything else runs through the stages of explog/pow_stages.h. The bits are the same.
+// With a fixed exponent the fast range is a range of x: stretches of elements that all stand safely
+// within it need no test of P, and no results but the last are looked at. They run through three
+// loops, each a software pipeline; anything else runs through the stages of explog/pow_stages.h.
+// The bits are the same.
 #include "explog/pow_stages.h"
 #include "frame/kernel_frame.h"
 
@@ -22,8 +25,10 @@ struct Stretch {
   alignas(32) int k[longestStretch + ahead];
 };
 
-// High words of x from `first` up to, but not including, `end` give |y log2 x| < 963.1, a normal result. With T = 963 / |y| and its integer and its fraction
-// a + f: a high word read as a number with 20 fraction bits, less 1023, is never above log2 x, so that -T is a lower end; 2^f >= 1 + f ln 2 gives the upper one.
+// High words of x from `first` up to, but not including, `end` give |y log2 x| < 963.1, a normal
+// result. With T = 963 / |y| and its integer and its fraction a + f: a high word read as a number
+// with 20 fraction bits, less 1023, is never above log2 x, so that -T is a lower end; 2^f >= 1 + f
+// ln 2 gives the upper one.
 struct HighWordRange {
   unsigned first, end;
 };
@@ -35,7 +40,7 @@ HighWordRange safeRange(Float64 y) {
 }
 
 // The rows of the stretch; whether all of x is in the range.
-[[gnu::always_inline]] inline bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& c) {
+INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& c) {
   using Block = Pack<Lanes2, 4>;
   const unsigned toLowest = 0x80000000u - range.first;  // compared as signed numbers
   const int limit = static_cast<int>(range.end - range.first + 0x80000000u) - 1;
@@ -51,28 +56,32 @@ HighWordRange safeRange(Float64 y) {
 }
 
 // The numbers at these byte offsets.
-[[gnu::always_inline]] inline V reciprocals(const uint32_t* offsets) {
-  const auto at = [&](int lane) __attribute__((always_inline)) {
+INLINE V reciprocals(const uint32_t* offsets) {
+  const auto at = [&](int lane) INLINED {
     return reinterpret_cast<const Float64*>(reinterpret_cast<const char*>(powRcpTable) + offsets[lane]);
   };
-  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadh_pd(_mm_load_sd(at(0)), at(1))), _mm_loadh_pd(_mm_load_sd(at(2)), at(3)), 1);
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadh_pd(_mm_load_sd(at(0)), at(1))),
+                              _mm_loadh_pd(_mm_load_sd(at(2)), at(3)), 1);
 }
 
-// n = 128 e + j is kept as the pattern of a key: its lowest byte is 2j, so that one load a lane gives the address of a row, and above it stands e + 1023.
-constexpr Float64 keyShifter = fromBits(0x42b8000000000000 + 2 * 128 * 1023);  // 1.5 * 2^44 + 1023; a unit is worth 2^-8
-[[gnu::always_inline]] inline TwoColumns<V> exp2Rows(const Float64* keys) {
-  const auto row = [&](int lane) __attribute__((always_inline)) {
+// n = 128 e + j is kept as the pattern of a key: its lowest byte is 2j, so that one load a lane
+// gives the address of a row, and above it stands e + 1023.
+constexpr Float64 keyShifter =
+    fromBits(0x42b8000000000000 + 2 * 128 * 1023);  // 1.5 * 2^44 + 1023; a unit is worth 2^-8
+INLINE TwoColumns<V> exp2Rows(const Float64* keys) {
+  const auto row = [&](int lane) INLINED {
     return rowAt(powExp2Table, uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + lane)[0]);
   };
   return transposeRows(row(0), row(1), row(2), row(3));
 }
-[[gnu::always_inline]] inline V powerOfTwo(const Float64* keys) {
+INLINE V powerOfTwo(const Float64* keys) {
   const BitsOf<V> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
   return _mm256_and_pd(valueOf<V>(shifted), _mm256_set1_pd(fromBits(0x7ff0000000000000)));
 }
 
-// In each of the three loops one turn makes one step for each of successive vectors, the oldest first, whose operands were ready a turn ago; the chain of a
-// whole element takes some 140 cycles. n is a multiple of the vector's length.
+// In each of the three loops one turn makes one step for each of successive vectors, the oldest
+// first, whose operands were ready a turn ago; the chain of a whole element takes some 140 cycles.
+// n is a multiple of the vector's length.
 template <Split split>
 [[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
   using Beyond = Pack<V, ahead / vector>;  // what the steps make of zeros raises no flag
@@ -82,16 +91,16 @@ template <Split split>
   LogRow<V> row;
   V big, lo;
   ReducedArgument<V> u;
-  const auto logRow = [&](int64_t i) __attribute__((always_inline)) {
+  const auto logRow = [&](int64_t i) INLINED {
     const auto [hi, rowLo] = twoColumns<V>(powLog2Table, offsetsAt<V, 2>(c.logRow + i));
     row = {reciprocals(c.logRow + i), hi, rowLo, numbersAt<V>(c.k + i)};
   };
-  const auto reduce = [&](int64_t i) __attribute__((always_inline)) {
+  const auto reduce = [&](int64_t i) INLINED {
     u = reduceArgument(load<V>(x + i), row.rcp);
     big = row.k + row.hi;
     lo = row.lo;
   };
-  const auto sum = [&](int64_t i) __attribute__((always_inline)) {
+  const auto sum = [&](int64_t i) INLINED {
     const auto leading = leadingSum(big, u, lo);
     store(c.high + i, leading.a2), store(c.low + i, leading.low), store(c.t + i, leading.t);
   };
@@ -102,21 +111,21 @@ template <Split split>
   V t, first, q, w, yLow;
   Log2<V> log;
   LeadingProduct<V> leading;
-  const auto top = [&](int64_t i) __attribute__((always_inline)) {
+  const auto top = [&](int64_t i) INLINED {
     t = load<V>(c.t + i);
     first = (c8 * t + c7) * t + c6;
   };
-  const auto middle = [&]() __attribute__((always_inline)) { q = (first * t + c5) * t + c4; };
-  const auto bottom = [&](int64_t i) __attribute__((always_inline)) {
+  const auto middle = [&]() INLINED { q = (first * t + c5) * t + c4; };
+  const auto bottom = [&](int64_t i) INLINED {
     const V tAgain = load<V>(c.t + i);
     w = load<V>(c.low + i) + (((q * tAgain + c3) * tAgain + c2) * tAgain);
   };
-  const auto logarithm = [&](int64_t i) __attribute__((always_inline)) { log = log2From(load<V>(c.high + i), w); };
-  const auto multiply = [&]() __attribute__((always_inline)) {
+  const auto logarithm = [&](int64_t i) INLINED { log = log2From(load<V>(c.high + i), w); };
+  const auto multiply = [&]() INLINED {
     yLow = y.all * log.low;
     leading = leadingProduct<split>(log.high, y);
   };
-  const auto round = [&](int64_t i) __attribute__((always_inline)) {
+  const auto round = [&](int64_t i) INLINED {
     const auto product = completeProduct(leading, yLow);
     store(c.t + i, product.rounded + keyShifter), store(c.low + i, product.r);
   };
@@ -131,7 +140,7 @@ template <Split split>
 
   PowerTerms<V> terms;
   TwoColumns<V> exp2Row;
-  const auto expand = [&](int64_t i) __attribute__((always_inline)) {
+  const auto expand = [&](int64_t i) INLINED {
     terms = powerTerms<Program::longer>(load<V>(c.low + i));
     exp2Row = exp2Rows(c.t + i);
   };
@@ -144,7 +153,8 @@ template <Split split>
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   const uint64_t magnitudeBits = toBits(value) << 1;
-  if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1) return fixedExponentLoop<V>(src, value, dst, len);
+  if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1)
+    return fixedExponentLoop<V>(src, value, dst, len);
   const Exponent<Float64> y = splitExponent(value);
   const HighWordRange range = safeRange(value);
   if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len);
@@ -156,7 +166,8 @@ template <Split split>
     const int64_t whole = count & ~(vector - 1);
     if (count >= shortestStretch && findRows(src, whole, range, c)) {
       count = whole;
-      y.rest == 0 ? pipelines<Split::shortExponent>(src, y, dst, count, c) : pipelines<Split::full>(src, y, dst, count, c);
+      y.rest == 0 ? pipelines<Split::shortExponent>(src, y, dst, count, c)
+                  : pipelines<Split::full>(src, y, dst, count, c);
     } else {
       takeStatus<Raises::no>(status, fixedExponentLoop<V>(src, value, dst, count));  // which raises the flags
     }
@@ -167,7 +178,7 @@ template <Split split>
 
 }  // namespace
 
-nuvStatus powxLevel5(const Float64* src, Float64 value, Float64* dst, int32_t len) {
+nuvStatus powxAvx(const Float64* src, Float64 value, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, value, dst);
 }
 

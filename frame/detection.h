@@ -2,7 +2,7 @@
 #pragma once
 #include <cstdint>
 
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace qorvane {
 
@@ -10,11 +10,12 @@ namespace qorvane {
 constexpr uint64_t hasSse3 = 0x8, hasSsse3 = 0x10, hasMovbe = 0x20, hasSse41 = 0x40, hasAvx = 0x100;
 constexpr uint64_t savesAvxState = 0x200;  // the operating system saves the XMM and YMM registers
 
-// The features in use: the feature word less what the chosen level leaves aside. A record, nothing depends on it.
+// The features in use: the feature word less what the chosen level leaves aside. A record, nothing
+// depends on it.
 extern uint64_t ProcessorFeatures;
 
-// What the feature word is made from: ECX and EDX of CPUID leaf 1, whether XGETBV shows XMM and YMM state saved, and EDX of leaf 0x20000001, 0 where that
-// leaf isn't there.
+// What the feature word is made from: ECX and EDX of CPUID leaf 1, whether XGETBV shows XMM and YMM
+// state saved, and EDX of leaf 0x20000001, 0 where that leaf isn't there.
 struct ProcessorWords {
   uint32_t ecx, edx;
   bool stateIsSaved;
@@ -28,8 +29,9 @@ struct LevelChoice {
 };
 LevelChoice chooseLevel(uint64_t features);
 
-// Stores the feature word in *features. With `info`: stores EAX, EBX, ECX, EDX of a CPUID leaf there, of leaf info[0] and sub-leaf info[2] if *features held
-// getInfoMagic on entry, otherwise of leaf 1.
+// Stores the feature word in *features. With `info`: stores EAX, EBX, ECX, EDX of a CPUID leaf
+// there, of leaf info[0] and sub-leaf info[2] if *features held getInfoMagic on entry, otherwise of
+// leaf 1.
 constexpr uint64_t getInfoMagic = 0x616f666e69746567;  // "getinfoa"
 nuvStatus queryProcessorFeatures(uint64_t* features, uint32_t* info);
 

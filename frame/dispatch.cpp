@@ -27,7 +27,8 @@ Registers cpuid(uint32_t leaf, uint32_t subleaf) {
   return r;
 }
 
-// Register 0 of XGETBV: which register state the operating system saves. Only where CPUID says OSXSAVE.
+// Register 0 of XGETBV: which register state the operating system saves. Only where CPUID says
+// OSXSAVE.
 uint32_t savedState() {
   uint32_t low, high;
   asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
@@ -86,7 +87,9 @@ nuvStatus queryProcessorFeatures(uint64_t* features, uint32_t* info) {
   return nuvStatusOk;
 }
 
-void setDefaultThreads(int32_t processors, int32_t maxThreads) { nuvSetNumThreads(processors < maxThreads ? processors : maxThreads); }
+void setDefaultThreads(int32_t processors, int32_t maxThreads) {
+  nuvSetNumThreads(processors < maxThreads ? processors : maxThreads);
+}
 
 namespace {
 

@@ -3,34 +3,51 @@
 #include <cstdint>
 
 #include "frame/bits.h"
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace qorvane {
 
-using RealUnaryKernel = nuvStatus(const Float64* src, Float64* dst, int32_t len);
-using RealBinaryKernel = nuvStatus(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
-using RealSplitKernel = nuvStatus(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
-using RealScalarKernel = nuvStatus(const Float64* src, Float64 value, Float64* dst, int32_t len);
+// The signatures of kernels, a name for each shape.
+namespace shapes {
+using realUnary = nuvStatus(const Float64* src, Float64* dst, int32_t len);
+using realBinary = nuvStatus(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
+using realSplit = nuvStatus(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
+using realScalar = nuvStatus(const Float64* src, Float64 value, Float64* dst, int32_t len);
+}  // namespace shapes
 
-// The kernels of a function for DispatchLevel 0 to 5. Level 0 has the kernel of level 1.
+// A function's kernels for DispatchLevel 0 to 5. Level 0 has the kernel of level 1.
 template <class Kernel>
 struct DispatchTable {
   Kernel* level[6];
 };
 
-// The table of a function whose levels 1 to 4 are one program.
-template <class Kernel>
-constexpr DispatchTable<Kernel> twoVariants(Kernel* levels1To4, Kernel* level5) {
-  return {{levels1To4, levels1To4, levels1To4, levels1To4, levels1To4, level5}};
-}
+// A program is a run of neighbouring levels that one kernel serves. A function's programs are named
+// by the endings of
+// their sources, and so are these lists, which tell the levels that they begin at: with sse3_avx,
+// <stem>Sse3 serves
+// levels 1 to 4 and <stem>Avx level 5.
+template <int count>
+struct Programs {
+  int firstLevel[count];
+};
+namespace programs {
+constexpr Programs<1> sse3 = {{1}};
+constexpr Programs<2> sse3_ssse3 = {{1, 2}}, sse3_avx = {{1, 5}};
+constexpr Programs<3> sse3_ssse3_avx = {{1, 2, 5}}, sse3_sse41_avx = {{1, 4, 5}};
+}  // namespace programs
 
-// The table of a function that has a program of its own at level 4.
-template <class Kernel>
-constexpr DispatchTable<Kernel> threeVariants(Kernel* levels1To3, Kernel* level4, Kernel* level5) {
-  return {{levels1To3, levels1To3, levels1To3, levels1To3, level4, level5}};
+template <class Kernel, int count>
+constexpr DispatchTable<Kernel> tableOf(Programs<count> programs, Kernel* const (&kernels)[count]) {
+  DispatchTable<Kernel> table{};
+  for (int level = 0, program = 0; level < 6; ++level) {
+    if (program + 1 < count && level == programs.firstLevel[program + 1]) ++program;
+    table.level[level] = kernels[program];
+  }
+  return table;
 }
 
 }  // namespace qorvane
 
-// Set by the load hook before the first call; tests set it to run every level that the processor has.
+// Set by the load hook before the first call; tests set it to run every level that the processor
+// has.
 extern "C" [[gnu::visibility("hidden")]] int32_t DispatchLevel;

@@ -1,14 +1,12 @@
-// The exported functions, made from the table: each is one load of DispatchLevel and one jump through its dispatch table; its twin adds the offsets to the
-// pointers, in elements and without looking at them, and goes the same way.
+// The exported functions, made from the table: each is one load of DispatchLevel and one jump
+// through its dispatch table; its twin adds the offsets to the pointers, in elements and without
+// looking at them, and goes the same way.
 #include "frame/dispatch.h"
 
 namespace qorvane {
 
-#define FUNCTION(name, stem, shape, ...) extern const DispatchTable<shape##Kernel> stem##Kernels [[gnu::visibility("hidden")]];
-#define realUnaryKernel RealUnaryKernel
-#define realBinaryKernel RealBinaryKernel
-#define realSplitKernel RealSplitKernel
-#define realScalarKernel RealScalarKernel
+#define FUNCTION(name, stem, shape, ...) \
+  extern const DispatchTable<shapes::shape> stem##Kernels [[gnu::visibility("hidden")]];
 #include "frame/functions.inc"
 #undef FUNCTION
 
@@ -16,8 +14,9 @@ namespace {
 
 // On addresses, not on pointers: a null base with an offset is an address like any other.
 template <class Element>
-[[gnu::always_inline]] inline Element* at(Element* base, int32_t offset) {
-  return reinterpret_cast<Element*>(reinterpret_cast<uintptr_t>(base) + static_cast<uintptr_t>(static_cast<intptr_t>(offset)) * sizeof(Element));
+INLINE Element* at(Element* base, int32_t offset) {
+  return reinterpret_cast<Element*>(reinterpret_cast<uintptr_t>(base) +
+                                    static_cast<uintptr_t>(static_cast<intptr_t>(offset)) * sizeof(Element));
 }
 
 }  // namespace

@@ -1,13 +1,15 @@
-// What every kernel does around its loop: check the arguments, put the floating-point control state in order, run the loop, restore the state.
-// A kernel names its classes in one line:
-//   nuvStatus expLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
-// The loop takes the remaining arguments and the length in 64 bits, is [[gnu::noinline]] (arithmetic must not move across a change of the control words: a call
-// that can't be inlined holds it back), and returns the status of the last failing element.
+// What every kernel does around its loop: check the arguments, put the floating-point control state
+// in order, run the loop, restore the state. A kernel names its classes in one line:
+//   nuvStatus expAvx(const Float64* src, Float64* dst, int32_t len) { return
+//   runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
+// The loop takes the remaining arguments and the length in 64 bits, is [[gnu::noinline]]
+// (arithmetic must not move across a change of the control words: a call that can't be inlined
+// holds it back), and returns the status of the last failing element.
 #pragma once
 #include <immintrin.h>
 
 #include "frame/bits.h"
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace qorvane {
 namespace {
@@ -15,7 +17,8 @@ namespace {
 // Which of a null pointer and a length below 1 is reported when both are there.
 enum class Check { pointersFirst, lengthFirst };
 
-// What becomes of the caller's MXCSR while the loop runs. It is put back if it was changed; the flags that were raised meanwhile are then lost.
+// What becomes of the caller's MXCSR while the loop runs. It is put back if it was changed; the
+// flags that were raised meanwhile are then lost.
 enum class Mode {
   none,           // rounding mode, FTZ and DAZ are the caller's
   clearMode,      // round to nearest, FTZ and DAZ off
@@ -41,24 +44,24 @@ constexpr uint32_t desiredMode(Mode mode, uint32_t csr) {
   return csr;
 }
 
-[[gnu::always_inline]] inline uint32_t readMxcsr() {
+INLINE uint32_t readMxcsr() {
   uint32_t csr;
   asm volatile("stmxcsr %0" : "=m"(csr) : : "memory");
   return csr;
 }
-[[gnu::always_inline]] inline void writeMxcsr(uint32_t csr) { asm volatile("ldmxcsr %0" : : "m"(csr) : "memory"); }
-[[gnu::always_inline]] inline uint16_t readX87Control() {
+INLINE void writeMxcsr(uint32_t csr) { asm volatile("ldmxcsr %0" : : "m"(csr) : "memory"); }
+INLINE uint16_t readX87Control() {
   uint16_t word;
   asm volatile("fnstcw %0" : "=m"(word) : : "memory");
   return word;
 }
-[[gnu::always_inline]] inline void writeX87Control(uint16_t word) { asm volatile("fldcw %0" : : "m"(word) : "memory"); }
+INLINE void writeX87Control(uint16_t word) { asm volatile("fldcw %0" : : "m"(word) : "memory"); }
 
-[[gnu::always_inline]] inline bool isNull(const void* p) { return p == nullptr; }
-[[gnu::always_inline]] inline bool isNull(Float64) { return false; }  // the scalar argument of a shape
+INLINE bool isNull(const void* p) { return p == nullptr; }
+INLINE bool isNull(Float64) { return false; }  // the scalar argument of a shape
 
 template <Check check, Mode mode, auto loop, X87 x87 = X87::asIs, class... Arguments>
-[[gnu::always_inline]] inline nuvStatus runKernel(int32_t len, Arguments... arguments) {
+INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
   if (check == Check::lengthFirst && len < 1) [[unlikely]]
     return nuvStatusBadLength;
   if ((isNull(arguments) || ...)) [[unlikely]]

@@ -1,6 +1,7 @@
-// The loops that kernels share. A block of V is computed whole by `fast`; where `flagged` finds an argument outside the fast range in it, `special` recomputes
-// each such element from the argument as it was read, and gives its status. What remains after the last block runs through the same arithmetic in the parts
-// that V is made of. `raises`: a status sets its IEEE flag.
+// The loops that kernels share. A block of V is computed whole by `fast`; where `flagged` finds an
+// argument outside the fast range in it, `special` recomputes each such element from the argument
+// as it was read, and gives its status. What remains after the last block runs through the same
+// arithmetic in the parts that V is made of. `raises`: a status sets its IEEE flag.
 #pragma once
 #include "frame/lanes.h"
 #include "frame/raise_fp_status.h"
@@ -11,24 +12,26 @@ namespace {
 enum class Raises { no, yes };
 
 template <Raises raises>
-[[gnu::always_inline]] inline void takeStatus(nuvStatus& status, nuvStatus ofElement) {
+INLINE void takeStatus(nuvStatus& status, nuvStatus ofElement) {
   if (ofElement == nuvStatusOk) return;
   status = ofElement;
   if (raises == Raises::yes) raiseFpStatus(ofElement);
 }
 
-// flagged(V x) -> bool for any lane; special(Float64 x, Float64* y) -> status. Both are also asked for single elements, so `flagged` is a generic lambda.
+// flagged(V x) -> bool for any lane; special(Float64 x, Float64* y) -> status. Both are also asked
+// for single elements, so `flagged` is a generic lambda.
 template <Raises raises, class Flagged, class Special>
-[[gnu::noinline, gnu::cold]] nuvStatus repairUnary(const Float64* x, Float64* y, int64_t count, nuvStatus status, Flagged flagged, Special special) {
+[[gnu::noinline, gnu::cold]] nuvStatus repairUnary(const Float64* x, Float64* y, int64_t count, nuvStatus status,
+                                                   Flagged flagged, Special special) {
   for (int64_t i = 0; i < count; ++i)
     if (flagged(x[i])) takeStatus<raises>(status, special(x[i], y + i));
   return status;
 }
 
 template <class V, Raises raises, class Fast, class Flagged, class Special>
-[[gnu::always_inline]] inline nuvStatus unaryLoop(const Float64* src, Float64* dst, int64_t len, Fast fast, Flagged flagged, Special special) {
+INLINE nuvStatus unaryLoop(const Float64* src, Float64* dst, int64_t len, Fast fast, Flagged flagged, Special special) {
   nuvStatus status = nuvStatusOk;
-  const auto finish = [&](auto x, auto y, int64_t count) __attribute__((always_inline)) {
+  const auto finish = [&](auto x, auto y, int64_t count) INLINED {
     if (flagged(x)) [[unlikely]] {
       alignas(32) Float64 xs[laneCount<V>], ys[laneCount<V>];
       store(xs, x);
@@ -52,18 +55,21 @@ template <class V, Raises raises, class Fast, class Flagged, class Special>
   return status;
 }
 
-// The same for functions that make no operation on a block before its test, so that arguments outside the fast range leave no flag but their own: a flagged block
-// goes through `lane` whole, which serves every argument.
+// The same for functions that make no operation on a block before its test, so that arguments
+// outside the fast range leave no flag but their own: a flagged block goes through `lane` whole,
+// which serves every argument.
 template <Raises raises, class Lane>
-[[gnu::noinline, gnu::cold]] nuvStatus eachLane(const Float64* x, Float64* y, int64_t count, nuvStatus status, Lane lane) {
+[[gnu::noinline, gnu::cold]] nuvStatus eachLane(const Float64* x, Float64* y, int64_t count, nuvStatus status,
+                                                Lane lane) {
   for (int64_t i = 0; i < count; ++i) takeStatus<raises>(status, lane(x[i], y + i));
   return status;
 }
 
 template <class V, Raises raises, class Fast, class Flagged, class Lane>
-[[gnu::always_inline]] inline nuvStatus guardedUnaryLoop(const Float64* src, Float64* dst, int64_t len, Fast fast, Flagged flagged, Lane lane) {
+INLINE nuvStatus guardedUnaryLoop(const Float64* src, Float64* dst, int64_t len, Fast fast, Flagged flagged,
+                                  Lane lane) {
   nuvStatus status = nuvStatusOk;
-  const auto isFlagged = [&](auto x, Float64* to, int64_t count) __attribute__((always_inline)) {
+  const auto isFlagged = [&](auto x, Float64* to, int64_t count) INLINED {
     if (!flagged(x)) [[likely]]
       return false;
     alignas(32) Float64 xs[laneCount<V>];
@@ -87,7 +93,7 @@ template <class V, Raises raises, class Fast, class Flagged, class Lane>
 
 // No element is special: `fast` gives every result.
 template <class V, class Fast>
-[[gnu::always_inline]] inline nuvStatus plainLoop(const Float64* src, Float64* dst, int64_t len, Fast fast) {
+INLINE nuvStatus plainLoop(const Float64* src, Float64* dst, int64_t len, Fast fast) {
   return unaryLoop<V, Raises::no>(
       src, dst, len, fast, [](auto) { return false; }, [](Float64, Float64*) { return nuvStatusOk; });
 }

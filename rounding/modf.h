@@ -1,10 +1,13 @@
-// Modf at every level: x to its integral part and the fraction that remains, both with the sign of x.
+// Modf at every level: x to its integral part and the fraction that remains, both with the sign of
+// x.
 //
-// Method: with MXCSR set to round toward zero, the shifter (rounding/shifter.h) drops the fraction of |x|; the rest is the exact difference.
+// Method: with MXCSR set to round toward zero, the shifter (rounding/shifter.h) drops the fraction
+// of |x|; the rest is the exact difference.
 //
 // Error: none. Inexact is raised where there is a fraction, and lost where MXCSR had to be changed.
 //
-// Special values: from 2^52 up, and for infinities, x and the zero with its sign; NaN gives the NaN, quiet, in both. There is no status.
+// Special values: from 2^52 up, and for infinities, x and the zero with its sign; NaN gives the
+// NaN, quiet, in both. There is no status.
 #pragma once
 #include "frame/kernel_frame.h"
 #include "rounding/shifter.h"
@@ -19,12 +22,12 @@ struct Parts {
 
 // |x| < 2^52
 template <class V>
-[[gnu::always_inline]] inline Parts<V> separate(V x) {
+INLINE Parts<V> separate(V x) {
   const V a = magnitude(x), r = integral(a), sign = signOf(x);
   return {orBits(r, sign), orBits(a - r, sign)};
 }
 
-[[gnu::always_inline]] inline Parts<Float64> separateOne(Float64 x) {
+INLINE Parts<Float64> separateOne(Float64 x) {
   if (!anyWithoutFraction(x)) return separate(x);
   if ((toBits(x) & 0x7fffffffffffffff) > 0x7ff0000000000000) return {x + x, x + x};  // makes the NaN quiet
   return {x, signOf(x)};
@@ -52,7 +55,7 @@ template <class V>
 }
 
 template <class V>
-[[gnu::always_inline]] inline nuvStatus modfKernel(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
+INLINE nuvStatus modfKernel(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::forceToZero, modfLoop<V>>(len, src, dstA, dstB);
 }
 

@@ -3,6 +3,8 @@
 
 namespace qorvane {
 
-nuvStatus modfLevel5(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) { return modfKernel<Pack<Lanes4, 2>>(src, dstA, dstB, len); }
+nuvStatus modfAvx(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
+  return modfKernel<Pack<Lanes4, 2>>(src, dstA, dstB, len);
+}
 
 }  // namespace qorvane

@@ -3,6 +3,8 @@
 
 namespace qorvane {
 
-nuvStatus modfLevels1To4(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) { return modfKernel<Pack<Lanes2, 2>>(src, dstA, dstB, len); }
+nuvStatus modfSse3(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
+  return modfKernel<Pack<Lanes2, 2>>(src, dstA, dstB, len);
+}
 
 }  // namespace qorvane

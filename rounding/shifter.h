@@ -1,8 +1,10 @@
 // Rounding to integers with a shifter, for sources of every level.
 //
-// Method: for |x| < 2^52 the sum of x and 2^52 with the same sign lies in [2^52, 2^53), where numbers are the integers, so the addition rounds x to an integer
-// in the mode in force; taking 2^52 off again is exact. From 2^52 on all numbers are integers, but there the sum would round them. Levels 1 to 3 and Modf find
-// those, infinities and NaNs by their high words first, so that they meet no arithmetic that could raise a flag; Round at level 5 lets them through the sum and
+// Method: for |x| < 2^52 the sum of x and 2^52 with the same sign lies in [2^52, 2^53), where
+// numbers are the integers, so the addition rounds x to an integer in the mode in force; taking
+// 2^52 off again is exact. From 2^52 on all numbers are integers, but there the sum would round
+// them. Levels 1 to 3 and Modf find those, infinities and NaNs by their high words first, so that
+// they meet no arithmetic that could raise a flag; Round at level 5 lets them through the sum and
 // puts the numbers themselves back.
 #pragma once
 #include "frame/lanes.h"
@@ -13,30 +15,33 @@ namespace {
 constexpr Float64 shifter = fromBits(0x4330000000000000);  // 2^52: the spacing of numbers is 1 from here on
 
 template <class V>
-[[gnu::always_inline]] inline bool anyWithoutFraction(V x) {
+INLINE bool anyWithoutFraction(V x) {
   return anyMagnitudeFrom(x, highWord(shifter));
 }
 
 // a >= 0 rounded to an integer; a zero result is -0 where the mode is down.
 template <class V>
-[[gnu::always_inline]] inline V integral(V a) {
+INLINE V integral(V a) {
   return (a + shifter) - shifter;
 }
 
 // `value` where a = b, elsewhere +0. NaNs are quiet.
-[[gnu::always_inline]] inline Float64 whereEqual(Float64 a, Float64 b, Float64 value) { return a == b ? value : 0.0; }
-[[gnu::always_inline]] inline Lanes2 whereEqual(Lanes2 a, Lanes2 b, Lanes2 value) { return _mm_and_pd(_mm_cmpeq_pd(a, b), value); }
+INLINE Float64 whereEqual(Float64 a, Float64 b, Float64 value) { return a == b ? value : 0.0; }
+INLINE Lanes2 whereEqual(Lanes2 a, Lanes2 b, Lanes2 value) { return _mm_and_pd(_mm_cmpeq_pd(a, b), value); }
 #ifdef __AVX__
-[[gnu::always_inline]] inline Lanes4 whereEqual(Lanes4 a, Lanes4 b, Lanes4 value) { return _mm256_and_pd(_mm256_cmp_pd(a, b, _CMP_EQ_OQ), value); }
+INLINE Lanes4 whereEqual(Lanes4 a, Lanes4 b, Lanes4 value) {
+  return _mm256_and_pd(_mm256_cmp_pd(a, b, _CMP_EQ_OQ), value);
+}
 #endif
 template <class V, int K>
-[[gnu::always_inline]] inline Pack<V, K> whereEqual(Pack<V, K> a, Pack<V, K> b, Pack<V, K> value) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return whereEqual(a.part[i], b.part[i], value.part[i]); });
+INLINE Pack<V, K> whereEqual(Pack<V, K> a, Pack<V, K> b, Pack<V, K> value) {
+  return makePack<K>([&](int i) INLINED { return whereEqual(a.part[i], b.part[i], value.part[i]); });
 }
 
-// The nearest integer of a = |x|, ties away from zero, where r = integral(a) in round-to-nearest: the tie that went down to an even number has a - r = 1/2.
+// The nearest integer of a = |x|, ties away from zero, where r = integral(a) in round-to-nearest:
+// the tie that went down to an even number has a - r = 1/2.
 template <class V>
-[[gnu::always_inline]] inline V tieAwayFromZero(V a, V r) {
+INLINE V tieAwayFromZero(V a, V r) {
   return r + whereEqual(a - r, broadcast<V>(0.5), broadcast<V>(1.0));
 }
 

@@ -1,5 +1,5 @@
-// The error bounds of every served function, in every named range and at every level that runs another program: on a seeded sample, and at the worst arguments
-// that hunts have found.
+// The error bounds of every served function, in every named range and at every level that runs
+// another program: on a seeded sample, and at the worst arguments that hunts have found.
 #include <cmath>
 
 #include "tests/test_support.h"
@@ -16,14 +16,15 @@ class Accuracy : public testing::TestWithParam<std::string_view> {};
 
 void expectWithin(const Range& range, int level, const Finding& worst) {
   EXPECT_LE(std::fabs(worst.error), range.bound(level) + range.margin)
-      << range.stem << ", " << range.name << ", level " << level << ": output " << worst.output << " at " << worst.a << ", " << worst.b << std::hexfloat << " ("
-      << worst.a << ", " << worst.b << ") is " << worst.result;
+      << range.stem << ", " << range.name << ", level " << level << ": output " << worst.output << " at " << worst.a
+      << ", " << worst.b << std::hexfloat << " (" << worst.a << ", " << worst.b << ") is " << worst.result;
 }
 
 TEST_P(Accuracy, KeepsItsBounds) {
   const Function& function = *findFunction(GetParam());
   for (const LevelGroup& group : levelGroups(function))
-    for (const Range& range : rangesOf(function.stem)) expectWithin(range, group.first, measure(function, group.first, range, sample, 42, nullptr).worst);
+    for (const Range& range : rangesOf(function.stem))
+      expectWithin(range, group.first, measure(function, group.first, range, sample, 42, nullptr).worst);
 }
 
 // Alone and in a block, which may run different programs.
@@ -37,7 +38,8 @@ TEST_P(Accuracy, KeepsItsBoundsAtTheWorstArguments) {
     ASSERT_NE(range, nullptr) << function.stem << " has no range " << worst.range;
     for (const int level : supportedLevels())
       if (level >= worst.firstLevel && level <= worst.lastLevel)
-        for (const int32_t count : {1, 16}) expectWithin(*range, level, evaluateAt(function, level, worst.a, worst.b, count));
+        for (const int32_t count : {1, 16})
+          expectWithin(*range, level, evaluateAt(function, level, worst.a, worst.b, count));
   }
 }
 
@@ -46,16 +48,19 @@ std::vector<std::string_view> servedStems() {
   for (const Function& function : servedFunctions()) stems.push_back(function.stem);
   return stems;
 }
-INSTANTIATE_TEST_SUITE_P(Functions, Accuracy, testing::ValuesIn(servedStems()), [](const auto& served) { return std::string(served.param); });
+INSTANTIATE_TEST_SUITE_P(Functions, Accuracy, testing::ValuesIn(servedStems()),
+                         [](const auto& served) { return std::string(served.param); });
 
-// A measurement that can't see an error proves nothing: one unit more in a result is one unit more of error.
+// A measurement that can't see an error proves nothing: one unit more in a result is one unit more
+// of error.
 TEST(AccuracyMeasurement, CountsUnitsInTheLastPlace) {
   const Function* exp = findFunction("exp");
   ASSERT_NE(exp, nullptr);
   struct Row {
     double x, correct;
   };
-  for (const Row& row : {Row{1, 0x1.5bf0a8b145769p1}, Row{-740, 0x0.0000000000055p-1022}, Row{709.5, 0x1.81e9b4b52d0c9p1023}}) {
+  for (const Row& row :
+       {Row{1, 0x1.5bf0a8b145769p1}, Row{-740, 0x0.0000000000055p-1022}, Row{709.5, 0x1.81e9b4b52d0c9p1023}}) {
     Finding finding{row.x, 0, 0, row.correct, 0};
     const Judgement right = judgeExactly(*exp, finding);
     EXPECT_TRUE(right.correct) << row.x;

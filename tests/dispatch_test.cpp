@@ -85,7 +85,8 @@ TEST(Threads, CountIsStored) {
   EXPECT_EQ(countAfter(nuvStatusOk, nuvSetNumThreads(1000000)), 1000000);
   EXPECT_EQ(countAfter(nuvStatusBadLength, nuvSetNumThreads(0)), 1000000);
   EXPECT_EQ(countAfter(nuvStatusBadLength, nuvSetNumThreads(-5)), 1000000);
-  const int defaults[][3] = {{8, 4, 4}, {4, 8, 4}, {3, 3, 3}, {0, 8, 3}, {8, -1, 3}};  // processors, most threads, the count then
+  const int defaults[][3] = {
+      {8, 4, 4}, {4, 8, 4}, {3, 3, 3}, {0, 8, 3}, {8, -1, 3}};  // processors, most threads, the count then
   for (const auto& row : defaults) {
     setDefaultThreads(row[0], row[1]);
     nuvGetNumThreads(&now);

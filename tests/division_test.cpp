@@ -27,10 +27,12 @@ TEST(Division, GivesTheProcessorsQuotientsInTheModeInForce) {
         writeMxcsr(ordinary | (level == 5 ? mode : mode & denormalsAreZero));
         for (size_t i = 0; i < y.size(); ++i) quotient[i] = opaque(numerators[i]) / opaque(b[i]);
         writeMxcsr(ordinary | mode);
-        numerators == ones.data() ? nuvsInv_64f_A53(b.data(), y.data(), 500) : nuvsDiv_64f_A53(a.data(), b.data(), y.data(), 500);
+        numerators == ones.data() ? nuvsInv_64f_A53(b.data(), y.data(), 500)
+                                  : nuvsDiv_64f_A53(a.data(), b.data(), y.data(), 500);
         writeMxcsr(ordinary);
         for (size_t i = 0; i < y.size(); ++i)
-          ASSERT_EQ(bits(y[i]), bits(quotient[i])) << "level " << level << std::hex << ", mode " << mode << ", " << numerators[i] << " / " << b[i];
+          ASSERT_EQ(bits(y[i]), bits(quotient[i]))
+              << "level " << level << std::hex << ", mode " << mode << ", " << numerators[i] << " / " << b[i];
       }
   }
 }
@@ -69,13 +71,15 @@ TEST(Division, StatusesAndFlags) {
           const std::vector<double> a(22, row.a), b(22, row.b);
           std::vector<double> y(22);
           writeMxcsr(ordinary | row.mode);
-          const nuvStatus status = inverse ? nuvsInv_64f_A53(b.data(), y.data(), len) : nuvsDiv_64f_A53(a.data(), b.data(), y.data(), len);
+          const nuvStatus status =
+              inverse ? nuvsInv_64f_A53(b.data(), y.data(), len) : nuvsDiv_64f_A53(a.data(), b.data(), y.data(), len);
           const int raised = std::fetestexcept(FE_ALL_EXCEPT);
           writeMxcsr(ordinary);
           // Inv looks at the bits in its tail, too.
           const nuvStatus expected = level == 5 ? row.level5 : len == 1 && !inverse ? row.tail : row.block;
           const auto say = [&] {
-            return testing::Message() << (inverse ? "Inv" : "Div") << ", level " << level << ", " << len << " times " << row.a << " / " << row.b;
+            return testing::Message() << (inverse ? "Inv" : "Div") << ", level " << level << ", " << len << " times "
+                                      << row.a << " / " << row.b;
           };
           EXPECT_EQ(status, expected) << say();
           EXPECT_EQ(raised, level == 5 ? row.flags5 : row.flags) << say();
@@ -84,7 +88,8 @@ TEST(Division, StatusesAndFlags) {
   }
 }
 
-// At levels 1 to 4 pairs are tested when their quotients are stored already; quotients are right all the same.
+// At levels 1 to 4 pairs are tested when their quotients are stored already; quotients are right
+// all the same.
 TEST(Division, StatusesInPlace) {
   constexpr nuvStatus pole = nuvStatusPole;
   enum Over { overDivisors, overNumerators, overBoth };
@@ -93,10 +98,11 @@ TEST(Division, StatusesInPlace) {
     Over over;
     nuvStatus pair, tail, level5;
   } rows[] = {
-      {1.0, 0.0, overDivisors, 0, pole, pole},   {1.0, -infinity, overDivisors, pole, 0, 0}, {0.0, 3.0, overDivisors, pole, 0, 0},
-      {0.0, 0.0, overDivisors, 0, pole, pole},   {quietNaN, 0.0, overDivisors, 0, 0, pole},  {0x1p-1000, 0x1p1000, overDivisors, pole, 0, 0},
-      {5.0, 0.0, overNumerators, 0, pole, pole}, {0.0, 5.0, overNumerators, 0, 0, 0},        {0.0, 0.0, overBoth, 0, pole, pole},
-      {infinity, infinity, overBoth, 0, 0, 0},
+      {1.0, 0.0, overDivisors, 0, pole, pole},   {1.0, -infinity, overDivisors, pole, 0, 0},
+      {0.0, 3.0, overDivisors, pole, 0, 0},      {0.0, 0.0, overDivisors, 0, pole, pole},
+      {quietNaN, 0.0, overDivisors, 0, 0, pole}, {0x1p-1000, 0x1p1000, overDivisors, pole, 0, 0},
+      {5.0, 0.0, overNumerators, 0, pole, pole}, {0.0, 5.0, overNumerators, 0, 0, 0},
+      {0.0, 0.0, overBoth, 0, pole, pole},       {infinity, infinity, overBoth, 0, 0, 0},
   };
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -109,12 +115,15 @@ TEST(Division, StatusesInPlace) {
           b[position] = row.b;
           const double* numerators = row.over == overBoth ? b.data() : a.data();
           double* dst = row.over == overNumerators ? a.data() : b.data();
-          const nuvStatus status = inverse ? nuvsInv_64f_A53(dst, dst, 19) : nuvsDiv_64f_A53(numerators, b.data(), dst, 19);
+          const nuvStatus status =
+              inverse ? nuvsInv_64f_A53(dst, dst, 19) : nuvsDiv_64f_A53(numerators, b.data(), dst, 19);
           EXPECT_EQ(status, level == 5       ? row.level5
                             : position == 18 ? row.tail
                                              : row.pair)
-              << (inverse ? "Inv" : "Div") << ", level " << level << ", " << row.a << " / " << row.b << " at " << position;
-          EXPECT_TRUE(Element({dst[position], 0}) == Element({row.a / row.b, 0})) << "level " << level << ", " << row.a << " / " << row.b;
+              << (inverse ? "Inv" : "Div") << ", level " << level << ", " << row.a << " / " << row.b << " at "
+              << position;
+          EXPECT_TRUE(Element({dst[position], 0}) == Element({row.a / row.b, 0}))
+              << "level " << level << ", " << row.a << " / " << row.b;
         }
   }
 }

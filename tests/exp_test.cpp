@@ -24,7 +24,8 @@ TEST(Exp, ResultsAndStatusesAtTheBoundariesOfItsCases) {
       {0x8000000000000001, 1, 1, 0},
       {0x7ff0000000000000, infinity, infinity, 0},
       {0xfff0000000000000, 0, 0, 0},
-      {0x40862e42fefa39ef, 1.797693134862273e308, 1.797693134862274e308, 0},  // the largest argument with a finite result
+      {0x40862e42fefa39ef, 1.797693134862273e308, 1.797693134862274e308,
+       0},  // the largest argument with a finite result
       {0x40862e42fefa39f0, infinity, infinity, nuvStatusOverflow},
       {0x7fefffffffffffff, infinity, infinity, nuvStatusOverflow},
       {0xc086232bdd7abcd2, 0x1p-1022, 0x1.0000000001p-1022, 0},  // the smallest with a normal one
@@ -37,7 +38,8 @@ TEST(Exp, ResultsAndStatusesAtTheBoundariesOfItsCases) {
     AtLevel at(level);
     for (const Row& row : rows) {
       const Element e = evaluate(nuvsExp_64f_A53, number(row.x));
-      EXPECT_TRUE(e.value >= row.low && e.value <= row.high && e.status == row.status) << "level " << level << ", x = " << number(row.x) << ": " << e;
+      EXPECT_TRUE(e.value >= row.low && e.value <= row.high && e.status == row.status)
+          << "level " << level << ", x = " << number(row.x) << ": " << e;
     }
   }
 }
@@ -54,16 +56,17 @@ TEST(Exp, NaNs) {
   }
 }
 
-// At level 5 no arithmetic of the fast path is made on arguments outside its range: they raise the flags of their statuses and nothing else. The other levels
-// promise no flags.
+// At level 5 no arithmetic of the fast path is made on arguments outside its range: they raise the
+// flags of their statuses and nothing else. The other levels promise no flags.
 TEST(Exp, RaisesNoFlagButThoseOfItsStatusesAtLevel5) {
   struct FlagRow {
     double x;
     int flags;  // but inexact
   };
-  const FlagRow rows[] = {{infinity, 0},        {-infinity, 0},         {std::nan(""), 0},      {710, FE_OVERFLOW},
-                          {-1e3, FE_UNDERFLOW}, {0x1p252, FE_OVERFLOW}, {-1e127, FE_UNDERFLOW}, {0x1.eb6096a7fdea3p+752, FE_OVERFLOW},
-                          {1e308, FE_OVERFLOW}, {-1e308, FE_UNDERFLOW}};
+  const FlagRow rows[] = {
+      {infinity, 0},        {-infinity, 0},         {std::nan(""), 0},      {710, FE_OVERFLOW},
+      {-1e3, FE_UNDERFLOW}, {0x1p252, FE_OVERFLOW}, {-1e127, FE_UNDERFLOW}, {0x1.eb6096a7fdea3p+752, FE_OVERFLOW},
+      {1e308, FE_OVERFLOW}, {-1e308, FE_UNDERFLOW}};
   if (supportedLevels().back() != 5) return;
   AtLevel at(5);
   for (const FlagRow& row : rows)

@@ -30,13 +30,13 @@ const std::vector<Function>& functions() {
   using enum CheckClass;
   using enum StateClass;
   static const std::vector<Function> all = {
-#define FUNCTION(name, stem, shape, family, checkA, stateA, checkB, stateB, raisesA, raisesB, exception) \
-  {"nuvs" #name,                                                                                         \
-   shape,                                                                                                \
-   {checkA, stateA, raisesA},                                                                            \
-   {checkB, stateB, raisesB},                                                                            \
-   Exception::exception,                                                                                 \
-   reinterpret_cast<void*>(&nuvs##name),                                                                 \
+#define FUNCTION(name, stem, shape, family, programs, checkA, stateA, checkB, stateB, raisesA, raisesB, exception) \
+  {"nuvs" #name,                                                                                                   \
+   shape,                                                                                                          \
+   {checkA, stateA, raisesA},                                                                                      \
+   {checkB, stateB, raisesB},                                                                                      \
+   Exception::exception,                                                                                           \
+   reinterpret_cast<void*>(&nuvs##name),                                                                           \
    reinterpret_cast<void*>(&nuvs##name##_Idx)},
 #include "frame/functions.inc"
 #undef FUNCTION
@@ -50,7 +50,8 @@ bool sameResult(const Function& f, double a, double b) {
   return f.dependsOnBlock(DispatchLevel) && ((a == 0 && b == 0) || (std::isfinite(a) && distance + 1 <= 2));
 }
 
-nuvStatus Function::operator()(const double* x, const double* y, double value, double* a, double* b, int32_t len) const {
+nuvStatus Function::operator()(const double* x, const double* y, double value, double* a, double* b,
+                               int32_t len) const {
   switch (shape) {
     case Shape::realUnary: return as<Unary>(plain)(x, a, len);
     case Shape::realBinary: return as<Binary>(plain)(x, y, a, len);
@@ -60,7 +61,8 @@ nuvStatus Function::operator()(const double* x, const double* y, double value, d
   return -1;
 }
 
-nuvStatus Function::throughTwin(const double* x, const double* y, double value, double* a, double* b, int32_t len, int32_t shift) const {
+nuvStatus Function::throughTwin(const double* x, const double* y, double value, double* a, double* b, int32_t len,
+                                int32_t shift) const {
   const int32_t offset = shift;
   const auto off = [&](auto* p) { return p - shift; };
   switch (shape) {

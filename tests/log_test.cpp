@@ -62,7 +62,8 @@ TEST(Log, SpecialValuesStatusesAndFlags) {
       std::feclearexcept(FE_ALL_EXCEPT);
       const nuvStatus status = f.function(&x, &y, 1);
       const int flags = std::fetestexcept(FE_DIVBYZERO | FE_INVALID | FE_OVERFLOW | FE_UNDERFLOW);
-      EXPECT_TRUE(bits(y) == (level == 5 ? row.resultLevel5 : row.result) && status == row.status && flags == (level == 5 ? row.flagsLevel5 : 0))
+      EXPECT_TRUE(bits(y) == (level == 5 ? row.resultLevel5 : row.result) && status == row.status &&
+                  flags == (level == 5 ? row.flagsLevel5 : 0))
           << std::hex << row.x << ": " << bits(y) << ", status " << std::dec << status << ", flags " << flags;
     }
   });
@@ -72,14 +73,17 @@ TEST(Log, ExactResults) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
     double power = 1;
-    for (int k = 0; k <= 22; ++k, power *= 10) EXPECT_EQ(evaluate(nuvsLog10_64f_A53, power), (Element{double(k), 0})) << "level " << level << ", 10^" << k;
+    for (int k = 0; k <= 22; ++k, power *= 10)
+      EXPECT_EQ(evaluate(nuvsLog10_64f_A53, power), (Element{double(k), 0})) << "level " << level << ", 10^" << k;
     EXPECT_EQ(bits(evaluate(nuvsLn_64f_A53, 2.0).value), 0x3fe62e42fefa39efu) << "level " << level;
   }
 }
 
-// Where rows of the tables meet, and elsewhere at random: a wrong row, or a low part lost near 1, shows as thousands of ulp.
+// Where rows of the tables meet, and elsewhere at random: a wrong row, or a low part lost near 1,
+// shows as thousands of ulp.
 TEST(Log, ErrorAtTheBordersOfRows) {
-  std::vector<uint64_t> xs = {0x000fffffffffffff, 0x0010000000000000, 0x7fefffffffffffff, 0x0000000000000001, 0x0008000000000000};
+  std::vector<uint64_t> xs = {0x000fffffffffffff, 0x0010000000000000, 0x7fefffffffffffff, 0x0000000000000001,
+                              0x0008000000000000};
   for (uint64_t half = 0; half < 2048; ++half)  // all borders of the rows by mantissa
     for (uint64_t exponent : {0x001u, 0x3feu, 0x3ffu, 0x400u, 0x7feu})
       for (uint64_t step : {0u, 1u, 2u}) xs.push_back(((exponent << 52) | (half << 41)) + step - 1);
@@ -98,7 +102,8 @@ TEST(Log, ErrorAtTheBordersOfRows) {
       const Element e = evaluate(f.function, x);
       const long double exact = f.reference(x);
       const double error = static_cast<double>(std::fabs(std::ldexp(e.value - exact, 52 - std::ilogb(exact))));
-      ASSERT_TRUE(error <= (x < 0x1p-1022 ? bounds.subnormal : bounds.normal) && e.status == 0) << x << ": " << e << ", error " << error << " ulp";
+      ASSERT_TRUE(error <= (x < 0x1p-1022 ? bounds.subnormal : bounds.normal) && e.status == 0)
+          << x << ": " << e << ", error " << error << " ulp";
       worst = std::fmax(worst, error);
     }
     EXPECT_GT(worst, 0.5);  // no accuracy beyond the format's: the errors are real ones

@@ -1,4 +1,5 @@
-// pow and powx: the special values, the boundaries between the cases, and what a neighbour may and may not change.
+// pow and powx: the special values, the boundaries between the cases, and what a neighbour may and
+// may not change.
 #include <algorithm>
 #include <cfenv>
 #include <cmath>
@@ -24,7 +25,8 @@ struct Row {
   Element expected;
 };
 
-// The rows that don't depend on the size of the result, with exponents that are odd, even and fractions up to the last bit that can make them so.
+// The rows that don't depend on the size of the result, with exponents that are odd, even and
+// fractions up to the last bit that can make them so.
 const Row specialRows[] = {
     {nan, 0, {1, 0}},
     {nan, -0.0, {1, 0}},
@@ -76,7 +78,8 @@ const Row specialRows[] = {
     {-smallest, 0.5, {outside, nuvStatusOutOfDomain}},
 };
 
-// Powers whose result is known, among them those around overflow and underflow, which have no status.
+// Powers whose result is known, among them those around overflow and underflow, which have no
+// status.
 const Row powers[] = {
     {2, 1023, {0x1p+1023, 0}},
     {2, 1024, {infinity, 0}},
@@ -111,7 +114,8 @@ void expectRow(int level, const Row& row, const char* name, Element got) {
 TEST(Pow, SpecialValuesAndBoundaries) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
-    for (const auto& rows : {std::vector<Row>(std::begin(specialRows), std::end(specialRows)), std::vector<Row>(std::begin(powers), std::end(powers))})
+    for (const auto& rows : {std::vector<Row>(std::begin(specialRows), std::end(specialRows)),
+                             std::vector<Row>(std::begin(powers), std::end(powers))})
       for (const Row& row : rows) {
         expectRow(level, row, "Pow", evaluate(nuvsPow_64f_A53, row.x, row.y));
         expectRow(level, row, "Powx", evaluateFixed(row.x, row.y));
@@ -119,14 +123,17 @@ TEST(Pow, SpecialValuesAndBoundaries) {
   }
 }
 
-// The low bits of a NaN come through, and at levels 1 to 4 and in Powx a signalling one is left as it is.
+// The low bits of a NaN come through, and at levels 1 to 4 and in Powx a signalling one is left as
+// it is.
 TEST(Pow, NaNsKeepTheirPatterns) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
     for (uint64_t pattern : {0x7ff8000000000123u, 0xfff8000000000456u, 0x7ff0000000000001u}) {
       const uint64_t quiet = pattern | 0x0008000000000000;
-      EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, number(pattern), 3).value), level == 5 ? quiet : pattern) << "level " << level;
-      EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, 3, number(pattern)).value), level == 5 ? quiet : pattern) << "level " << level;
+      EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, number(pattern), 3).value), level == 5 ? quiet : pattern)
+          << "level " << level;
+      EXPECT_EQ(bits(evaluate(nuvsPow_64f_A53, 3, number(pattern)).value), level == 5 ? quiet : pattern)
+          << "level " << level;
       EXPECT_EQ(bits(evaluateFixed(number(pattern), 3).value), pattern) << "level " << level;
       std::feclearexcept(FE_ALL_EXCEPT);
       EXPECT_EQ(bits(evaluateFixed(3, number(pattern)).value), pattern) << "level " << level;
@@ -151,8 +158,9 @@ TEST(Pow, IntegersAreExact) {
   }
 }
 
-// The sum that rounds a tiny result at level 5 of Pow turns -0 into +0. Overflow and underflow are flags without a status; a result outside the domain raises
-// its own flag, and that of Pow's division by zero at level 5.
+// The sum that rounds a tiny result at level 5 of Pow turns -0 into +0. Overflow and underflow are
+// flags without a status; a result outside the domain raises its own flag, and that of Pow's
+// division by zero at level 5.
 TEST(Pow, SignsOfZeroAndFlags) {
   struct FlagRow {
     double x, y;
@@ -173,7 +181,8 @@ TEST(Pow, SignsOfZeroAndFlags) {
     for (const FlagRow& row : rows) {
       std::feclearexcept(FE_ALL_EXCEPT);
       EXPECT_EQ(evaluate(nuvsPow_64f_A53, row.x, row.y).status, row.status);
-      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT & ~FE_INEXACT), level == 5 ? row.level5 : row.otherwise) << "level " << level << ", x = " << row.x;
+      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT & ~FE_INEXACT), level == 5 ? row.level5 : row.otherwise)
+          << "level " << level << ", x = " << row.x;
     }
   }
 }
@@ -182,20 +191,24 @@ TEST(Pow, SignsOfZeroAndFlags) {
 TEST(Pow, FixedExponent2Squares) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
-    for (double x : {-3.0, 1e200, -infinity, smallest, 0x1.23456789abcdfp-3, -0.0}) EXPECT_EQ(evaluateFixed(x, 2), (Element{x * x, 0})) << "level " << level;
+    for (double x : {-3.0, 1e200, -infinity, smallest, 0x1.23456789abcdfp-3, -0.0})
+      EXPECT_EQ(evaluateFixed(x, 2), (Element{x * x, 0})) << "level " << level;
   }
 }
 
-// A long array gives what its groups of four give one by one: whole stretches well inside the fast range, arguments about its ends, a lone one beyond them.
+// A long array gives what its groups of four give one by one: whole stretches well inside the fast
+// range, arguments about its ends, a lone one beyond them.
 TEST(Pow, FixedExponentTakesStretchesAsItTakesGroups) {
   constexpr int n = 311;
   for (int level : supportedLevels()) {
     AtLevel at(level);
-    for (double y : {2.5, -2.3, 0.1, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 0x1.e1fffp+29, 0x1.e20011p+29, 0x1p+80, -1e300}) {
+    for (double y :
+         {2.5, -2.3, 0.1, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 0x1.e1fffp+29, 0x1.e20011p+29, 0x1p+80, -1e300}) {
       const double reach = std::fmin(963 / std::fabs(y), 1020);
       for (double share : {0.3, 0.9999, 1.0001, 1.07}) {
         std::vector<double> x(n), whole(n), groups(n);
-        for (int i = 0; i < n; ++i) x[i] = std::exp2(share * reach * (i % 2 ? -1 : 1) * (share < 0.5 ? (i * 37 % n) / 311.0 : 1 - i * 1e-7));
+        for (int i = 0; i < n; ++i)
+          x[i] = std::exp2(share * reach * (i % 2 ? -1 : 1) * (share < 0.5 ? (i * 37 % n) / 311.0 : 1 - i * 1e-7));
         if (share < 0.5) x[150] = -x[150];  // in the first stretch, not in the second
         nuvStatus ofGroups = nuvStatusOk;
         for (int i = 0; i < n; i += 4) {
@@ -203,13 +216,15 @@ TEST(Pow, FixedExponentTakesStretchesAsItTakesGroups) {
           if (status != nuvStatusOk) ofGroups = status;
         }
         EXPECT_EQ(nuvsPowx_64f_A53(x.data(), y, whole.data(), n), ofGroups);
-        for (int i = 0; i < n; ++i) ASSERT_EQ(bits(whole[i]), bits(groups[i])) << "level " << level << " x = " << x[i] << " y = " << y;
+        for (int i = 0; i < n; ++i)
+          ASSERT_EQ(bits(whole[i]), bits(groups[i])) << "level " << level << " x = " << x[i] << " y = " << y;
       }
     }
   }
 }
 
-// An element outside the fast range changes nothing for the others at level 5 of Pow. In the other kernels its group of four is recomputed, and only that.
+// An element outside the fast range changes nothing for the others at level 5 of Pow. In the other
+// kernels its group of four is recomputed, and only that.
 TEST(Pow, RepairReachesItsGroupAlone) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -229,9 +244,13 @@ TEST(Pow, RepairReachesItsGroupAlone) {
         for (int i = 0; i < n; ++i) {
           if (i == bad) continue;
           const bool sameGroup = i / 4 == bad / 4 && i / 4 * 4 + 4 <= n;
-          const auto near = [&](double a, double b, bool exact) { return exact ? bits(a) == bits(b) : std::fabs(a - b) <= 0x1p-52 * std::fabs(b); };
-          EXPECT_TRUE(near(mixed[i], plain[i], level == 5 || !sameGroup)) << "level " << level << ", element " << i << " beside " << bad << " of " << n;
-          EXPECT_TRUE(near(x[i], fixedPlain[i], !sameGroup)) << "level " << level << ", element " << i << " beside " << bad << " of " << n;
+          const auto near = [&](double a, double b, bool exact) {
+            return exact ? bits(a) == bits(b) : std::fabs(a - b) <= 0x1p-52 * std::fabs(b);
+          };
+          EXPECT_TRUE(near(mixed[i], plain[i], level == 5 || !sameGroup))
+              << "level " << level << ", element " << i << " beside " << bad << " of " << n;
+          EXPECT_TRUE(near(x[i], fixedPlain[i], !sameGroup))
+              << "level " << level << ", element " << i << " beside " << bad << " of " << n;
         }
       }
   }

@@ -1,5 +1,6 @@
-// What holds for every function, at every level: an element's bits don't depend on where it stands or who stands beside it, nothing beyond the arrays is
-// touched, control words come back, statuses and flags are as the frame promises.
+// What holds for every function, at every level: an element's bits don't depend on where it stands
+// or who stands beside it, nothing beyond the arrays is touched, control words come back, statuses
+// and flags are as the frame promises.
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -42,7 +43,8 @@ Sample sampleOf(const Function& f, std::vector<double> x, std::vector<double> y,
 }
 
 Sample sampleOf(const Function& f, uint64_t seed, int32_t size = count) {
-  return sampleOf(f, mixedArguments(seed, size), mixedArguments(seed + 1000, size), 2.5 + 0.25 * static_cast<double>(seed));
+  return sampleOf(f, mixedArguments(seed, size), mixedArguments(seed + 1000, size),
+                  2.5 + 0.25 * static_cast<double>(seed));
 }
 
 class EveryFunction : public testing::TestWithParam<std::tuple<size_t, int>> {
@@ -55,10 +57,11 @@ class EveryFunction : public testing::TestWithParam<std::tuple<size_t, int>> {
   void expectResults(const Sample& s, int32_t first, const double* a, const double* b, int32_t len, const char* how) {
     for (int32_t i = 0; i < len; ++i) {
       const auto k = static_cast<size_t>(first + i);
-      ASSERT_TRUE(sameResult(f, a[i], s.a[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", y = " << s.y[k] << ": " << a[i]
-                                               << ", alone " << s.a[k];
+      ASSERT_TRUE(sameResult(f, a[i], s.a[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k]
+                                               << ", y = " << s.y[k] << ": " << a[i] << ", alone " << s.a[k];
       if (!f.hasSecondOutput()) continue;
-      ASSERT_TRUE(sameResult(f, b[i], s.b[k])) << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", second output";
+      ASSERT_TRUE(sameResult(f, b[i], s.b[k]))
+          << how << ", element " << i << " of " << len << ", x = " << s.x[k] << ", second output";
     }
   }
 };
@@ -69,16 +72,19 @@ TEST_P(EveryFunction, GivesAnElementTheSameBitsWhereverItStands) {
     for (int32_t first = 0; first < 5; ++first)
       for (int32_t len : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13, 15, 16, 17, 23, 31, 33, 63, 64, 65, 127, 130, 255}) {
         std::vector<double> a(count + 2, canary), b(count + 2, canary);
-        const nuvStatus status = f(&s.x[static_cast<size_t>(first)], &s.y[static_cast<size_t>(first)], s.value, &a[1], &b[1], len);
+        const nuvStatus status =
+            f(&s.x[static_cast<size_t>(first)], &s.y[static_cast<size_t>(first)], s.value, &a[1], &b[1], len);
         expectResults(s, first, &a[1], &b[1], len, "in an array");
         EXPECT_EQ(status, s.lastStatus(first, len)) << "length " << len;
-        EXPECT_TRUE(a[0] == canary && a[static_cast<size_t>(len) + 1] == canary && b[0] == canary && b[static_cast<size_t>(len) + 1] == canary)
+        EXPECT_TRUE(a[0] == canary && a[static_cast<size_t>(len) + 1] == canary && b[0] == canary &&
+                    b[static_cast<size_t>(len) + 1] == canary)
             << "length " << len;
       }
   }
 }
 
-// Long stretches of ordinary arguments run through pipelines, some of which a single other argument stops.
+// Long stretches of ordinary arguments run through pipelines, some of which a single other argument
+// stops.
 TEST_P(EveryFunction, GivesTheSameBitsInLongStretches) {
   constexpr int32_t longest = 1100;
   for (const double outsider : {1.0, 0.0, -1.0, 0x1p-1074, 0x1p-130, 1e300, HUGE_VAL, -HUGE_VAL, double{NAN}}) {
@@ -148,7 +154,8 @@ TEST_P(EveryFunction, TouchesNothingBesideItsArrays) {
     for (int32_t len = 1; len <= 70; ++len) {
       const size_t size = static_cast<size_t>(len) * 8;
       double* array[4];
-      for (size_t i = 0; i < 4; ++i) array[i] = reinterpret_cast<double*>(memory + i * spread + page + (atEnd ? page - size : 0));
+      for (size_t i = 0; i < 4; ++i)
+        array[i] = reinterpret_cast<double*>(memory + i * spread + page + (atEnd ? page - size : 0));
       std::memcpy(array[0], s.x.data(), size);
       std::memcpy(array[1], s.y.data(), size);
       f(array[0], array[1], s.value, array[2], array[3], len);
@@ -158,7 +165,8 @@ TEST_P(EveryFunction, TouchesNothingBesideItsArrays) {
 }
 
 TEST_P(EveryFunction, ReportsBadArgumentsInItsOrderAndTouchesNothing) {
-  double x[4] = {1, 2, 3, 4}, y[4] = {1, 2, 3, 4}, a[4] = {canary, canary, canary, canary}, b[4] = {canary, canary, canary, canary};
+  double x[4] = {1, 2, 3, 4}, y[4] = {1, 2, 3, 4}, a[4] = {canary, canary, canary, canary},
+         b[4] = {canary, canary, canary, canary};
   for (int32_t len : {0, -1, INT32_MIN}) EXPECT_EQ(f(x, y, 1.5, a, b, len), nuvStatusBadLength);
   const nuvStatus both = variant.check == CheckClass::pointersFirst ? nuvStatusNullPointer : nuvStatusBadLength;
   const auto expectNull = [&](const double* px, const double* py, double* pa, double* pb) {
@@ -232,7 +240,8 @@ TEST_P(EveryFunction, RaisesTheFlagsOfItsStatuses) {
                        : status == nuvStatusPole      ? FE_DIVBYZERO
                        : status == nuvStatusOverflow  ? FE_OVERFLOW
                                                       : FE_UNDERFLOW;
-      EXPECT_TRUE(raised & flag) << "x = " << s.x[i] << ", y = " << s.y[i] << ", status " << status << ", flags " << raised;
+      EXPECT_TRUE(raised & flag) << "x = " << s.x[i] << ", y = " << s.y[i] << ", status " << status << ", flags "
+                                 << raised;
     }
   }
 }
@@ -253,7 +262,8 @@ TEST_P(EveryFunction, RunsOnManyThreadsAtOnce) {
   for (int w : wrong) EXPECT_EQ(w, 0);
 }
 
-// A kernel that leaves the upper halves of the registers dirty slows the caller's SSE code down. XGETBV of register 1 shows which state is in use.
+// A kernel that leaves the upper halves of the registers dirty slows the caller's SSE code down.
+// XGETBV of register 1 shows which state is in use.
 TEST_P(EveryFunction, LeavesNoDirtyUpperHalves) {
   uint32_t eax = 0xd, ebx, ecx = 1, edx;
   asm("cpuid" : "+a"(eax), "=b"(ebx), "+c"(ecx), "=d"(edx));
@@ -269,9 +279,12 @@ TEST_P(EveryFunction, LeavesNoDirtyUpperHalves) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Properties, EveryFunction, testing::Combine(testing::Range(size_t{0}, functions().size()), testing::ValuesIn(supportedLevels())),
+INSTANTIATE_TEST_SUITE_P(Properties, EveryFunction,
+                         testing::Combine(testing::Range(size_t{0}, functions().size()),
+                                          testing::ValuesIn(supportedLevels())),
                          [](const auto& instance) {
-                           return functions()[std::get<0>(instance.param)].name + "_level" + std::to_string(std::get<1>(instance.param));
+                           return functions()[std::get<0>(instance.param)].name + "_level" +
+                                  std::to_string(std::get<1>(instance.param));
                          });
 
 }  // namespace

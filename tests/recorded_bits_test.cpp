@@ -1,6 +1,8 @@
-// The bits of every function, digested over fixed arguments, against what was recorded: other compilers, options and processors must give the same. Where
-// a function uses the processor's reciprocal estimates, that holds for processors with the same ones; no record is asked for on others. To record anew:
-// QORVANE_RECORD=tests/recorded_bits.inc qorvane_tests --gtest_filter=RecordedBits*
+// The bits of every function, digested over fixed arguments, against what was recorded: other
+// compilers, options and processors must give the same. Where a function uses the processor's
+// reciprocal estimates, that holds for processors with the same ones; no record is asked for on
+// others. To record anew: QORVANE_RECORD=tests/recorded_bits.inc qorvane_tests
+// --gtest_filter=RecordedBits*
 #include <immintrin.h>
 
 #include <algorithm>
@@ -30,11 +32,13 @@ struct Digest {
   }
 };
 
-// Makers' estimates of reciprocals and square roots differ; those of numbers from 1 to 4 tell them apart.
+// Makers' estimates of reciprocals and square roots differ; those of numbers from 1 to 4 tell them
+// apart.
 uint64_t estimatesHere() {
   static const uint64_t all = [] {
     Digest digest;
-    for (float x = 1; x < 4; x += 0x1p-12f) digest(bits(_mm_cvtss_f32(_mm_rsqrt_ss(_mm_set_ss(x))) + 4.0 * _mm_cvtss_f32(_mm_rcp_ss(_mm_set_ss(x)))));
+    for (float x = 1; x < 4; x += 0x1p-12f)
+      digest(bits(_mm_cvtss_f32(_mm_rsqrt_ss(_mm_set_ss(x))) + 4.0 * _mm_cvtss_f32(_mm_rcp_ss(_mm_set_ss(x)))));
     return digest.value;
   }();
   return all;
@@ -57,7 +61,8 @@ uint64_t digestOf(const Function& f, int level) {
       for (double v : b) take(v);
   };
   takeResults(mixedArguments(21, 3000), mixedArguments(22, 3000));
-  const int count = estimatesIn(f, level) != 0 ? 100'000 : 3000;  // a coefficient's last bit moves one result in thousands
+  const int count =
+      estimatesIn(f, level) != 0 ? 100'000 : 3000;  // a coefficient's last bit moves one result in thousands
   takeResults(ordinaryArguments(23, count), ordinaryArguments(24, count));
   return digest.value;
 }
@@ -66,8 +71,9 @@ TEST(RecordedBits, AreTheSameHere) {
   for (const Function& f : functions())
     for (int level : supportedLevels()) {
       const uint64_t estimates = estimatesIn(f, level);
-      const auto* r = std::find_if(std::begin(recorded), std::end(recorded),
-                                   [&](const Recorded& e) { return f.name == e.name && std::max(level, 1) == e.level && e.estimates == estimates; });
+      const auto* r = std::find_if(std::begin(recorded), std::end(recorded), [&](const Recorded& e) {
+        return f.name == e.name && std::max(level, 1) == e.level && e.estimates == estimates;
+      });
       if (estimates != 0 && r == std::end(recorded)) continue;
       ASSERT_NE(r, std::end(recorded)) << f.name << ", level " << level << " isn't recorded";
       EXPECT_EQ(digestOf(f, level), r->digest) << f.name << ", level " << level;
@@ -82,7 +88,8 @@ TEST(RecordedBits, Recorder) {
   std::fprintf(out, "// Written by recorded_bits_test.cpp.\n");
   for (const Function& f : functions())
     for (int level : supportedLevels())
-      std::fprintf(out, "{\"%s\", %d, 0x%016llx, 0x%016llx},\n", f.name.c_str(), level, static_cast<unsigned long long>(digestOf(f, level)),
+      std::fprintf(out, "{\"%s\", %d, 0x%016llx, 0x%016llx},\n", f.name.c_str(), level,
+                   static_cast<unsigned long long>(digestOf(f, level)),
                    static_cast<unsigned long long>(estimatesIn(f, level)));
   std::fclose(out);
 }

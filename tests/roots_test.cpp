@@ -1,4 +1,5 @@
-// Square and cube roots and their reciprocals: special values, flags, exact results, and the exponents that each level treats in its own way.
+// Square and cube roots and their reciprocals: special values, flags, exact results, and the
+// exponents that each level treats in its own way.
 #include <cfenv>
 #include <cmath>
 
@@ -21,7 +22,8 @@ constexpr Root roots[] = {{"Sqrt", nuvsSqrt_64f_A53, 1, 2, false},
                           {"Cbrt", nuvsCbrt_64f_A53, 1, 3, true},
                           {"InvCbrt", nuvsInvCbrt_64f_A53, -1, 3, true}};
 
-// Special values, their statuses and flags: what a single element does, and what it does amid 299 ordinary ones, which keep their results.
+// Special values, their statuses and flags: what a single element does, and what it does amid 299
+// ordinary ones, which keep their results.
 TEST(Roots, SpecialValuesAndTheirFlags) {
   struct Row {
     Unary f;
@@ -77,7 +79,8 @@ TEST(Roots, SpecialValuesAndTheirFlags) {
       const double ordinary = evaluate(row.f, 2.0).value;
       for (size_t place : {0u, 127u, 130u, 299u}) x[place] = number(row.x);
       EXPECT_EQ(row.f(x.data(), y.data(), 300), row.status);
-      for (size_t i = 0; i < 300; ++i) EXPECT_EQ(bits(y[i]), x[i] == 2.0 ? bits(ordinary) : row.result) << "level " << level << ", element " << i;
+      for (size_t i = 0; i < 300; ++i)
+        EXPECT_EQ(bits(y[i]), x[i] == 2.0 ? bits(ordinary) : row.result) << "level " << level << ", element " << i;
     }
     const double poleLast[] = {-1, 0}, domainLast[] = {0, -1};
     double y[2];
@@ -86,7 +89,8 @@ TEST(Roots, SpecialValuesAndTheirFlags) {
   }
 }
 
-// Under DAZ Sqrt at level 5 takes subnormal numbers, negative ones too, for zeros and gives them back; the others put their own mode in force.
+// Under DAZ Sqrt at level 5 takes subnormal numbers, negative ones too, for zeros and gives them
+// back; the others put their own mode in force.
 TEST(Roots, SubnormalNumbersUnderTheCallersModes) {
   constexpr uint32_t ordinary = 0x1f80, denormalsAreZero = 0x40, flushToZero = 0x8000;
   for (int level : supportedLevels()) {
@@ -102,12 +106,15 @@ TEST(Roots, SubnormalNumbersUnderTheCallersModes) {
             writeMxcsr(ordinary | mode);
             const nuvStatus status = root.f(x.data(), y.data(), static_cast<int32_t>(len));
             writeMxcsr(ordinary);
-            for (double v : y) EXPECT_TRUE(Element({v, status}) == expected) << root.name << ", level " << level << std::hex << ", mode " << mode << ": " << v;
+            for (double v : y)
+              EXPECT_TRUE(Element({v, status}) == expected)
+                  << root.name << ", level " << level << std::hex << ", mode " << mode << ": " << v;
           }
   }
 }
 
-// Where the caller flushes subnormal results, Sqrt at level 5 loses the square of its seed from 2^1022 up, amid other numbers as alone.
+// Where the caller flushes subnormal results, Sqrt at level 5 loses the square of its seed from
+// 2^1022 up, amid other numbers as alone.
 TEST(Roots, LargeArgumentsUnderFlushToZero) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -123,8 +130,9 @@ TEST(Roots, LargeArgumentsUnderFlushToZero) {
   }
 }
 
-// Scaled arguments give scaled results bit for bit over all exponents of normal numbers: no exponent has a seed, scale or section of its own. This is also what
-// the seeds of level 5 rest on, that the processor's estimate repeats itself from one even power of 2 to the next.
+// Scaled arguments give scaled results bit for bit over all exponents of normal numbers: no
+// exponent has a seed, scale or section of its own. This is also what the seeds of level 5 rest on,
+// that the processor's estimate repeats itself from one even power of 2 to the next.
 TEST(Roots, ScaleWithTheirArguments) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -151,7 +159,8 @@ TEST(Roots, ScaleWithTheirArguments) {
   }
 }
 
-// Roots of squares and cubes, and reciprocal roots of powers of 2, come out exact; so do those of subnormal numbers.
+// Roots of squares and cubes, and reciprocal roots of powers of 2, come out exact; so do those of
+// subnormal numbers.
 TEST(Roots, ExactResults) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -161,47 +170,64 @@ TEST(Roots, ExactResults) {
       ASSERT_EQ(evaluate(nuvsSqrt_64f_A53, std::ldexp(x * x, -1074)).value, std::ldexp(x, -537)) << "level " << level;
       if (n < 1 << 17) {
         ASSERT_EQ(evaluate(nuvsCbrt_64f_A53, -x * x * x).value, -x) << "level " << level;
-        ASSERT_EQ(evaluate(nuvsCbrt_64f_A53, std::ldexp(x * x * x, -1074)).value, std::ldexp(x, -358)) << "level " << level;
+        ASSERT_EQ(evaluate(nuvsCbrt_64f_A53, std::ldexp(x * x * x, -1074)).value, std::ldexp(x, -358))
+            << "level " << level;
       }
     }
     for (int k = -358; k <= 341; ++k) {
-      ASSERT_EQ(evaluate(nuvsInvCbrt_64f_A53, std::ldexp(-1.0, 3 * k)).value, std::ldexp(-1.0, -k)) << "level " << level;
+      ASSERT_EQ(evaluate(nuvsInvCbrt_64f_A53, std::ldexp(-1.0, 3 * k)).value, std::ldexp(-1.0, -k))
+          << "level " << level;
       ASSERT_EQ(evaluate(nuvsInvSqrt_64f_A53, std::ldexp(1.0, 2 * k)).value, std::ldexp(1.0, -k)) << "level " << level;
     }
   }
 }
 
-// Both sides of each row and section of the cube roots' tables, and of the fast ranges of the square roots, against a wider format: 0.55 ulp, and 0.76 ulp of
-// subnormal arguments.
+// Both sides of each row and section of the cube roots' tables, and of the fast ranges of the
+// square roots, against a wider format: 0.55 ulp, and 0.76 ulp of subnormal arguments.
 TEST(Roots, BothSidesOfEveryBoundary) {
   std::vector<double> x;
   for (int exponent : {-1022, -1007, -1006, -2, -1, 0, 1, 2, 3, 1008, 1009, 1023})
     for (int j = 0; j < 32; ++j)
-      for (double side : {std::ldexp(1 + j / 32.0, exponent)}) x.insert(x.end(), {side, std::nextafter(side, HUGE_VAL), std::nextafter(side, 0)});
+      for (double side : {std::ldexp(1 + j / 32.0, exponent)})
+        x.insert(x.end(), {side, std::nextafter(side, HUGE_VAL), std::nextafter(side, 0)});
   for (int level : supportedLevels()) {
     AtLevel at(level);
     for (const Root& root : roots)
       for (double argument : x) {
-        const long double base = root.exponentStep == 2 ? std::sqrt(static_cast<long double>(argument)) : std::cbrt(static_cast<long double>(argument));
+        const long double base = root.exponentStep == 2 ? std::sqrt(static_cast<long double>(argument))
+                                                        : std::cbrt(static_cast<long double>(argument));
         const long double exact = root.order < 0 ? 1 / base : base;
         const double got = evaluate(root.f, argument).value;
         const long double ulp = std::ldexp(1.0L, std::ilogb(exact) - 52);
-        ASSERT_LE(std::fabs((got - exact) / ulp), std::isnormal(argument) ? 0.55L : 0.76L) << root.name << ", level " << level << ", x = " << argument;
+        ASSERT_LE(std::fabs((got - exact) / ulp), std::isnormal(argument) ? 0.55L : 0.76L)
+            << root.name << ", level " << level << ", x = " << argument;
       }
   }
 }
 
-// The square roots take long stretches another way while all arguments lie from 2^-126 up to 2^128. Stretches at the edges of that range and just beyond them, with
-// an outsider at any place, give what each element gives alone, in place too, and an argument outside leaves no flag of its own.
+// The square roots take long stretches another way while all arguments lie from 2^-126 up to 2^128.
+// Stretches at the edges of that range and just beyond them, with an outsider at any place, give
+// what each element gives alone, in place too, and an argument outside leaves no flag of its own.
 TEST(Roots, StretchesGiveWhatSingleElementsGive) {
-  const double outsiders[] = {1.0,      0x1p-126, std::nextafter(0x1p-126, 0), std::nextafter(0x1p128, 0), 0x1p128, 0x1p1000, 0x1p-1000, 0x1p-1074, 0.0,
-                              HUGE_VAL, -1.0};
+  const double outsiders[] = {1.0,
+                              0x1p-126,
+                              std::nextafter(0x1p-126, 0),
+                              std::nextafter(0x1p128, 0),
+                              0x1p128,
+                              0x1p1000,
+                              0x1p-1000,
+                              0x1p-1074,
+                              0.0,
+                              HUGE_VAL,
+                              -1.0};
   const auto check = [](const Root& root, double outsider, int length, int place) {
     std::vector<double> x(static_cast<size_t>(length)), y(x.size());
-    for (size_t i = 0; i < x.size(); ++i) x[i] = std::ldexp(1 + static_cast<double>(i) / 1777, static_cast<int>(i % 250) - 124);
+    for (size_t i = 0; i < x.size(); ++i)
+      x[i] = std::ldexp(1 + static_cast<double>(i) / 1777, static_cast<int>(i % 250) - 124);
     x[static_cast<size_t>(place)] = outsider;
     const Element alone = evaluate(root.f, outsider);
-    // Negative arguments have a flag of their own, and inexact results and subnormal operands may leave theirs.
+    // Negative arguments have a flag of their own, and inexact results and subnormal operands may
+    // leave theirs.
     const auto state = [&] { return readMxcsr() & ~(outsider < 0 ? 0x3fu : 0x22u); };
     const uint32_t before = state();
     ASSERT_EQ(root.f(x.data(), y.data(), length), alone.status);
@@ -214,7 +240,8 @@ TEST(Roots, StretchesGiveWhatSingleElementsGive) {
       ASSERT_EQ(bits(y[i]), bits(inPlace[i])) << "in place, " << i;
     }
   };
-  // Rounding to nearest, down, up, toward zero; then with an old underflow, and with exceptions that trap.
+  // Rounding to nearest, down, up, toward zero; then with an old underflow, and with exceptions
+  // that trap.
   const uint32_t modes[] = {0x1f80, 0x3f80, 0x5f80, 0x7f80, 0x1f90, 0x1900};
   const uint32_t saved = readMxcsr();
   for (int level : supportedLevels()) {
@@ -225,8 +252,8 @@ TEST(Roots, StretchesGiveWhatSingleElementsGive) {
           for (int length : {47, 48, 71, 600})
             for (int place : {0, 17, length - 9, length - 1}) {
               if (mode == 0x1900 && outsider < 0) continue;
-              SCOPED_TRACE(testing::Message() << root.name << ", level " << level << ", " << outsider << " at " << place << " of " << length << std::hex
-                                              << ", MXCSR " << mode);
+              SCOPED_TRACE(testing::Message() << root.name << ", level " << level << ", " << outsider << " at " << place
+                                              << " of " << length << std::hex << ", MXCSR " << mode);
               writeMxcsr(mode);
               check(root, outsider, length, place);
               writeMxcsr(saved);
@@ -235,7 +262,8 @@ TEST(Roots, StretchesGiveWhatSingleElementsGive) {
   }
 }
 
-// Numbers just below 2^-126 become it in single precision, which only a flag tells. It must outlast a later stretch that is given up, or not even tried.
+// Numbers just below 2^-126 become it in single precision, which only a flag tells. It must outlast
+// a later stretch that is given up, or not even tried.
 TEST(Roots, NumbersJustBelowTheRangeStayRightBesideLaterOutsiders) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -245,7 +273,8 @@ TEST(Roots, NumbersJustBelowTheRangeStayRightBesideLaterOutsiders) {
         for (size_t i = 0; i < 200; ++i) x[i + 50] = std::ldexp(1 - static_cast<double>(i + 1) * 0x1p-32, -126);
         x[outsider] = 0x1p-1000;
         root.f(x.data(), y.data(), 1100);
-        for (size_t i = 0; i < x.size(); ++i) ASSERT_EQ(bits(y[i]), bits(evaluate(root.f, x[i]).value)) << root.name << ", level " << level << ", " << i;
+        for (size_t i = 0; i < x.size(); ++i)
+          ASSERT_EQ(bits(y[i]), bits(evaluate(root.f, x[i]).value)) << root.name << ", level " << level << ", " << i;
       }
   }
 }

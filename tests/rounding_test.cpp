@@ -8,7 +8,13 @@
 namespace qorvane::test {
 namespace {
 
-enum Direction { nearest, down, up, toZero, away };  // the first four in the order of the rounding modes; away: nearest, ties away from zero
+enum Direction {
+  nearest,
+  down,
+  up,
+  toZero,
+  away
+};  // the first four in the order of the rounding modes; away: nearest, ties away from zero
 const int modes[] = {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO};
 
 // Made with 64-bit integers; a zero has the sign of x.
@@ -34,15 +40,18 @@ struct Rounding {
   bool followsMode;
 };
 const Rounding roundings[] = {
-    {"Floor", nuvsFloor_64f, down, false}, {"Ceil", nuvsCeil_64f, up, false},     {"Trunc", nuvsTrunc_64f, toZero, false},
-    {"Round", nuvsRound_64f, away, false}, {"Rint", nuvsRint_64f, nearest, true}, {"NearbyInt", nuvsNearbyInt_64f, nearest, true},
+    {"Floor", nuvsFloor_64f, down, false},   {"Ceil", nuvsCeil_64f, up, false},
+    {"Trunc", nuvsTrunc_64f, toZero, false}, {"Round", nuvsRound_64f, away, false},
+    {"Rint", nuvsRint_64f, nearest, true},   {"NearbyInt", nuvsNearbyInt_64f, nearest, true},
 };
 
-// The documented oddities: the sign of some zeros, and Round at level 5, which sums |x| in the caller's mode and corrects only the ties that went down.
+// The documented oddities: the sign of some zeros, and Round at level 5, which sums |x| in the
+// caller's mode and corrects only the ties that went down.
 double expected(const Rounding& r, double x, Direction mode, int level) {
   const bool roundInMode = r.direction == away && level == 5;
   double y = integerNextTo(x, r.followsMode ? mode : r.direction);
-  if (roundInMode && mode != nearest && std::fabs(x) - std::floor(std::fabs(x)) != 0.5) y = std::copysign(integerNextTo(std::fabs(x), mode), x);
+  if (roundInMode && mode != nearest && std::fabs(x) - std::floor(std::fabs(x)) != 0.5)
+    y = std::copysign(integerNextTo(std::fabs(x), mode), x);
   if (y != 0) return y;
   if (r.direction == away && level == 4) return 0.0;
   if (mode == down && (roundInMode || (r.followsMode && level < 4))) return -0.0;
@@ -50,8 +59,9 @@ double expected(const Rounding& r, double x, Direction mode, int level) {
 }
 
 std::vector<double> arguments() {
-  std::vector<double> x = {
-      0.0, 0x1p-1074, 0x1p-1022, 0.25, 0.75, 1e-300, 0x1p51 + 0.5, 0x1p52 - 0.5, 0x1p52, 0x1p52 + 1, 0x1p53 + 2, 0x1.fffffffffffffp1023, HUGE_VAL};
+  std::vector<double> x = {0.0,          0x1p-1074,    0x1p-1022, 0.25,       0.75,       1e-300,
+                           0x1p51 + 0.5, 0x1p52 - 0.5, 0x1p52,    0x1p52 + 1, 0x1p53 + 2, 0x1.fffffffffffffp1023,
+                           HUGE_VAL};
   std::mt19937_64 random(7);
   for (int exponent = -4; exponent <= 54; ++exponent)
     for (int i = 0; i < 4; ++i) x.push_back(std::ldexp(1 + 0x1p-52 * static_cast<double>(random() >> 12), exponent));
@@ -74,15 +84,18 @@ TEST(Rounding, IsExactInEveryModeOfTheCaller) {
         std::fesetround(FE_TONEAREST);
         EXPECT_EQ(status, nuvStatusOk);
         for (size_t i = 0; i < x.size(); ++i)
-          ASSERT_EQ(bits(y[i]), bits(expected(r, x[i], mode, level))) << r.name << ", level " << level << ", mode " << mode << ", x = " << x[i] << ": " << y[i];
+          ASSERT_EQ(bits(y[i]), bits(expected(r, x[i], mode, level)))
+              << r.name << ", level " << level << ", mode " << mode << ", x = " << x[i] << ": " << y[i];
       }
       std::fesetround(modes[mode]);
       const nuvStatus status = nuvsModf_64f(x.data(), y.data(), z.data(), static_cast<int32_t>(x.size()));
       std::fesetround(FE_TONEAREST);
       EXPECT_EQ(status, nuvStatusOk);
       for (size_t i = 0; i < x.size(); ++i) {
-        const double whole = integerNextTo(x[i], toZero), fraction = std::copysign(std::isinf(x[i]) ? 0 : x[i] - whole, x[i]);
-        ASSERT_TRUE(bits(y[i]) == bits(whole) && bits(z[i]) == bits(fraction)) << "Modf, level " << level << ", mode " << mode << ", x = " << x[i];
+        const double whole = integerNextTo(x[i], toZero),
+                     fraction = std::copysign(std::isinf(x[i]) ? 0 : x[i] - whole, x[i]);
+        ASSERT_TRUE(bits(y[i]) == bits(whole) && bits(z[i]) == bits(fraction))
+            << "Modf, level " << level << ", mode " << mode << ", x = " << x[i];
       }
     }
   }
@@ -151,7 +164,10 @@ TEST(Rounding, RaisesTheFlagsOfItsArithmeticAndNoOthers) {
       row.f(x.data(), y.data(), copies);
       const int raised = std::fetestexcept(FE_ALL_EXCEPT);
       std::fesetround(FE_TONEAREST);
-      EXPECT_EQ(raised, level < 4 ? row.levels1To3 : level == 4 ? row.level4 : row.level5) << row.what << ", level " << level;
+      EXPECT_EQ(raised, level < 4    ? row.levels1To3
+                        : level == 4 ? row.level4
+                                     : row.level5)
+          << row.what << ", level " << level;
     }
   }
 }

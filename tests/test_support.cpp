@@ -16,7 +16,8 @@ const std::vector<int>& supportedLevels() {
 
 std::ostream& operator<<(std::ostream& out, const Element& e) {
   char text[80];
-  std::snprintf(text, sizeof text, "%.17g (0x%016llx), status %d", e.value, static_cast<unsigned long long>(bits(e.value)), e.status);
+  std::snprintf(text, sizeof text, "%.17g (0x%016llx), status %d", e.value,
+                static_cast<unsigned long long>(bits(e.value)), e.status);
   return out << text;
 }
 

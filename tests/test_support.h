@@ -1,4 +1,5 @@
-// What the tests share: the levels that this processor can run, and single evaluations at a chosen level.
+// What the tests share: the levels that this processor can run, and single evaluations at a chosen
+// level.
 #pragma once
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@
 #include <vector>
 
 #include "frame/dispatch.h"
-#include "frame/qorvane.h"
+#include "frame/include/qorvane.h"
 
 namespace qorvane::test {
 

@@ -1,4 +1,5 @@
-// sin and cos: known values on both sides of every change of method, the special values, and what the elements of a block have in common.
+// sin and cos: known values on both sides of every change of method, the special values, and what
+// the elements of a block have in common.
 #include <cfenv>
 #include <cmath>
 #include <random>
@@ -21,9 +22,15 @@ struct Output {
 const Output outputs[] = {
     {"sin", nuvsSin_64f_A53, true},
     {"cos", nuvsCos_64f_A53, false},
-    {"sine of SinCos", [](const double* x, double* y, int32_t n) { return nuvsSinCos_64f_A53(x, y, std::vector<double>(static_cast<size_t>(n)).data(), n); },
+    {"sine of SinCos",
+     [](const double* x, double* y, int32_t n) {
+       return nuvsSinCos_64f_A53(x, y, std::vector<double>(static_cast<size_t>(n)).data(), n);
+     },
      true},
-    {"cosine of SinCos", [](const double* x, double* y, int32_t n) { return nuvsSinCos_64f_A53(x, std::vector<double>(static_cast<size_t>(n)).data(), y, n); },
+    {"cosine of SinCos",
+     [](const double* x, double* y, int32_t n) {
+       return nuvsSinCos_64f_A53(x, std::vector<double>(static_cast<size_t>(n)).data(), y, n);
+     },
      false},
 };
 
@@ -64,13 +71,15 @@ TEST(Trig, KnownValues) {
       {0x1.6c8a2679652e4p+28, -0x1.05af4d71d08a1p-10, -0x1.ffffef4810fadp-1},
       {0x1.fffffffffffffp+29, -0x1.3c12385cbf55dp-1, 0x1.92cb4430fba6ap-1},
       {0x1p+30, -0x1.3c12353728cafp-1, 0x1.92cb46a920144p-1},
-      {0x1.fffffffffffffp+53, 0x1.c90c07d7c5802p-6, 0x1.ffccfdb63c94p-1},  // the exponent moves on to other 25 bits of 4/pi
+      {0x1.fffffffffffffp+53, 0x1.c90c07d7c5802p-6,
+       0x1.ffccfdb63c94p-1},  // the exponent moves on to other 25 bits of 4/pi
       {0x1p+54, 0x1.cb6f75f360b74p-1, -0x1.c3f1688d1144p-2},
       {0x1.504cac51f1eafp+131, -0x1p+0, -0x1.0cb604d34f341p-59},
       {0x1.e009c53148be1p+991, 0x1p+0, 0x1.295a3b0a64b1dp-59},
       {1e22, -0x1.b453ab76bf397p-1, 0x1.0be2cef01c8f4p-1},
       {0x1.0ff7308006e31p+380, 0x1.7954327990fd3p-5, -0x1.ff74e2d3bcd95p-1},  // the count of octants is a small number
-      {0x1.6ac5b262ca1ffp+849, 0x1p+0, -0x1.14ae72e6ba22fp-61},               // 6381956970095103 * 2^797, the nearest to a multiple of pi/2
+      {0x1.6ac5b262ca1ffp+849, 0x1p+0,
+       -0x1.14ae72e6ba22fp-61},  // 6381956970095103 * 2^797, the nearest to a multiple of pi/2
       {0x1.fffffffffffffp+1023, 0x1.452fc98b34e97p-8, -0x1.fffe62ecfab75p-1},
   };
   atEveryLevel([&](const Output& f, int) {
@@ -81,7 +90,8 @@ TEST(Trig, KnownValues) {
         double together[8];
         f.f(x, together, 8);
         for (double y : {evaluate(f.f, x[0]).value, together[0]})
-          EXPECT_LE(std::max(bits(y), bits(expected)) - std::min(bits(y), bits(expected)), 1u) << "x = " << x[0] << ": " << y << ", not " << expected;
+          EXPECT_LE(std::max(bits(y), bits(expected)) - std::min(bits(y), bits(expected)), 1u)
+              << "x = " << x[0] << ": " << y << ", not " << expected;
       }
   });
 }
@@ -96,7 +106,8 @@ TEST(Trig, SpecialValues) {
       EXPECT_EQ(bits(e.value), 0xfff8000000000000) << "x = " << x;
       EXPECT_EQ(e.status, nuvStatusOutOfDomain);
     }
-    const double xs[8] = {1, number(0x7ff8000000000123), 1e300, number(0xfff8000000000456), -infinity, 2, number(0x7ff0000000000001), 3};
+    const double xs[8] = {1, number(0x7ff8000000000123), 1e300, number(0xfff8000000000456), -infinity,
+                          2, number(0x7ff0000000000001), 3};
     for (int32_t first : {1, 3, 6}) {
       const uint64_t quiet = bits(xs[first]) | 0x0008000000000000;
       double ys[8];
@@ -108,8 +119,9 @@ TEST(Trig, SpecialValues) {
   });
 }
 
-// A large argument, or an infinity, sends its whole block another way: blocks of 4 and of 8 from the beginning of the array, then single elements. An argument
-// for which the ways differ in the last bit tells which one was taken; in place it must be the same one.
+// A large argument, or an infinity, sends its whole block another way: blocks of 4 and of 8 from
+// the beginning of the array, then single elements. An argument for which the ways differ in the
+// last bit tells which one was taken; in place it must be the same one.
 TEST(Trig, ABlockGoesOneWay) {
   constexpr int32_t longest = 295;  // level 5 takes from 32 elements on another way to the same results
   std::mt19937_64 random(5);
@@ -173,10 +185,12 @@ TEST(Trig, NegativeZeroInABlock) {
   });
 }
 
-// In a directed mode the table point of an argument may be another one, but it must still go with the remainder: also that of a tiny argument beside a large
-// one, which stands for its own remainder.
+// In a directed mode the table point of an argument may be another one, but it must still go with
+// the remainder: also that of a tiny argument beside a large one, which stands for its own
+// remainder.
 TEST(Trig, DirectedRoundingMovesResultsByAUnitOnly) {
-  const double sizes[] = {1e-300, 0x1p-60, 0x1p-30, 0x1.921fb54442d18p-21, 0x1p-20, 0x1.8p-20, 0.01, 0.6, 3, 1000, 0x1p+16, 1e6, 1e300, 0x1.6ac5b262ca1ffp+849};
+  const double sizes[] = {1e-300,  0x1p-60, 0x1p-30, 0x1.921fb54442d18p-21, 0x1p-20, 0x1.8p-20, 0.01, 0.6, 3, 1000,
+                          0x1p+16, 1e6,     1e300,   0x1.6ac5b262ca1ffp+849};
   std::vector<double> xs;
   for (double last : {0.5, 1e6})
     for (double size : sizes) xs.insert(xs.end(), {size, 1, -size, 2, -1, -size, size, last});
@@ -191,14 +205,16 @@ TEST(Trig, DirectedRoundingMovesResultsByAUnitOnly) {
         f.f(xs.data(), directed.data(), n);
         writeMxcsr(csr);
         for (size_t i = 0; i < static_cast<size_t>(n); ++i)
-          EXPECT_LE(std::fabs(directed[i] - nearest[i]), level == 5 ? 0x1p-52 : 0.0) << "x = " << xs[i] << ", mode " << mode;
+          EXPECT_LE(std::fabs(directed[i] - nearest[i]), level == 5 ? 0x1p-52 : 0.0)
+              << "x = " << xs[i] << ", mode " << mode;
       }
   });
 }
 
 TEST(Trig, FiniteArgumentsRaiseNeitherInvalidNorDivideByZero) {
   std::vector<double> xs;
-  for (int exponent = -1074; exponent < 1024; ++exponent) xs.push_back(std::ldexp(exponent % 2 == 0 ? 1.0 : -1.9, exponent));
+  for (int exponent = -1074; exponent < 1024; ++exponent)
+    xs.push_back(std::ldexp(exponent % 2 == 0 ? 1.0 : -1.9, exponent));
   std::vector<double> ys(xs.size());
   atEveryLevel([&](const Output& f, int) {
     std::feclearexcept(FE_ALL_EXCEPT);

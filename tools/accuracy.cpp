@@ -19,9 +19,11 @@ constexpr char usage[] =
     "  --range NAME   one range, by a part of its name (default: all of the function)\n"
     "  --count N      arguments for each range and level (default 1000000)\n"
     "  --seed N       of the generator (default 1)\n"
-    "  --hunt         search around the worst arguments for worse ones, and print them as rows of tests/worst_arguments.inc\n"
+    "  --hunt         search around the worst arguments for worse ones, and print them as rows of "
+    "tests/worst_arguments.inc\n"
     "  --at A [B]     one argument, or one pair (hexadecimal numbers and 0x patterns of 16 digits are understood too)\n"
-    "  --all FOLDER   measure and hunt everything, write the table into FOLDER/accuracy.md and plots into FOLDER/accuracy/\n"
+    "  --all FOLDER   measure and hunt everything, write the table into FOLDER/accuracy.md and plots into "
+    "FOLDER/accuracy/\n"
     "  --list         the functions, their ranges and bounds\n";
 
 struct Options {
@@ -56,7 +58,9 @@ Options parse(int count, char** arguments) {
   Options o;
   for (int i = 1; i < count; ++i) {
     const std::string option = arguments[i];
-    const auto value = [&] { return i + 1 < count ? arguments[++i] : (stop("a value is missing after", arguments[i]), nullptr); };
+    const auto value = [&] {
+      return i + 1 < count ? arguments[++i] : (stop("a value is missing after", arguments[i]), nullptr);
+    };
     if (option == "--level")
       o.level = std::atoi(value());
     else if (option == "--range")
@@ -73,7 +77,8 @@ Options parse(int count, char** arguments) {
       o.list = true;
     else if (option == "--at") {
       o.at.push_back(parseNumber(value()));
-      if (i + 1 < count && findFunction(arguments[i + 1]) == nullptr && arguments[i + 1][0] != '-') o.at.push_back(parseNumber(value()));
+      if (i + 1 < count && findFunction(arguments[i + 1]) == nullptr && arguments[i + 1][0] != '-')
+        o.at.push_back(parseNumber(value()));
     } else if (const Function* f = findFunction(option))
       o.functions.push_back(f);
     else
@@ -111,8 +116,9 @@ std::string argumentText(const Function& f, const Finding& w) {
 }
 
 void printFinding(const Function& f, const Finding& w) {
-  std::printf("    largest error %.4f ulp at %s%s\n    result %.17g (%a), exact %s\n", std::abs(w.error), argumentText(f, w).c_str(),
-              f.outputs == 2 ? (w.output == 0 ? ", first output" : ", second output") : "", w.result, w.result, exactValue(f, w, 25).c_str());
+  std::printf("    largest error %.4f ulp at %s%s\n    result %.17g (%a), exact %s\n", std::abs(w.error),
+              argumentText(f, w).c_str(), f.outputs == 2 ? (w.output == 0 ? ", first output" : ", second output") : "",
+              w.result, w.result, exactValue(f, w, 25).c_str());
 }
 
 uint64_t pattern(double x) {
@@ -132,7 +138,8 @@ std::vector<Job> jobs(const Options& o) {
   for (const Function* f : o.functions)
     for (const Range& range : rangesOf(f->stem))
       for (const LevelGroup& group : levelGroups(*f))
-        if (range.name.find(o.range) != std::string_view::npos && (o.level == 0 || (o.level >= group.first && o.level <= group.last)))
+        if (range.name.find(o.range) != std::string_view::npos &&
+            (o.level == 0 || (o.level >= group.first && o.level <= group.last)))
           all.push_back({f, &range, group});
   return all;
 }
@@ -157,7 +164,8 @@ int run(const Options& o) {
     const Function& f = *function;
     std::string title = std::string(f.stem) + ", " + std::string(range->name) + ", level " + text(levels);
     const auto progress = [&, i = i](int64_t done) {
-      clock.show(title, (static_cast<double>(i) + static_cast<double>(done) / static_cast<double>(o.count)) / static_cast<double>(all.size()));
+      clock.show(title, (static_cast<double>(i) + static_cast<double>(done) / static_cast<double>(o.count)) /
+                            static_cast<double>(all.size()));
     };
     Finding worst;
     if (o.hunting) {
@@ -166,8 +174,9 @@ int run(const Options& o) {
       worst = found[0];
       std::printf("%s\n", title.c_str());
       for (size_t k = 0; k < std::min<size_t>(found.size(), 3); ++k)
-        std::printf("WORST(%s, \"%s\", %d, %d, 0x%016" PRIx64 ", 0x%016" PRIx64 ")  // %.4f\n", f.stem.data(), range->name.data(), levels.first, levels.last,
-                    pattern(found[k].a), pattern(found[k].b), std::abs(found[k].error));
+        std::printf("WORST(%s, \"%s\", %d, %d, 0x%016" PRIx64 ", 0x%016" PRIx64 ")  // %.4f\n", f.stem.data(),
+                    range->name.data(), levels.first, levels.last, pattern(found[k].a), pattern(found[k].b),
+                    std::abs(found[k].error));
     } else {
       const Measurement m = measure(f, levels.first, *range, o.count, o.seed, progress);
       clock.clear();
@@ -177,7 +186,8 @@ int run(const Options& o) {
     }
     printFinding(f, worst);
     const double bound = range->bound(levels.first);
-    if (!(std::abs(worst.error) <= bound + range->margin)) within = false, std::printf("    ABOVE the bound of %g + %g ulp\n", bound, range->margin);
+    if (!(std::abs(worst.error) <= bound + range->margin))
+      within = false, std::printf("    ABOVE the bound of %g + %g ulp\n", bound, range->margin);
     std::fflush(stdout);
   }
   return within ? 0 : 1;
@@ -190,14 +200,18 @@ int main(int count, char** arguments) {
   if (o.list) {
     for (const Function* f : o.functions)
       for (const Range& r : rangesOf(f->stem))
-        std::printf("%s, \"%s\": at most %g (levels 1-3), %g (level 4), %g (level 5)\n", f->stem.data(), r.name.data(), r.bound1To3, r.bound4, r.bound5);
+        std::printf("%s, \"%s\": at most %g (levels 1-3), %g (level 4), %g (level 5)\n", f->stem.data(), r.name.data(),
+                    r.bound1To3, r.bound4, r.bound5);
     return 0;
   }
   if (!o.report.empty()) {
     Clock clock;
-    const bool written = writeReport(o.report, o.count, o.seed, [&](const std::string& what, double part) { clock.show(what, part); });
+    const bool written =
+        writeReport(o.report, o.count, o.seed, [&](const std::string& what, double part) { clock.show(what, part); });
     clock.clear();
-    if (!written) std::fprintf(stderr, "qorvane-accuracy: %s/accuracy.md, its marks or the plots can't be written\n", o.report.c_str());
+    if (!written)
+      std::fprintf(stderr, "qorvane-accuracy: %s/accuracy.md, its marks or the plots can't be written\n",
+                   o.report.c_str());
     return written ? 0 : 1;
   }
   return o.at.empty() ? run(o) : runAt(o);

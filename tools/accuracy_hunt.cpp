@@ -1,6 +1,7 @@
-// The hunt for the largest error. The error of a result is a slow function of the argument (a polynomial's, a table row's) plus rounding luck, which changes
-// from one argument to the next. So the worst arguments of a sample are each followed by themselves: neighbours in a wide window first, which climbs the slow
-// part, then in narrower ones, which tries the luck there.
+// The hunt for the largest error. The error of a result is a slow function of the argument (a
+// polynomial's, a table row's) plus rounding luck, which changes from one argument to the next. So
+// the worst arguments of a sample are each followed by themselves: neighbours in a wide window
+// first, which climbs the slow part, then in narrower ones, which tries the luck there.
 #include <algorithm>
 #include <cmath>
 
@@ -25,7 +26,8 @@ void visitBlock(const Function& function, int level, Block& block, Visit visit) 
 
 }  // namespace
 
-std::vector<Finding> hunt(const Function& function, int level, const Range& range, int64_t count, uint64_t seed, const Progress& progress) {
+std::vector<Finding> hunt(const Function& function, int level, const Range& range, int64_t count, uint64_t seed,
+                          const Progress& progress) {
   Random random{seed};
   static Block block;
   const Distribution &first = range.arguments.first, &second = range.arguments.second;
@@ -56,10 +58,13 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
     };
     for (Finding& trail : worst) {
       for (int64_t tried = 0; tried < perRound; tried += block.count, report()) {
-        block.count = static_cast<int32_t>(std::min<int64_t>(function.sameSecond ? 128 : blockLength, perRound - tried));
+        block.count =
+            static_cast<int32_t>(std::min<int64_t>(function.sameSecond ? 128 : blockLength, perRound - tried));
         for (size_t i = 0; i < static_cast<size_t>(block.count); ++i) {
           const bool newSecond = function.sameSecond ? i == 0 : random.next() & 1;
-          block.b[i] = newSecond ? neighbour(second, trail.b, window(second) / 2, 0, random) : function.sameSecond ? block.b[0] : trail.b;
+          block.b[i] = newSecond             ? neighbour(second, trail.b, window(second) / 2, 0, random)
+                       : function.sameSecond ? block.b[0]
+                                             : trail.b;
           block.a[i] = neighbour(first, trail.a, window(first) / 2, block.b[i], random);
         }
         visitBlock(function, level, block, [&](const Finding& finding) {

@@ -11,11 +11,7 @@
 #include "frame/dispatch.h"
 
 namespace qorvane {
-using realUnaryKernel = RealUnaryKernel;
-using realBinaryKernel = RealBinaryKernel;
-using realSplitKernel = RealSplitKernel;
-using realScalarKernel = RealScalarKernel;
-#define FUNCTION(name, stem, shape, ...) extern const DispatchTable<shape##Kernel> stem##Kernels;
+#define FUNCTION(name, stem, shape, ...) extern const DispatchTable<shapes::shape> stem##Kernels;
 #include "frame/functions.inc"
 #undef FUNCTION
 }  // namespace qorvane
@@ -25,19 +21,39 @@ namespace {
 
 using namespace qorvane;
 
-[[maybe_unused]] void run(RealUnaryKernel* kernel, const double* a, const double*, double* const* outputs, int32_t len) { kernel(a, outputs[0], len); }
-[[maybe_unused]] void run(RealBinaryKernel* kernel, const double* a, const double* b, double* const* outputs, int32_t len) { kernel(a, b, outputs[0], len); }
-[[maybe_unused]] void run(RealSplitKernel* kernel, const double* a, const double*, double* const* outputs, int32_t len) {
+[[maybe_unused]] void run(shapes::realUnary* kernel, const double* a, const double*, double* const* outputs,
+                          int32_t len) {
+  kernel(a, outputs[0], len);
+}
+[[maybe_unused]] void run(shapes::realBinary* kernel, const double* a, const double* b, double* const* outputs,
+                          int32_t len) {
+  kernel(a, b, outputs[0], len);
+}
+[[maybe_unused]] void run(shapes::realSplit* kernel, const double* a, const double*, double* const* outputs,
+                          int32_t len) {
   kernel(a, outputs[0], outputs[1], len);
 }
-[[maybe_unused]] void run(RealScalarKernel* kernel, const double* a, const double* b, double* const* outputs, int32_t len) { kernel(a, b[0], outputs[0], len); }
+[[maybe_unused]] void run(shapes::realScalar* kernel, const double* a, const double* b, double* const* outputs,
+                          int32_t len) {
+  kernel(a, b[0], outputs[0], len);
+}
 
 template <class Kernel, const DispatchTable<Kernel>* table>
 Function describe(const char* name, const char* stem) {
-  constexpr bool scalar = std::is_same_v<Kernel, RealScalarKernel>, binary = std::is_same_v<Kernel, RealBinaryKernel>;
-  Function f{name, stem, scalar, scalar || binary, std::is_same_v<Kernel, RealSplitKernel> ? 2 : 1, {}, nullptr, findReference(stem)};
+  constexpr bool scalar = std::is_same_v<Kernel, shapes::realScalar>,
+                 binary = std::is_same_v<Kernel, shapes::realBinary>;
+  Function f{name,
+             stem,
+             scalar,
+             scalar || binary,
+             std::is_same_v<Kernel, shapes::realSplit> ? 2 : 1,
+             {},
+             nullptr,
+             findReference(stem)};
   for (int level = 0; level < 6; ++level) f.kernels[level] = reinterpret_cast<const void*>(table->level[level]);
-  f.call = [](int level, const double* a, const double* b, double* const* outputs, int32_t len) { run(table->level[level], a, b, outputs, len); };
+  f.call = [](int level, const double* a, const double* b, double* const* outputs, int32_t len) {
+    run(table->level[level], a, b, outputs, len);
+  };
   if (f.reference == nullptr || rangesOf(stem).empty()) {
     std::fprintf(stderr, "nuvs%s is served, but tools/references.cpp or tools/ranges.inc has no row for it\n", name);
     std::exit(1);
@@ -63,7 +79,7 @@ struct ExactResults {
 
 const std::vector<Function>& servedFunctions() {
   static const std::vector<Function> all = {
-#define FUNCTION(name, stem, shape, ...) describe<shape##Kernel, &stem##Kernels>(#name, #stem),
+#define FUNCTION(name, stem, shape, ...) describe<shapes::shape, &stem##Kernels>(#name, #stem),
 #include "frame/functions.inc"
 #undef FUNCTION
   };
@@ -89,7 +105,8 @@ std::vector<LevelGroup> levelGroups(const Function& function) {
 }
 
 std::string text(const LevelGroup& group) {
-  return group.first == group.last ? std::to_string(group.first) : std::to_string(group.first) + "-" + std::to_string(group.last);
+  return group.first == group.last ? std::to_string(group.first)
+                                   : std::to_string(group.first) + "-" + std::to_string(group.last);
 }
 
 Judgement judgeExactly(const Function& function, const Finding& finding) {
@@ -107,7 +124,8 @@ Judgement judgeExactly(const Function& function, const Finding& finding) {
   mpfr_set_d(difference, std::isinf(y) ? std::copysign(0x1p1023, y) : y, MPFR_RNDN);
   if (std::isinf(y)) mpfr_mul_2ui(difference, difference, 1, MPFR_RNDN);
   mpfr_sub(difference, difference, value, MPFR_RNDN);
-  const long exponent = mpfr_zero_p(value) ? -1022 : std::clamp(static_cast<long>(mpfr_get_exp(value)) - 1, -1022L, 1023L);
+  const long exponent =
+      mpfr_zero_p(value) ? -1022 : std::clamp(static_cast<long>(mpfr_get_exp(value)) - 1, -1022L, 1023L);
   mpfr_mul_2si(difference, difference, 52 - exponent, MPFR_RNDN);
   const double error = mpfr_get_d(difference, MPFR_RNDN);
   mpfr_clear(difference);
@@ -121,7 +139,8 @@ double quickError(double result, long double quick, bool& sure) {
   std::memcpy(&field, reinterpret_cast<const char*>(&quick) + 8, 2);
   const int exponent = std::max((field & 0x7fff) - 16383, -1022);
   // A power of two may stand for a number of the binade below.
-  sure = exponent < 1023 && std::isfinite(result) && (significand != uint64_t{1} << 63 || result == quick) && (quick != 0 || result == 0);
+  sure = exponent < 1023 && std::isfinite(result) && (significand != uint64_t{1} << 63 || result == quick) &&
+         (quick != 0 || result == 0);
   if (!sure) return HUGE_VAL;
   long double unitsIn1 = 1;
   field = static_cast<uint16_t>(16383 + 52 - exponent);
@@ -178,7 +197,8 @@ Finding judgedAt(const Function& function, const Block& block, size_t i, size_t 
   return finding;
 }
 
-Measurement measure(const Function& function, int level, const Range& range, int64_t count, uint64_t seed, const Progress& progress) {
+Measurement measure(const Function& function, int level, const Range& range, int64_t count, uint64_t seed,
+                    const Progress& progress) {
   Random random{seed};
   static Block block;
   Measurement m;
@@ -200,8 +220,8 @@ Measurement measure(const Function& function, int level, const Range& range, int
         Finding finding = findingAt(block, i, k);
         const Judgement judgement = judgeExactly(function, finding);
         if (sure && std::fabs(judgement.error - error) > quickErrorBound) {
-          std::fprintf(stderr, "%s of %a, %a: the quick value is off by %g units in the last place\n", function.stem.data(), finding.a, finding.b,
-                       judgement.error - error);
+          std::fprintf(stderr, "%s of %a, %a: the quick value is off by %g units in the last place\n",
+                       function.stem.data(), finding.a, finding.b, judgement.error - error);
           std::exit(1);
         }
         m.correct += judgement.correct;

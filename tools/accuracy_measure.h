@@ -38,7 +38,8 @@ struct LevelGroup {
 std::vector<LevelGroup> levelGroups(const Function& function);
 std::string text(const LevelGroup& group);
 
-// One result. The error is signed and counts units in the last place of the exact result's binade, 2^-1074 below the normal range.
+// One result. The error is signed and counts units in the last place of the exact result's binade,
+// 2^-1074 below the normal range.
 struct Finding {
   double a = 0, b = 0;
   int output = 0;
@@ -58,7 +59,8 @@ double quickError(double result, long double quick, bool& sure);
 // The exact value, to so many digits.
 std::string exactValue(const Function& function, const Finding& finding, int digits);
 
-// Both outputs at one argument, alone (count 1) or in a vector of copies; the one with the larger error.
+// Both outputs at one argument, alone (count 1) or in a vector of copies; the one with the larger
+// error.
 Finding evaluateAt(const Function& function, int level, double a, double b, int32_t count);
 
 struct Measurement {
@@ -68,10 +70,13 @@ struct Measurement {
 using Progress = std::function<void(int64_t argumentsDone)>;
 
 // `count` arguments of the range.
-Measurement measure(const Function& function, int level, const Range& range, int64_t count, uint64_t seed, const Progress& progress);
+Measurement measure(const Function& function, int level, const Range& range, int64_t count, uint64_t seed,
+                    const Progress& progress);
 
-// Looks for larger errors: samples half of `count` arguments, then searches around the worst of them, in ever narrower windows. Worst first, judged exactly.
-std::vector<Finding> hunt(const Function& function, int level, const Range& range, int64_t count, uint64_t seed, const Progress& progress);
+// Looks for larger errors: samples half of `count` arguments, then searches around the worst of
+// them, in ever narrower windows. Worst first, judged exactly.
+std::vector<Finding> hunt(const Function& function, int level, const Range& range, int64_t count, uint64_t seed,
+                          const Progress& progress);
 
 // Arguments with their results and quick values, evaluated in one call.
 constexpr int32_t blockLength = 1024;

@@ -21,17 +21,20 @@ struct Row {
 // The largest error expected anywhere.
 double largestBound(const Function& f) {
   double largest = 0;
-  for (const Range& range : rangesOf(f.stem)) largest = std::max({largest, range.bound1To3, range.bound4, range.bound5});
+  for (const Range& range : rangesOf(f.stem))
+    largest = std::max({largest, range.bound1To3, range.bound4, range.bound5});
   return largest;
 }
 
 // The sample, the hunt and the worst arguments known.
-Row measureRow(const Function& f, const LevelGroup& levels, const Range& range, int64_t count, uint64_t seed, const Progress& progress) {
+Row measureRow(const Function& f, const LevelGroup& levels, const Range& range, int64_t count, uint64_t seed,
+               const Progress& progress) {
   Row row{levels, measure(f, levels.first, range, count, seed, progress)};
   const auto take = [&](const Finding& found) {
     if (std::fabs(found.error) > std::fabs(row.measured.worst.error)) row.measured.worst = found;
   };
-  if (largestBound(f) > 0) take(hunt(f, levels.first, range, count, seed, [&](int64_t done) { progress(count + done); })[0]);
+  if (largestBound(f) > 0)
+    take(hunt(f, levels.first, range, count, seed, [&](int64_t done) { progress(count + done); })[0]);
   for (const WorstArgument& known : worstArguments())
     if (known.stem == f.stem && known.range == range.name) take(evaluateAt(f, levels.first, known.a, known.b, 1));
   return row;
@@ -47,7 +50,8 @@ std::string roundedUp(double error) {
 // Rounded down, likewise.
 std::string share(const Measurement& m) {
   char text[40];
-  std::snprintf(text, sizeof text, "%.2f", std::floor(1e4 * static_cast<double>(m.correct) / static_cast<double>(m.results)) / 100);
+  std::snprintf(text, sizeof text, "%.2f",
+                std::floor(1e4 * static_cast<double>(m.correct) / static_cast<double>(m.results)) / 100);
   return m.correct == m.results ? "100" : text;
 }
 
@@ -64,20 +68,24 @@ void writeRows(std::ostream& out, const Function& f, const Range& range, const s
     // Programs whose figures agree make one row.
     for (; i + 1 < rows.size(); ++i) {
       const Measurement &a = row.measured, &b = rows[i + 1].measured;
-      if (a.correct != b.correct || a.worst.error != b.worst.error || (a.worst.error != 0 && (a.worst.a != b.worst.a || a.worst.b != b.worst.b))) break;
+      if (a.correct != b.correct || a.worst.error != b.worst.error ||
+          (a.worst.error != 0 && (a.worst.a != b.worst.a || a.worst.b != b.worst.b)))
+        break;
       row.levels.last = rows[i + 1].levels.last;
     }
     std::string arguments = describe(range.arguments), name(range.name);
     for (std::string* text : {&arguments, &name})
       for (size_t bar = 0; (bar = text->find('|', bar)) != std::string::npos; bar += 2) text->insert(bar, 1, '\\');
-    out << "| " << f.stem << " | " << name << ": " << arguments << " | " << text(row.levels) << " | " << roundedUp(row.measured.worst.error) << " | "
-        << place(f, row.measured.worst) << " | " << share(row.measured) << " |\n";
+    out << "| " << f.stem << " | " << name << ": " << arguments << " | " << text(row.levels) << " | "
+        << roundedUp(row.measured.worst.error) << " | " << place(f, row.measured.worst) << " | " << share(row.measured)
+        << " |\n";
   }
 }
 
 // The largest size of an error in each of many columns of the everyday range.
 constexpr size_t columns = 160;
-std::vector<double> largestErrors(const Function& f, int level, const Range& range, bool logarithmic, int64_t count, uint64_t seed) {
+std::vector<double> largestErrors(const Function& f, int level, const Range& range, bool logarithmic, int64_t count,
+                                  uint64_t seed) {
   std::vector<double> largest(columns, 0);
   const Distribution& d = range.arguments.first;
   const auto axis = [&](double x) { return logarithmic ? std::log(std::fabs(x)) : x; };
@@ -99,7 +107,8 @@ std::vector<double> largestErrors(const Function& f, int level, const Range& ran
   return largest;
 }
 
-// Levels 1 and 5 side by side. Half a unit is what any rounding costs, so the picture starts just below.
+// Levels 1 and 5 side by side. Half a unit is what any rounding costs, so the picture starts just
+// below.
 bool plot(const std::string& folder, const Function& f, int64_t count, uint64_t seed) {
   const Range& range = rangesOf(f.stem)[0];
   const Distribution& d = range.arguments.first;
@@ -115,21 +124,25 @@ bool plot(const std::string& folder, const Function& f, int64_t count, uint64_t 
     for (size_t i = 0; i < columns; ++i) {
       const double part = (static_cast<double>(i) + 0.5) / columns;
       char line[100];
-      std::snprintf(line, sizeof line, "%.5g %.4f\n", logarithmic ? d.low * std::pow(d.high / d.low, part) : d.low + (d.high - d.low) * part, largest[i]);
+      std::snprintf(line, sizeof line, "%.5g %.4f\n",
+                    logarithmic ? d.low * std::pow(d.high / d.low, part) : d.low + (d.high - d.low) * part, largest[i]);
       script << line;
     }
     script << "END\n";
   }
   const double bottom = 0.5 - (top - 0.5) / 4;
   for (const char* kind : {"svg", "png"}) {
-    script << "set terminal " << (kind[0] == 's' ? "svg size 900,300 font 'sans,12' background 'white'" : "pngcairo size 900,300 font 'sans,9'")
-           << "\nset output '" << folder << "/" << f.stem << "." << kind << "'\nset multiplot layout 1," << levels.size() << "\nset yrange [" << bottom << ":"
-           << top + (top - 0.5) / 10 << "]\nset xrange [" << d.low << ":" << d.high << "]\nset key off\nset xlabel 'argument'\n"
+    script << "set terminal "
+           << (kind[0] == 's' ? "svg size 900,300 font 'sans,12' background 'white'"
+                              : "pngcairo size 900,300 font 'sans,9'")
+           << "\nset output '" << folder << "/" << f.stem << "." << kind << "'\nset multiplot layout 1,"
+           << levels.size() << "\nset yrange [" << bottom << ":" << top + (top - 0.5) / 10 << "]\nset xrange [" << d.low
+           << ":" << d.high << "]\nset key off\nset xlabel 'argument'\n"
            << "set ylabel 'largest error, ulp'\n"
            << (logarithmic ? "set logscale x\nset format x '10^{%T}'\n" : "");
     for (const int level : levels)
-      script << "set title '" << f.stem << ", level " << level << "'\nplot $level" << level << " using 1:2 with filledcurves y1=" << bottom
-             << " lc rgb '#7aa6d6', 0.5 lc rgb '#c04040' dt 2\n";
+      script << "set title '" << f.stem << ", level " << level << "'\nplot $level" << level
+             << " using 1:2 with filledcurves y1=" << bottom << " lc rgb '#7aa6d6', 0.5 lc rgb '#c04040' dt 2\n";
     script << "unset multiplot\n";
   }
   FILE* gnuplot = popen("gnuplot", "w");
@@ -151,20 +164,24 @@ bool replaceMeasured(const std::string& path, const std::string& measured) {
 
 }  // namespace
 
-bool writeReport(const std::string& folder, int64_t count, uint64_t seed, const std::function<void(const std::string&, double)>& progress) {
+bool writeReport(const std::string& folder, int64_t count, uint64_t seed,
+                 const std::function<void(const std::string&, double)>& progress) {
   std::ostringstream table, figures;
-  table << "| Function | Range | Levels | Largest error, ulp | At | Correctly rounded, % |\n|---|---|---|---|---|---|\n";
+  table
+      << "| Function | Range | Levels | Largest error, ulp | At | Correctly rounded, % |\n|---|---|---|---|---|---|\n";
   std::error_code error;
   std::filesystem::create_directories(folder + "/accuracy", error);
   double work = 0, finished = 0;
-  for (const Function& f : servedFunctions()) work += static_cast<double>(rangesOf(f.stem).size() * levelGroups(f).size());
+  for (const Function& f : servedFunctions())
+    work += static_cast<double>(rangesOf(f.stem).size() * levelGroups(f).size());
   for (const Function& f : servedFunctions()) {
     for (const Range& range : rangesOf(f.stem)) {
       std::vector<Row> rows;
       for (const LevelGroup& group : levelGroups(f)) {
         const std::string title = std::string(f.stem) + ", " + std::string(range.name) + ", level " + text(group);
-        rows.push_back(measureRow(f, group, range, count, seed,
-                                  [&](int64_t done) { progress(title, (finished + static_cast<double>(done) / static_cast<double>(2 * count)) / work); }));
+        rows.push_back(measureRow(f, group, range, count, seed, [&](int64_t done) {
+          progress(title, (finished + static_cast<double>(done) / static_cast<double>(2 * count)) / work);
+        }));
         ++finished;
       }
       writeRows(table, f, range, rows);

@@ -1,4 +1,5 @@
-// The arguments that a reduction modulo pi/2 finds hardest: for every exponent, the numbers that come nearest to a multiple of pi/2.
+// The arguments that a reduction modulo pi/2 finds hardest: for every exponent, the numbers that
+// come nearest to a multiple of pi/2.
 #pragma once
 #include <mpfr.h>
 
@@ -7,9 +8,10 @@
 
 namespace tables {
 
-// For every e from -52 to 971, the numbers m * 2^e with m below 2^53 for which m is the denominator of one of the last two convergents of 2^e * 2/pi: no
-// integer up to m times 2^e comes nearer to a multiple of pi/2. Even multiples are hard for the sine, odd ones for the cosine. Ascending in e, positive, with
-// repetitions.
+// For every e from -52 to 971, the numbers m * 2^e with m below 2^53 for which m is the denominator
+// of one of the last two convergents of 2^e * 2/pi: no integer up to m times 2^e comes nearer to a
+// multiple of pi/2. Even multiples are hard for the sine, odd ones for the cosine. Ascending in e,
+// positive, with repetitions.
 inline std::vector<double> hardTrigArguments() {
   constexpr int placesOfTwoOverPi = 1400, placesOfFraction = 400;
   mpfr_t quotient;
@@ -24,7 +26,8 @@ inline std::vector<double> hardTrigArguments() {
   std::vector<double> arguments;
   const double largestFactor = std::ldexp(1.0, 53);
   for (int e = -52; e <= 971; ++e) {
-    // Whole multiples of 2^e don't matter: the continued fraction of the fraction alone has the same denominators.
+    // Whole multiples of 2^e don't matter: the continued fraction of the fraction alone has the
+    // same denominators.
     mpz_fdiv_q_2exp(numerator, twoOverPi, static_cast<mp_bitcnt_t>(placesOfTwoOverPi - placesOfFraction - e));
     mpz_fdiv_r_2exp(numerator, numerator, placesOfFraction);
     mpz_set_ui(denominator, 0);

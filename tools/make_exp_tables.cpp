@@ -11,7 +11,8 @@ struct Known {
 
 Exact power(int j) { return call(mpfr_exp2, Exact(j) / Exact(64)); }
 
-void writeSplit(FILE* out, const char* comment, const char* name, Exact (*highOf)(const Exact&), bool relative, std::initializer_list<Known> knownRows) {
+void writeSplit(FILE* out, const char* comment, const char* name, Exact (*highOf)(const Exact&), bool relative,
+                std::initializer_list<Known> knownRows) {
   std::fprintf(out, "%s\nalignas(64) constexpr Float64 %s[64][2] = {\n", comment, name);
   for (int j = 0; j < 64; ++j) {
     const Exact exact = power(j), high = highOf(exact), rest = exact - high;
@@ -27,8 +28,11 @@ Exact cutTo44Places(const Exact& x) { return roundToUnit(x, -44, MPFR_RNDZ); }
 Exact toNearest(const Exact& x) { return Exact(nearest(x)); }
 
 void writeExpTables(FILE* out) {
-  std::fprintf(out, "// Written by tools/make_exp_tables.cpp. Row j of each table stands for 2^(j/64), as high and low part.\n\n");
-  writeSplit(out, "// high = 2^(j/64) cut toward zero to 44 bits after the binary point, low = RN(2^(j/64) - high)", "expTableSplit", cutTo44Places, false,
+  std::fprintf(
+      out,
+      "// Written by tools/make_exp_tables.cpp. Row j of each table stands for 2^(j/64), as high and low part.\n\n");
+  writeSplit(out, "// high = 2^(j/64) cut toward zero to 44 bits after the binary point, low = RN(2^(j/64) - high)",
+             "expTableSplit", cutTo44Places, false,
              {{0, 0x3ff0000000000000, 0},
               {1, 0x3ff02c9a3e778000, 0x3d183b9bdf2b293e},
               {32, 0x3ff6a09e667f3b00, 0x3d29921165f626ce},
@@ -47,4 +51,6 @@ void writeExpTables(FILE* out) {
 
 }  // namespace
 
-int main(int count, char** arguments) { return tables::writeTables(count, arguments, {{"exp_tables.inc", writeExpTables}}); }
+int main(int count, char** arguments) {
+  return tables::writeTables(count, arguments, {{"exp_tables.inc", writeExpTables}});
+}

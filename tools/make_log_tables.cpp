@@ -1,4 +1,5 @@
-// Writes explog/ln_tables.inc and explog/log10_tables.inc: short reciprocals, and the logarithms that belong to them, split in two.
+// Writes explog/ln_tables.inc and explog/log10_tables.inc: short reciprocals, and the logarithms
+// that belong to them, split in two.
 #include "tools/table_writer.h"
 
 namespace {
@@ -34,7 +35,8 @@ void check(const char* name, int i, const Row& row, std::initializer_list<Known>
 }
 
 // All three in a row, {reciprocal, high, low}.
-void writeSpecial(FILE* out, const char* comment, const char* name, Row (*rowOf)(int), std::initializer_list<Known> knownRows) {
+void writeSpecial(FILE* out, const char* comment, const char* name, Row (*rowOf)(int),
+                  std::initializer_list<Known> knownRows) {
   std::fprintf(out, "%s\nalignas(64) constexpr Float64 %s[65][3] = {\n", comment, name);
   for (int i = 0; i <= 64; ++i) {
     const Row row = rowOf(i);
@@ -45,10 +47,11 @@ void writeSpecial(FILE* out, const char* comment, const char* name, Row (*rowOf)
 }
 
 // The reciprocals in a table of their own.
-void writeMantissa(FILE* out, const char* reciprocalComment, const char* reciprocalName, const char* logComment, const char* logName, Row (*rowOf)(int),
-                   std::initializer_list<Known> knownRows) {
+void writeMantissa(FILE* out, const char* reciprocalComment, const char* reciprocalName, const char* logComment,
+                   const char* logName, Row (*rowOf)(int), std::initializer_list<Known> knownRows) {
   std::fprintf(out, "%s\nalignas(64) constexpr Float64 %s[513] = {\n", reciprocalComment, reciprocalName);
-  for (int i = 0; i <= 512; ++i) std::fprintf(out, "  fromBits(0x%016" PRIx64 "),\n", pattern(nearest(rowOf(i).reciprocal)));
+  for (int i = 0; i <= 512; ++i)
+    std::fprintf(out, "  fromBits(0x%016" PRIx64 "),\n", pattern(nearest(rowOf(i).reciprocal)));
   std::fprintf(out, "};\n\n%s\nalignas(64) constexpr Float64 %s[513][2] = {\n", logComment, logName);
   for (int i = 0; i <= 512; ++i) {
     const Row row = rowOf(i);
@@ -89,8 +92,9 @@ Row log10SpecialRow(int i) {
   return {scale * reciprocal, high, t - high};
 }
 
-// The logarithm of first / 2 * 2 / R less 1023 times that of 2, so that the biased exponent times the logarithm of 2 completes it. `t` is the logarithm of
-// last / R; at R = last / 2 it is taken for log2Hi + log2Lo, which makes an argument just below 1 cancel exactly.
+// The logarithm of first / 2 * 2 / R less 1023 times that of 2, so that the biased exponent times
+// the logarithm of 2 completes it. `t` is the logarithm of last / R; at R = last / 2 it is taken
+// for log2Hi + log2Lo, which makes an argument just below 1 cancel exactly.
 Row integerRow(bool isHalf, const Exact& t, const Exact& log2Hi, const Exact& log2Lo) {
   const Exact h = isHalf ? log2Hi : roundToUnit(t, -40);
   const Exact rest = isHalf ? log2Lo : t - h;
@@ -99,18 +103,19 @@ Row integerRow(bool isHalf, const Exact& t, const Exact& log2Hi, const Exact& lo
 
 void writeLnTables(FILE* out) {
   std::fprintf(out, "// Written by tools/make_log_tables.cpp. f stands for the significands that a row serves.\n\n");
-  writeMantissa(
-      out, "// Row i, f = 1 + i/512: RN(1/f) to 23 significant bits", "lnTableReciprocal",
-      "// Row i: t = -ln(lnTableReciprocal[i]), less ln 2 from i = 256 up; {high, low}: high = t cut toward zero to 25 significant bits, low = RN(t - high)",
-      "lnTableMantissa", lnMantissaRow,
-      {{0, 0x3ff0000000000000, 0, 0},
-       {1, 0x3feff00800000000, 0x3f5ff7faa0000000, 0x3dc35622ccf14f08},
-       {255, 0x3fe55c7440000000, 0x3fd9ddcab0000000, 0x3e494dcedce024d8},
-       {256, 0x3fe5555540000000, 0xbfd26961d0000000, 0xbe134db72783bd62},
-       {512, 0x3fe0000000000000, 0, 0}});
+  writeMantissa(out, "// Row i, f = 1 + i/512: RN(1/f) to 23 significant bits", "lnTableReciprocal",
+                "// Row i: t = -ln(lnTableReciprocal[i]), less ln 2 from i = 256 up; {high, low}: high = t cut toward "
+                "zero to 25 significant bits, low = RN(t - high)",
+                "lnTableMantissa", lnMantissaRow,
+                {{0, 0x3ff0000000000000, 0, 0},
+                 {1, 0x3feff00800000000, 0x3f5ff7faa0000000, 0x3dc35622ccf14f08},
+                 {255, 0x3fe55c7440000000, 0x3fd9ddcab0000000, 0x3e494dcedce024d8},
+                 {256, 0x3fe5555540000000, 0xbfd26961d0000000, 0xbe134db72783bd62},
+                 {512, 0x3fe0000000000000, 0, 0}});
 
   std::fprintf(out,
-               "// Row R - 512 for R = 512 ... 1024, {high, low}: h = ln(1024/R) to the nearest multiple of 2^-40, high = h - 1023 HiB, low = RN(ln(1024/R) - "
+               "// Row R - 512 for R = 512 ... 1024, {high, low}: h = ln(1024/R) to the nearest multiple of 2^-40, "
+               "high = h - 1023 HiB, low = RN(ln(1024/R) - "
                "h - 1023 LoB),\n"
                "// with ln 2 = HiB + LoB as in ln_avx.cpp; ln(1024/512) counts as exactly that, with h = HiB\n"
                "alignas(64) constexpr Float64 lnTableInteger[513][2] = {\n");
@@ -125,49 +130,54 @@ void writeLnTables(FILE* out) {
   }
   std::fprintf(out, "};\n\n");
 
-  writeSpecial(
-      out,
-      "// Row i, f = 1 + i/64, {reciprocal, high, low}: reciprocal = RN(1/f) to 11 significant bits, high = -ln(reciprocal) to the nearest multiple of 2^-37,\n"
-      "// low = RN(-ln(reciprocal) - high); row 64 has ln 2 in the split of the exponent's term",
-      "lnTableSpecial", lnSpecialRow,
-      {{0, 0x3ff0000000000000, 0, 0},
-       {1, 0x3fef800000000000, 0x3f90205658a00000, 0xbd894f716c1b8bdf},
-       {64, 0x3fe0000000000000, 0x3fe62e42fefa3800, 0x3d2ef35793c76730}});
+  writeSpecial(out,
+               "// Row i, f = 1 + i/64, {reciprocal, high, low}: reciprocal = RN(1/f) to 11 significant bits, high = "
+               "-ln(reciprocal) to the nearest multiple of 2^-37,\n"
+               "// low = RN(-ln(reciprocal) - high); row 64 has ln 2 in the split of the exponent's term",
+               "lnTableSpecial", lnSpecialRow,
+               {{0, 0x3ff0000000000000, 0, 0},
+                {1, 0x3fef800000000000, 0x3f90205658a00000, 0xbd894f716c1b8bdf},
+                {64, 0x3fe0000000000000, 0x3fe62e42fefa3800, 0x3d2ef35793c76730}});
 }
 
 void writeLog10Tables(FILE* out) {
-  std::fprintf(out, "// Written by tools/make_log_tables.cpp. f stands for the significands that a row serves, C0 for 444/1024.\n\n");
-  writeMantissa(
-      out, "// Row i, f = 1 + i/512: C0 times RN(1/f) to 13 significant bits", "log10TableReciprocal",
-      "// Row i: t = log10(C0 / log10TableReciprocal[i]); {high, low}: high = t cut toward zero to 34 significant bits below 2^-4, to 38 from there up,\n"
-      "// low = RN(t - high); row 512 has log10 2 in the split of the exponent's term",
-      "log10TableMantissa", log10MantissaRow,
-      {{0, 0x3fdbc00000000000, 0, 0},
-       {1, 0x3fdbb22000000000, 0x3f4bd27045b80000, 0x3d2f4092c3ad69a4},
-       {2, 0x3fdba44000000000, 0x3f5bd96a1d780000, 0x3d3672f0a347b624},
-       {255, 0x3fd285c800000000, 0x3fc678cc14c18000, 0x3d68b5e021ba1398},
-       {511, 0x3fcbc6f000000000, 0x3fd33d2150110000, 0x3d0233630c6b638c},
-       {512, 0x3fcbc00000000000, 0x3fd34413509f7800, 0x3d1fef311f12b358}});
-
   std::fprintf(
       out,
-      "// {high, low} for R = 222 ... 444, of which the row number is the top of R's pattern: rows for every half from 222 to 255, of which only the "
-      "integers'\n"
-      "// are used, then for every integer. h = log10(444/R) to the nearest multiple of 2^-40, high = h - 1023 HiB, low = RN(log10(444/R) - h - 1023 LoB),\n"
-      "// with log10 2 = HiB + LoB as in log10_avx.cpp; log10(444/222) counts as exactly that, with h = HiB\n"
-      "alignas(64) constexpr Float64 log10TableInteger[257][2] = {\n");
+      "// Written by tools/make_log_tables.cpp. f stands for the significands that a row serves, C0 for 444/1024.\n\n");
+  writeMantissa(out, "// Row i, f = 1 + i/512: C0 times RN(1/f) to 13 significant bits", "log10TableReciprocal",
+                "// Row i: t = log10(C0 / log10TableReciprocal[i]); {high, low}: high = t cut toward zero to 34 "
+                "significant bits below 2^-4, to 38 from there up,\n"
+                "// low = RN(t - high); row 512 has log10 2 in the split of the exponent's term",
+                "log10TableMantissa", log10MantissaRow,
+                {{0, 0x3fdbc00000000000, 0, 0},
+                 {1, 0x3fdbb22000000000, 0x3f4bd27045b80000, 0x3d2f4092c3ad69a4},
+                 {2, 0x3fdba44000000000, 0x3f5bd96a1d780000, 0x3d3672f0a347b624},
+                 {255, 0x3fd285c800000000, 0x3fc678cc14c18000, 0x3d68b5e021ba1398},
+                 {511, 0x3fcbc6f000000000, 0x3fd33d2150110000, 0x3d0233630c6b638c},
+                 {512, 0x3fcbc00000000000, 0x3fd34413509f7800, 0x3d1fef311f12b358}});
+
+  std::fprintf(out,
+               "// {high, low} for R = 222 ... 444, of which the row number is the top of R's pattern: rows for every "
+               "half from 222 to 255, of which only the "
+               "integers'\n"
+               "// are used, then for every integer. h = log10(444/R) to the nearest multiple of 2^-40, high = h - "
+               "1023 HiB, low = RN(log10(444/R) - h - 1023 LoB),\n"
+               "// with log10 2 = HiB + LoB as in log10_avx.cpp; log10(444/222) counts as exactly that, with h = HiB\n"
+               "alignas(64) constexpr Float64 log10TableInteger[257][2] = {\n");
   for (int r = 222; r <= 444; ++r) {
     const Row row = integerRow(r == 222, log10(Exact(444) / Exact(r)), log10Log2HiB, log10Log2LoB);
-    check(
-        "log10TableInteger", r, row,
-        {{222, 0, 0xc0733a7146f6b080, 0xbe1e707ce619c200}, {256, 0, 0xc0733b6ec42d4d20, 0xbe1e785c9c4620d4}, {444, 0, 0xc0733f424bcad840, 0xbe1e781cd54ae100}});
+    check("log10TableInteger", r, row,
+          {{222, 0, 0xc0733a7146f6b080, 0xbe1e707ce619c200},
+           {256, 0, 0xc0733b6ec42d4d20, 0xbe1e785c9c4620d4},
+           {444, 0, 0xc0733f424bcad840, 0xbe1e781cd54ae100}});
     writeRow(out, {nearest(row.high), nearest(row.low)});
     if (r < 256) writeRow(out, {0, 0});
   }
   std::fprintf(out, "};\n\n");
 
   writeSpecial(out,
-               "// Row i, f = 1 + i/64, {reciprocal, high, low}: reciprocal = C0 times RN(1/f) to 11 significant bits, t = log10(C0 / reciprocal), high = t to "
+               "// Row i, f = 1 + i/64, {reciprocal, high, low}: reciprocal = C0 times RN(1/f) to 11 significant bits, "
+               "t = log10(C0 / reciprocal), high = t to "
                "the nearest\n"
                "// multiple of 2^-37, low = RN(t - high); row 64 has log10 2 in the split of the exponent's term",
                "log10TableSpecial", log10SpecialRow,
@@ -179,5 +189,6 @@ void writeLog10Tables(FILE* out) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  return tables::writeTables(count, arguments, {{"ln_tables.inc", writeLnTables}, {"log10_tables.inc", writeLog10Tables}});
+  return tables::writeTables(count, arguments,
+                             {{"ln_tables.inc", writeLnTables}, {"log10_tables.inc", writeLog10Tables}});
 }

@@ -1,4 +1,5 @@
-// Writes trig/tan_tables.inc: the Taylor series of the tangent about the multiples of pi/32, with the pole taken out next to pi/2.
+// Writes trig/tan_tables.inc: the Taylor series of the tangent about the multiples of pi/32, with
+// the pole taken out next to pi/2.
 #include "tools/table_writer.h"
 
 namespace {
@@ -27,7 +28,8 @@ void expandTangent(int j, Exact* c) {
   for (int n = 0; n + 1 < terms; ++n) c[n + 1] = onePlusSquare(c, n) / Exact(n + 1);
 }
 
-// tan(j pi/32 + r) + 1/w with w = w0 + r and w0 = (j - 16) pi/32, that is 1/w - cot w: w f' = w (1 + f^2) - 2 f. A step loses up to 4 bits where w0 is small.
+// tan(j pi/32 + r) + 1/w with w = w0 + r and w0 = (j - 16) pi/32, that is 1/w - cot w: w f' = w (1
+// + f^2) - 2 f. A step loses up to 4 bits where w0 is small.
 void expandWithoutPole(int j, Exact* c) {
   const Exact w0 = thirtySecondsOfPi(j - 16);
   if (j == 16) {
@@ -115,20 +117,25 @@ void requireKnown(int j, const Row& row) {
 }
 
 void writeTanTable(FILE* out) {
-  std::fprintf(
-      out,
-      "// Written by tools/make_tan_tables.cpp.\n\n"
-      "// Row j: the Taylor coefficients c0, c1, ... of tan(j pi/32 + r), in rows 9 to 23 those of tan(j pi/32 + r) + 1/(j pi/32 + r - pi/2).\n"
-      "//   c8, c9, c10, c2, c11 / c3, c12, c4, c13, c5 / c14, c6, c15, c7, c0 as high part / c0 as low part, c1 as high part, c1 as low part, pole, mask\n"
-      "// The high part of c0 is RN(c0), in rows 9 to 23 to 39 bits; that of c1 is RN(c1) to 1 bit, in rows 9 to 23 it is 0. pole is 1.0 and mask cuts the\n"
-      "// reciprocal to 18 bits in rows 9 to 23; both are 0 in the others.\n"
-      "alignas(64) constexpr Float64 tanTable32[32][20] = {\n");
+  std::fprintf(out,
+               "// Written by tools/make_tan_tables.cpp.\n\n"
+               "// Row j: the Taylor coefficients c0, c1, ... of tan(j pi/32 + r), in rows 9 to 23 those of tan(j "
+               "pi/32 + r) + 1/(j pi/32 + r - pi/2).\n"
+               "//   c8, c9, c10, c2, c11 / c3, c12, c4, c13, c5 / c14, c6, c15, c7, c0 as high part / c0 as low part, "
+               "c1 as high part, c1 as low part, pole, mask\n"
+               "// The high part of c0 is RN(c0), in rows 9 to 23 to 39 bits; that of c1 is RN(c1) to 1 bit, in rows 9 "
+               "to 23 it is 0. pole is 1.0 and mask cuts the\n"
+               "// reciprocal to 18 bits in rows 9 to 23; both are 0 in the others.\n"
+               "alignas(64) constexpr Float64 tanTable32[32][20] = {\n");
   for (int j = 0; j < 32; ++j) {
     const Row row = makeRow(j);
     requireKnown(j, row);
     for (int i = 0; i < 20; ++i) {
       const char* const before = i == 0 ? "  {" : i % 5 == 0 ? "   " : " ";
-      std::fprintf(out, "%sfromBits(0x%016" PRIx64 ")%s", before, pattern(row.slot[i] == 0 ? 0.0 : row.slot[i]), i == 19 ? "},\n" : i % 5 == 4 ? ",\n" : ",");
+      std::fprintf(out, "%sfromBits(0x%016" PRIx64 ")%s", before, pattern(row.slot[i] == 0 ? 0.0 : row.slot[i]),
+                   i == 19      ? "},\n"
+                   : i % 5 == 4 ? ",\n"
+                                : ",");
     }
   }
   std::fprintf(out, "};\n");
@@ -136,4 +143,6 @@ void writeTanTable(FILE* out) {
 
 }  // namespace
 
-int main(int count, char** arguments) { return tables::writeTables(count, arguments, {{"tan_tables.inc", writeTanTable}}); }
+int main(int count, char** arguments) {
+  return tables::writeTables(count, arguments, {{"tan_tables.inc", writeTanTable}});
+}

@@ -1,5 +1,6 @@
-// Writes the split sines and cosines, trig/sin_cos_tables.inc for levels 1 to 4 and trig/sin_cos_512_tables.inc for level 5, and the bits of 4/pi and 1/(2 pi)
-// that the reductions of large arguments read, trig/pi_over_2_tables.inc and trig/revolutions_tables.inc.
+// Writes the split sines and cosines, trig/sin_cos_tables.inc for levels 1 to 4 and
+// trig/sin_cos_512_tables.inc for level 5, and the bits of 4/pi and 1/(2 pi) that the reductions of
+// large arguments read, trig/pi_over_2_tables.inc and trig/revolutions_tables.inc.
 #include <cmath>
 
 #include "tools/table_writer.h"
@@ -14,7 +15,9 @@ Exact pi() {
 }
 
 // sin(2 pi j / rows), exactly zero where it is zero.
-Exact sine(int j, int rows) { return j % (rows / 2) == 0 ? Exact(0) : call(mpfr_sin, pi() * Exact(2.0 * j) / Exact(rows)); }
+Exact sine(int j, int rows) {
+  return j % (rows / 2) == 0 ? Exact(0) : call(mpfr_sin, pi() * Exact(2.0 * j) / Exact(rows));
+}
 Exact cosine(int j, int rows) { return sine(j + rows / 4, rows); }
 
 struct SplitSine {
@@ -23,7 +26,8 @@ struct SplitSine {
 SplitSine splitSine(int j, int rows, mpfr_rnd_t cutOfSineLo) {
   const Exact s = sine(j, rows), c = cosine(j, rows);
   const double sineHi = nearest(s), cosineHi = nearest(roundSignificant(c, 1));
-  return {sineHi, nearest(roundSignificant(s - Exact(sineHi), 24, cutOfSineLo)), cosineHi, nearest(c - Exact(cosineHi))};
+  return {sineHi, nearest(roundSignificant(s - Exact(sineHi), 24, cutOfSineLo)), cosineHi,
+          nearest(c - Exact(cosineHi))};
 }
 
 // A quarter turn is added at the end: the cosine's row is found there without reducing its index.
@@ -99,7 +103,8 @@ void writeChunks(FILE* out) {
 
   const char* chunks = "fourOverPiChunks";
   std::fprintf(out,
-               "// 4/pi in groups of 25 bits, times 2^200: slot 1 has the integer bit and 24 bits after the point, slot k the 25 bits down to the weight\n"
+               "// 4/pi in groups of 25 bits, times 2^200: slot 1 has the integer bit and 24 bits after the point, "
+               "slot k the 25 bits down to the weight\n"
                "// 2^(176 - 25 (k - 1)); slots 0, 50 and 51 are 0.\n"
                "constexpr Float64 %s[52] = {\n",
                chunks);
@@ -111,7 +116,8 @@ void writeChunks(FILE* out) {
     if (k == 2) require(0x4aeb939100000000, slot, chunks, k);
     if (k == 3) require(0x494529fc20000000, slot, chunks, k);
     if (k == 49) require(0x016aeafc20000000, slot, chunks, k);
-    std::fprintf(out, "%sfromBits(0x%016" PRIx64 "),%s", k % 4 == 0 ? "  " : " ", pattern(slot), k % 4 == 3 ? "\n" : "");
+    std::fprintf(out, "%sfromBits(0x%016" PRIx64 "),%s", k % 4 == 0 ? "  " : " ", pattern(slot),
+                 k % 4 == 3 ? "\n" : "");
   }
   std::fprintf(out, "};\n");
 }
@@ -120,7 +126,8 @@ void writeWords(FILE* out) {
   const char* words = "invTwoPiByExponent";
   std::fprintf(out,
                "// Written by tools/make_trig_tables.cpp.\n\n"
-               "// Row e is floor(2^(e - 1075 + 192) / (2 pi)) modulo 2^192, its highest word first: what 1/(2 pi) has for an argument with the biased "
+               "// Row e is floor(2^(e - 1075 + 192) / (2 pi)) modulo 2^192, its highest word first: what 1/(2 pi) has "
+               "for an argument with the biased "
                "exponent e, once\n"
                "// whole revolutions are left out of the product.\n"
                "constexpr uint64_t %s[2048][3] = {\n",

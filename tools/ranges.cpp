@@ -14,7 +14,8 @@ namespace accuracy {
 namespace {
 
 constexpr Range ranges[] = {
-#define RANGE(stem, name, arguments, margin, bound1To3, bound4, bound5) {#stem, name, arguments, margin, bound1To3, bound4, bound5},
+#define RANGE(stem, name, arguments, margin, bound1To3, bound4, bound5) \
+  {#stem, name, arguments, margin, bound1To3, bound4, bound5},
 #include "tools/ranges.inc"
 #undef RANGE
 };
@@ -59,7 +60,8 @@ double draw(const Distribution& d, double second, Random& random) {
     case Kind::none: return 0;
     case Kind::uniform: return d.low + (d.high - d.low) * random.unit();
     case Kind::magnitudes: return atRank(rank(d.low) + static_cast<int64_t>(random.below(width(d))));
-    case Kind::signedMagnitudes: return sign(random) * atRank(rank(d.low) + static_cast<int64_t>(random.below(width(d))));
+    case Kind::signedMagnitudes:
+      return sign(random) * atRank(rank(d.low) + static_cast<int64_t>(random.below(width(d))));
     case Kind::whole: return std::round(d.low + (d.high - d.low) * random.unit());
     case Kind::halves: {
       const double half = std::round(2 * (d.low + (d.high - d.low) * random.unit())) / 2;
@@ -67,7 +69,8 @@ double draw(const Distribution& d, double second, Random& random) {
     }
     case Kind::nearMultiplesOfPiOver4: {
       constexpr long double step = std::numbers::pi_v<long double> / 4;
-      const long double multiple = std::floor(static_cast<long double>(d.low + (d.high - d.low) * random.unit()) / step);
+      const long double multiple =
+          std::floor(static_cast<long double>(d.low + (d.high - d.low) * random.unit()) / step);
       return static_cast<double>(sign(random) * (multiple * step + sign(random) * std::exp2(-2 - 58 * random.unit())));
     }
     case Kind::hardForReduction: {
@@ -165,7 +168,8 @@ void drawArguments(const Range& range, Random& random, std::span<double> a, std:
 
 double neighbour(const Distribution& d, double x, uint64_t distance, double second, Random& random) {
   if (d.kind == Kind::none || distance == 0) return x;
-  const double y = atRank(rank(x) - static_cast<int64_t>(distance) + static_cast<int64_t>(random.below(2 * distance + 1)));
+  const double y =
+      atRank(rank(x) - static_cast<int64_t>(distance) + static_cast<int64_t>(random.below(2 * distance + 1)));
   return contains(d, y, second) ? y : x;
 }
 

@@ -1,4 +1,5 @@
-// Named ranges of arguments: where each function is measured, and the largest error that is expected there.
+// Named ranges of arguments: where each function is measured, and the largest error that is
+// expected there.
 #pragma once
 #include <cstdint>
 #include <span>
@@ -17,7 +18,9 @@ struct Random {
     z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
     return z ^ (z >> 31);
   }
-  uint64_t below(uint64_t bound) { return static_cast<uint64_t>((static_cast<unsigned __int128>(next()) * bound) >> 64); }
+  uint64_t below(uint64_t bound) {
+    return static_cast<uint64_t>((static_cast<unsigned __int128>(next()) * bound) >> 64);
+  }
   double unit() { return static_cast<double>(next() >> 11) * 0x1p-53; }  // in [0, 1)
 };
 
@@ -30,8 +33,8 @@ enum class Kind {
   whole,                   // an integer
   halves,                  // a multiple of 1/2, or one of its two neighbours
   nearMultiplesOfPiOver4,  // at 2^-60 to 2^-2 of a multiple, of both signs
-  hardForReduction,        // both signs of arguments nearest to multiples of pi/2, and their neighbours; the bounds are limits of the magnitude
-  powerOfTwo,              // 2^(t/b), b the second argument and t uniform: a^b is about 2^t
+  hardForReduction,  // both signs of arguments nearest to multiples of pi/2, and their neighbours; the bounds are limits of the magnitude
+  powerOfTwo,  // 2^(t/b), b the second argument and t uniform: a^b is about 2^t
 };
 struct Distribution {
   Kind kind;
@@ -42,13 +45,21 @@ struct Arguments {
 };
 constexpr Arguments uniform(double low, double high) { return {{Kind::uniform, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments magnitudes(double low, double high) { return {{Kind::magnitudes, low, high}, {Kind::none, 0, 0}}; }
-constexpr Arguments signedMagnitudes(double low, double high) { return {{Kind::signedMagnitudes, low, high}, {Kind::none, 0, 0}}; }
+constexpr Arguments signedMagnitudes(double low, double high) {
+  return {{Kind::signedMagnitudes, low, high}, {Kind::none, 0, 0}};
+}
 constexpr Arguments whole(double low, double high) { return {{Kind::whole, low, high}, {Kind::none, 0, 0}}; }
 constexpr Arguments halves(double low, double high) { return {{Kind::halves, low, high}, {Kind::none, 0, 0}}; }
-constexpr Arguments nearMultiplesOfPiOver4(double low, double high) { return {{Kind::nearMultiplesOfPiOver4, low, high}, {Kind::none, 0, 0}}; }
-constexpr Arguments hardForReduction(double low, double high) { return {{Kind::hardForReduction, low, high}, {Kind::none, 0, 0}}; }
+constexpr Arguments nearMultiplesOfPiOver4(double low, double high) {
+  return {{Kind::nearMultiplesOfPiOver4, low, high}, {Kind::none, 0, 0}};
+}
+constexpr Arguments hardForReduction(double low, double high) {
+  return {{Kind::hardForReduction, low, high}, {Kind::none, 0, 0}};
+}
 constexpr Arguments pairs(Arguments a, Arguments b) { return {a.first, b.first}; }
-constexpr Arguments powersOfTwo(double low, double high, Arguments b) { return {{Kind::powerOfTwo, low, high}, b.first}; }
+constexpr Arguments powersOfTwo(double low, double high, Arguments b) {
+  return {{Kind::powerOfTwo, low, high}, b.first};
+}
 
 struct Range {
   std::string_view stem, name;
@@ -72,12 +83,14 @@ struct WorstArgument {
 };
 std::span<const WorstArgument> worstArguments();
 
-// Fills a, and b if the range has second arguments. With `sameSecond` the second argument is one for all.
+// Fills a, and b if the range has second arguments. With `sameSecond` the second argument is one
+// for all.
 void drawArguments(const Range& range, Random& random, std::span<double> a, std::span<double> b, bool sameSecond);
 
 bool contains(const Distribution& distribution, double x, double second);
 
-// A neighbour at most `distance` representable numbers away; the argument itself if that one lies outside the range.
+// A neighbour at most `distance` representable numbers away; the argument itself if that one lies
+// outside the range.
 double neighbour(const Distribution& distribution, double x, uint64_t distance, double second, Random& random);
 
 // How many representable numbers lie in the range, about.

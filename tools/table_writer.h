@@ -1,7 +1,10 @@
-// What the generators of constant tables share: exact values in MPFR, roundings to few bits, and the writing of rows.
+// What the generators of constant tables share: exact values in MPFR, roundings to few bits, and
+// the writing of rows.
 //
-// A generator make_<family>_tables writes each <name>_tables.inc of its family into the folder given as its only argument:
-//   int main(int count, char** arguments) { return writeTables(count, arguments, {{"exp_tables.inc", writeExpTables}}); }
+// A generator make_<family>_tables writes each <name>_tables.inc of its family into the folder
+// given as its only argument:
+//   int main(int count, char** arguments) { return writeTables(count, arguments,
+//   {{"exp_tables.inc", writeExpTables}}); }
 #pragma once
 #include <mpfr.h>
 

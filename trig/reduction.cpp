@@ -1,13 +1,16 @@
 // The reduction of large arguments modulo pi/2, for single elements.
 //
-// Method: octants of pi/4 are counted, and the count is rounded up to an even number, so that whole quadrants are taken off. Three ranges of |x|:
+// Method: octants of pi/4 are counted, and the count is rounded up to an even number, so that whole
+// quadrants are taken off. Three ranges of |x|:
 //   below 2^23   count * pi/4 with pi/4 in four parts (Cody and Waite)
 //   below 2^30   the same with five parts, each short enough for a count of 31 bits
-//   above        |x| times the bits of 4/pi that matter to it (Payne and Hanek): products of a half of |x| with 25 bits of 4/pi are exact, those that are whole
-//                multiples of 8 octants are left out, and the sum of the others is kept as a value with its rounding errors beside it
+//   above        |x| times the bits of 4/pi that matter to it (Payne and Hanek): products of a half
+//                of |x| with 25 bits of 4/pi are exact, those that are whole multiples of 8 octants are left out, and the sum of the others is kept as a value
+//                with its rounding errors beside it
 //
-// Error: hi + lo is within 2^-58.9 of itself at the numbers next to multiples of pi/2 (the remainder comes down to 4.7e-19, at 5.3193726483265414e255; the
-// largest error is at 14461176.67027838), within 2^-75 at 3 * 10^5 random arguments.
+// Error: hi + lo is within 2^-58.9 of itself at the numbers next to multiples of pi/2 (the
+// remainder comes down to 4.7e-19, at 5.3193726483265414e255; the largest error is at
+// 14461176.67027838), within 2^-75 at 3 * 10^5 random arguments.
 #include "trig/reduction.h"
 
 namespace qorvane {
@@ -63,8 +66,8 @@ Sum removeBelow2To30(Float64 a, Float64 z) {
   return {hi, (v + c3) - z * b5};
 }
 
-// A sum with the rounding errors that it has made so far. An error is exact if the sum is not smaller than the term, or both are multiples of a unit that the
-// result keeps.
+// A sum with the rounding errors that it has made so far. An error is exact if the sum is not
+// smaller than the term, or both are multiples of a unit that the result keeps.
 struct RunningSum {
   Float64 value, errors;
   void add(Float64 term) {
@@ -82,7 +85,8 @@ PiOver2Remainder reduceFrom2To30(Float64 a, int exponent, Float64 sign) {
   const Float64* t = fourOverPiChunks + first;
 
   // The leading terms, without those of their bits that are multiples of 2^15 octants.
-  const Float64 lowTerm = low * t[0], highTerm = high * t[1], leading = lowTerm + highTerm, error = highTerm + (lowTerm - leading);
+  const Float64 lowTerm = low * t[0], highTerm = high * t[1], leading = lowTerm + highTerm,
+                error = highTerm + (lowTerm - leading);
   RunningSum sum{leading - clearLowBits(leading + error, 38 - rest), error};
   sum.add(low * t[1]);
   sum.add(high * t[2]);

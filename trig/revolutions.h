@@ -1,10 +1,15 @@
-// The reduction of any argument modulo 2 pi to a point of the table of 512 rows, in lanes, by whole-number arithmetic; for sources of level 5.
+// The reduction of any argument modulo 2 pi to a point of the table of 512 rows, in lanes, by
+// whole-number arithmetic; for sources of level 5.
 //
-// Method: the 53-bit significand of x times the 192 bits of 1/(2 pi) that matter to its exponent gives the fraction of a revolution. Its leading 128 bits are
-// read as three floating-point numbers u + g + h; u is rounded to 512ths, and what remains is multiplied by 2 pi as a sum of two numbers.
+// Method: the 53-bit significand of x times the 192 bits of 1/(2 pi) that matter to its exponent
+// gives the fraction of a revolution. Its leading 128 bits are read as three floating-point numbers
+// u + g + h; u is rounded to 512ths, and what remains is multiplied by 2 pi as a sum of two
+// numbers.
 //
-// Error: the fraction lacks at most 2^-126 of a revolution. The nearest that a number above 2^-20 comes to a multiple of pi/2 is 2^-61, so that even there 62
-// bits of the remainder are good; at the hardest arguments of all exponents and their neighbours the largest error is 2^-64.4 of the remainder.
+// Error: the fraction lacks at most 2^-126 of a revolution. The nearest that a number above 2^-20
+// comes to a multiple of pi/2 is 2^-61, so that even there 62 bits of the remainder are good; at
+// the hardest arguments of all exponents and their neighbours the largest error is 2^-64.4 of the
+// remainder.
 #pragma once
 #include "trig/sin_cos.h"
 
@@ -17,7 +22,8 @@ constexpr Float64 rowShifter = fromBits(0x42a8000000000000);  // 1.5 * 2^43: rou
 constexpr Float64 twoPi = fromBits(0x401921fb54442d18);       // 6.2831853071795862
 constexpr Float64 twoPiHi = fromBits(0x401921fb54000000);     // 6.283185303211212
 constexpr Float64 twoPiLo = fromBits(0x3e310b4611a62633);     // 3.968374318722162e-09: 2 pi - twoPiHi
-constexpr Float64 fixedPointFrom = 0x1p-20;                   // up to here x is its own remainder: a fixed-point fraction would lose its last bits
+constexpr Float64 fixedPointFrom =
+    0x1p-20;  // up to here x is its own remainder: a fixed-point fraction would lose its last bits
 constexpr uint64_t low32 = 0xffffffff, signBit = 0x8000000000000000;
 
 // The 128-bit fraction of a revolution, top first.
@@ -25,13 +31,14 @@ struct Fraction {
   Bits2 top, low;
 };
 
-// The products of 32-bit limbs are added up from the lowest one that counts; each sum carries what it has above 32 bits into the next. What whole revolutions
-// and the lowest 64 bits would take is left out.
-[[gnu::always_inline]] inline Fraction fractionOfRevolution(Bits2 x) {
-  const auto times = [](Bits2 a, Bits2 b) __attribute__((always_inline)) {
+// The products of 32-bit limbs are added up from the lowest one that counts; each sum carries what
+// it has above 32 bits into the next. What whole revolutions and the lowest 64 bits would take is
+// left out.
+INLINE Fraction fractionOfRevolution(Bits2 x) {
+  const auto times = [](Bits2 a, Bits2 b) INLINED {
     return reinterpret_cast<Bits2>(_mm_mul_epu32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
   };
-  const auto rowOf = [](uint64_t element) __attribute__((always_inline)) {
+  const auto rowOf = [](uint64_t element) INLINED {
     return reinterpret_cast<const Float64 *>(invTwoPiByExponent[(element >> 52) & 0x7ff]);
   };
   const Float64 *row0 = rowOf(x[0]), *row1 = rowOf(x[1]);
@@ -50,11 +57,12 @@ struct Fraction {
   return {(g5 << 32) + (g4 & low32), (g3 << 32) + (g2 & low32)};
 }
 
-// x is finite; for others the result has no meaning, but `shifted` is still within its bounds and no flag is raised.
-[[gnu::always_inline]] inline Remainder<Lanes4> reduceRevolutions(Lanes4 x) {
+// x is finite; for others the result has no meaning, but `shifted` is still within its bounds and
+// no flag is raised.
+INLINE Remainder<Lanes4> reduceRevolutions(Lanes4 x) {
   using Bits4 = BitsOf<Lanes4>;
   const Bits4 bits = bitsOf(x), sign = bits & signBit;
-  const auto fractions = makePack<2>([&](int i) __attribute__((always_inline)) { return fractionOfRevolution(bits.part[i]); });
+  const auto fractions = makePack<2>([&](int i) INLINED { return fractionOfRevolution(bits.part[i]); });
   const Bits4 top{{fractions.part[0].top, fractions.part[1].top}}, low{{fractions.part[0].low, fractions.part[1].low}};
 
   // 1 + the first 52 bits, the next 52 bits, the last 24 bits, all with the sign of x.
@@ -72,8 +80,10 @@ struct Fraction {
   const Lanes4 t2 = (twoPiHi * rest + twoPiLo * high) + (twoPi * c + twoPiLo * rest);
   const Lanes4 r = t1 + t2;
   const Lanes4 isSmall = _mm256_cmp_pd(magnitude(x), broadcast<Lanes4>(fixedPointFrom), _CMP_LE_OQ);
-  // With a directed rounding mode of the caller the sum v of a small x can be one row off 0, and the row must belong to the remainder.
-  return {_mm256_blendv_pd(r, x, isSmall), _mm256_andnot_pd(isSmall, (t1 - r) + t2), bitsOf(Lanes4{_mm256_andnot_pd(isSmall, v)})};
+  // With a directed rounding mode of the caller the sum v of a small x can be one row off 0, and
+  // the row must belong to the remainder.
+  return {_mm256_blendv_pd(r, x, isSmall), _mm256_andnot_pd(isSmall, (t1 - r) + t2),
+          bitsOf(Lanes4{_mm256_andnot_pd(isSmall, v)})};
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
-// What the kernels of Sin, Cos and SinCos share at all levels: the expansion around a point of the table, and the loop over blocks.
+// What the kernels of Sin, Cos and SinCos share at all levels: the expansion around a point of the
+// table, and the loop over blocks.
 //
-// sin(t + r + e) for a table point t, a remainder r and its tail e is taken apart into terms of falling size. sin t stands in the table as sineHi + sineLo, and
-// cos t as cosineHi + cosineLo with a power of two for cosineHi: cosineHi * r is exact, so that the sum of the two leading terms has a rounding error that can
-// be computed.
+// sin(t + r + e) for a table point t, a remainder r and its tail e is taken apart into terms of
+// falling size. sin t stands in the table as sineHi + sineLo, and cos t as cosineHi + cosineLo with
+// a power of two for cosineHi: cosineHi * r is exact, so that the sum of the two leading terms has
+// a rounding error that can be computed.
 //   hi    sineHi + cos t * r, rounded
 //   d1    the error of the first of its two sums
 //   d2    the error of the second one
@@ -28,7 +30,7 @@ struct Terms {
 
 // sinPoly is (sin r - r) / r, cosPoly is cos r - 1.
 template <class V>
-[[gnu::always_inline]] inline Terms<V> expand(SplitSine<V> t, V r, V e, V sinPoly, V cosPoly) {
+INLINE Terms<V> expand(SplitSine<V> t, V r, V e, V sinPoly, V cosPoly) {
   const V cosine = t.cosineHi + t.cosineLo;
   const V g = (cosine - t.sineHi * r) * e + t.sineLo;
   const V ps = sinPoly * r * cosine;
@@ -39,7 +41,8 @@ template <class V>
   return {hi, (t.sineHi - b) + high, (b - hi) + low, ps, pc, g};
 }
 
-// x = (count * step) + r + e for a step of 2 pi / N in three parts; `shifted` has the count in its low bits. Other reductions leave `count` out.
+// x = (count * step) + r + e for a step of 2 pi / N in three parts; `shifted` has the count in its
+// low bits. Other reductions leave `count` out.
 struct Step {
   Float64 inverse, part1, part2, part3;
 };
@@ -51,7 +54,7 @@ struct Remainder {
   V count{};
 };
 template <class V>
-[[gnu::always_inline]] inline Remainder<V> removeSteps(V x, Step step) {
+INLINE Remainder<V> removeSteps(V x, Step step) {
   const V y = x * step.inverse + roundShifter;
   const V k = y - roundShifter;
   const V k2 = k * step.part2;
@@ -62,20 +65,23 @@ template <class V>
 
 // All of V, or the first `count` lanes of a vector.
 template <class V>
-[[gnu::always_inline]] inline void put(Float64* p, V v, int64_t count) {
+INLINE void put(Float64* p, V v, int64_t count) {
   if constexpr (isPack<V>)
     store(p, v);
   else
     storePart(p, v, count);
 }
 
-// Blocks of V whose elements have a common fate: if `flagged` finds any, the whole block goes to `slow`, otherwise to `fast`; both are given the arguments and
-// the index of the first, and store the results. After the last block each element is a block of its own, but unflagged ones may still be computed together.
-//   flagged(V x) -> bool;  fast(V x, int64_t i, int64_t count);  slow(V x, int64_t i, int64_t count) -> status
+// Blocks of V whose elements have a common fate: if `flagged` finds any, the whole block goes to
+// `slow`, otherwise to `fast`; both are given the arguments and the index of the first, and store
+// the results. After the last block each element is a block of its own, but unflagged ones may
+// still be computed together.
+//   flagged(V x) -> bool;  fast(V x, int64_t i, int64_t count);  slow(V x, int64_t i, int64_t
+//   count) -> status
 template <class V, class Flagged, class Fast, class Slow>
-[[gnu::always_inline]] inline nuvStatus blockLoop(const Float64* src, int64_t len, Flagged flagged, Fast fast, Slow slow) {
+INLINE nuvStatus blockLoop(const Float64* src, int64_t len, Flagged flagged, Fast fast, Slow slow) {
   nuvStatus status = nuvStatusOk;
-  const auto compute = [&](auto x, int64_t i, int64_t count) __attribute__((always_inline)) {
+  const auto compute = [&](auto x, int64_t i, int64_t count) INLINED {
     if (flagged(x)) [[unlikely]] {
       const nuvStatus ofBlock = slow(x, i, count);
       if (ofBlock != nuvStatusOk) status = ofBlock;

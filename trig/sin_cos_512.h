@@ -1,4 +1,5 @@
-// What the sine and the cosine of level 5 are made of: the step of 2 pi / 512, the polynomials, and the terms at a row of the table of 512 points.
+// What the sine and the cosine of level 5 are made of: the step of 2 pi / 512, the polynomials, and
+// the terms at a row of the table of 512 points.
 #pragma once
 #include "trig/sin_cos.h"
 
@@ -9,7 +10,8 @@ namespace {
 
 constexpr int quarterTurn = 128;
 
-// 2 pi / 512 in three parts; a count times the first is exact up to |x| = 65536, times the second to 2^-73 at worst.
+// 2 pi / 512 in three parts; a count times the first is exact up to |x| = 65536, times the second
+// to 2^-73 at worst.
 constexpr Step step = {
     fromBits(0x40545f306dc9c883),  // 81.48733086305042 = 512 / (2 pi)
     fromBits(0x3f8921fb54400000),  // 0.012271846302610356
@@ -18,7 +20,8 @@ constexpr Step step = {
 };
 constexpr Float64 largestFast = 65536.0;  // beyond it an odd count times step.part1 has more than 53 bits
 
-// sin r - r = r * z * (q0 + q1 z), cos r - 1 = z * (r0 + r1 z + r2 z^2) with z = r^2, |r| <= pi / 512
+// sin r - r = r * z * (q0 + q1 z), cos r - 1 = z * (r0 + r1 z + r2 z^2) with z = r^2, |r| <= pi /
+// 512
 constexpr Float64 q1 = fromBits(0x3f81110fabb3551c);  // 0.008333322932609515
 constexpr Float64 q0 = fromBits(0xbfc5555555554448);  // -0.1666666666665455
 constexpr Float64 r2 = fromBits(0xbf56c16ab163b2d7);  // -0.0013888875887985619
@@ -27,26 +30,28 @@ constexpr Float64 r0 = fromBits(0xbfe0000000000000);  // -0.5
 
 // y with its sign flipped where x is negative.
 template <class V>
-[[gnu::always_inline]] inline V flipBySignOf(V y, V x) {
+INLINE V flipBySignOf(V y, V x) {
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) __attribute__((always_inline)) { return flipBySignOf(y.part[i], x.part[i]); });
+    return makePack<packSize<V>>([&](int i) INLINED { return flipBySignOf(y.part[i], x.part[i]); });
   else
     return _mm256_xor_pd(y, signOf(x));
 }
 
 // Whether any |x| is too large for the fast path; a NaN isn't.
 template <class V>
-[[gnu::always_inline]] inline bool isLarge(V x) {
+INLINE bool isLarge(V x) {
   constexpr int parts = laneCount<V> / 4;
-  const auto isAbove = [](Lanes4 a) __attribute__((always_inline)) { return _mm256_cmp_pd(magnitude(a), broadcast<Lanes4>(largestFast), _CMP_GT_OQ); };
+  const auto isAbove = [](Lanes4 a)
+                           INLINED { return _mm256_cmp_pd(magnitude(a), broadcast<Lanes4>(largestFast), _CMP_GT_OQ); };
   Lanes4 all = isAbove(partOf(x, 0));
   for (int i = 1; i < parts; ++i) all = _mm256_or_pd(all, isAbove(partOf(x, i)));
   return _mm256_movemask_pd(all) != 0;
 }
 
 template <class V>
-[[gnu::always_inline]] inline Terms<V> expandAt(int firstRow, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
-  const auto cosine = twoColumns<V>(trigTable512[firstRow], offsets), sine = twoColumns<V>(trigTable512[firstRow] + 2, offsets);
+INLINE Terms<V> expandAt(int firstRow, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
+  const auto cosine = twoColumns<V>(trigTable512[firstRow], offsets),
+             sine = twoColumns<V>(trigTable512[firstRow] + 2, offsets);
   return expand(SplitSine<V>{cosine.first, cosine.second, sine.first, sine.second}, r, e, sinPoly, cosPoly);
 }
 
@@ -55,7 +60,7 @@ struct Polynomials {
   V sinPoly, cosPoly;
 };
 template <class V>
-[[gnu::always_inline]] inline Polynomials<V> polynomials(V r) {
+INLINE Polynomials<V> polynomials(V r) {
   const V z = r * r;
   return {(q1 * z + q0) * z, ((r2 * z + r1) * z + r0) * z};
 }

@@ -1,14 +1,18 @@
 // sin(x), cos(x) and both at once, level 5.
 //
-// Method: x is taken to the nearest of the points t = 2 pi j / 512 and a remainder r + e, and sin(t + r + e) is expanded around t with the sine and the cosine
-// of t from a table (sin_cos.h). Up to 65536 the remainder comes from subtractions of the step in three parts. If any element of a block of 8 is larger, the
-// whole block is reduced by whole-number arithmetic (revolutions.h): the last bit of a result may depend on that. Elements after the last block stand for
-// themselves.
+// Method: x is taken to the nearest of the points t = 2 pi j / 512 and a remainder r + e, and sin(t
+// + r + e) is expanded around t with the sine and the cosine of t from a table (sin_cos.h). Up to
+// 65536 the remainder comes from subtractions of the step in three parts. If any element of a block
+// of 8 is larger, the whole block is reduced by whole-number arithmetic (revolutions.h): the last
+// bit of a result may depend on that. Elements after the last block stand for themselves.
 //
-// Error: largest found 0.505 ulp in round-to-nearest (docs/accuracy.md has the argument). Rounding mode, FTZ and DAZ are the caller's. With another rounding
-// mode x may go to the table point beyond the nearest; results then stay within 2^-52, but near zeros of the function they lose their relative accuracy.
+// Error: largest found 0.505 ulp in round-to-nearest (docs/accuracy.md has the argument). Rounding
+// mode, FTZ and DAZ are the caller's. With another rounding mode x may go to the table point beyond
+// the nearest; results then stay within 2^-52, but near zeros of the function they lose their
+// relative accuracy.
 //
-// Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives itself, quiet. sin(-0) is -0 from Sin, +0 from SinCos.
+// Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives
+// itself, quiet. sin(-0) is -0 from Sin, +0 from SinCos.
 #include "frame/kernel_frame.h"
 #include "trig/revolutions.h"
 #include "trig/sin_cos_512.h"
@@ -18,16 +22,18 @@ namespace {
 
 // The sine of m, a quarter turn further on the cosine.
 template <class V>
-[[gnu::always_inline]] inline V sineFrom(int firstRow, Remainder<V> m) {
+INLINE V sineFrom(int firstRow, Remainder<V> m) {
   const Polynomials<V> p = polynomials(m.r);
   const Terms<V> t = expandAt(firstRow, (m.shifted & 511u) << 5, m.r, m.e, p.sinPoly, p.cosPoly);
   return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g);
 }
 
-// Large arguments in a block of 8 or in a single element. finish(V x, Remainder<V> m, int64_t i, int64_t count, bool inBlock) stores the results of the first
-// `count` lanes, `replace` sets those of one element.
+// Large arguments in a block of 8 or in a single element. finish(V x, Remainder<V> m, int64_t i,
+// int64_t count, bool inBlock) stores the results of the first `count` lanes, `replace` sets those
+// of one element.
 template <class Argument, class Finish, class Replace>
-[[gnu::noinline]] nuvStatus slowBlock(const Float64* x, int64_t first, int64_t count, Argument argument, Finish finish, Replace replace) {
+[[gnu::noinline]] nuvStatus slowBlock(const Float64* x, int64_t first, int64_t count, Argument argument, Finish finish,
+                                      Replace replace) {
   bool anySpecial = false;
   for (int64_t i = 0; i < count; i += 4) {
     const int64_t lanes = count < 4 ? 1 : 4;
@@ -47,13 +53,13 @@ template <class Argument, class Finish, class Replace>
 }
 
 template <class Argument, class Finish, class Replace>
-[[gnu::always_inline]] inline nuvStatus loop(const Float64* src, int64_t len, Argument argument, Finish finish, Replace replace) {
+INLINE nuvStatus loop(const Float64* src, int64_t len, Argument argument, Finish finish, Replace replace) {
   using Block = Pack<Lanes4, 2>;
   return blockLoop<Block>(
-      src, len, [](auto x) __attribute__((always_inline)) { return isLarge(x); },
+      src, len, [](auto x) INLINED { return isLarge(x); },
       [&](auto x, int64_t i, int64_t count)
-          __attribute__((always_inline)) { finish(x, removeSteps(argument(x), step), i, count, laneCount<decltype(x)> == laneCount<Block>); },
-      [&](auto x, int64_t i, int64_t count) __attribute__((always_inline)) {
+          INLINED { finish(x, removeSteps(argument(x), step), i, count, laneCount<decltype(x)> == laneCount<Block>); },
+      [&](auto x, int64_t i, int64_t count) INLINED {
         alignas(32) Float64 saved[laneCount<Block>];
         store(saved, x);
         return slowBlock(saved, i, count, argument, finish, replace);
@@ -62,22 +68,23 @@ template <class Argument, class Finish, class Replace>
 
 [[gnu::noinline]] nuvStatus sinBlocks(const Float64* src, Float64* dst, int64_t len) {
   return loop(
-      src, len, [](auto x) __attribute__((always_inline)) { return magnitude(x); },
-      [=](auto x, auto m, int64_t i, int64_t count, bool) __attribute__((always_inline)) { put(dst + i, flipBySignOf(sineFrom(0, m), x), count); },
-      [=](int64_t i, Float64 y) __attribute__((always_inline)) { dst[i] = y; });
+      src, len, [](auto x) INLINED { return magnitude(x); },
+      [=](auto x, auto m, int64_t i, int64_t count, bool)
+          INLINED { put(dst + i, flipBySignOf(sineFrom(0, m), x), count); },
+      [=](int64_t i, Float64 y) INLINED { dst[i] = y; });
 }
 
 [[gnu::noinline]] nuvStatus cosBlocks(const Float64* src, Float64* dst, int64_t len) {
   return loop(
-      src, len, [](auto x) __attribute__((always_inline)) { return x; },
-      [=](auto, auto m, int64_t i, int64_t count, bool) __attribute__((always_inline)) { put(dst + i, sineFrom(quarterTurn, m), count); },
-      [=](int64_t i, Float64 y) __attribute__((always_inline)) { dst[i] = y; });
+      src, len, [](auto x) INLINED { return x; },
+      [=](auto, auto m, int64_t i, int64_t count, bool) INLINED { put(dst + i, sineFrom(quarterTurn, m), count); },
+      [=](int64_t i, Float64 y) INLINED { dst[i] = y; });
 }
 
 [[gnu::noinline]] nuvStatus sinCosBlocks(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   return loop(
-      src, len, [](auto x) __attribute__((always_inline)) { return x; },
-      [=](auto, auto m, int64_t i, int64_t count, bool inBlock) __attribute__((always_inline)) {
+      src, len, [](auto x) INLINED { return x; },
+      [=](auto, auto m, int64_t i, int64_t count, bool inBlock) INLINED {
         const auto p = polynomials(m.r);
         const auto offsets = (m.shifted & 511u) << 5;
         // The sine of a single element is added up in another order.
@@ -87,11 +94,12 @@ template <class Argument, class Finish, class Replace>
         const auto cosine = expandAt(quarterTurn, offsets, m.r, m.e, p.sinPoly, p.cosPoly);
         put(dstB + i, cosine.hi + ((((cosine.ps + cosine.g) + cosine.d2) + cosine.pc) + cosine.d1), count);
       },
-      [=](int64_t i, Float64 y) __attribute__((always_inline)) { dstA[i] = y, dstB[i] = y; });
+      [=](int64_t i, Float64 y) INLINED { dstA[i] = y, dstB[i] = y; });
 }
 
-// Stretches: the reduction of a stretch goes to memory, and the evaluation is a software pipeline over what stands there. What the loop above does in one go is
-// a chain of some hundred cycles, more than the processor's window covers. Operations and blocks are the same, and so are the bits.
+// Stretches: the reduction of a stretch goes to memory, and the evaluation is a software pipeline
+// over what stands there. What the loop above does in one go is a chain of some hundred cycles,
+// more than the processor's window covers. Operations and blocks are the same, and so are the bits.
 constexpr int64_t longestStretch = 256, shortestStretch = 32, vector = laneCount<Lanes4>;
 
 // A key's pattern has the byte offset of a row in the bits of keyMask.
@@ -113,7 +121,7 @@ template <class Argument>
   return true;
 }
 template <class Argument>
-[[gnu::always_inline]] inline bool reduceStretch(const Float64* x, int64_t count, Argument argument, Stretch& c) {
+INLINE bool reduceStretch(const Float64* x, int64_t count, Argument argument, Stretch& c) {
   using Block = Pack<Lanes4, 2>;
   for (int64_t i = 0; i < count; i += laneCount<Block>) {
     const Block part = load<Block>(x + i);
@@ -127,9 +135,10 @@ template <class Argument>
   return true;
 }
 
-[[gnu::always_inline]] inline SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
-  const auto row = [&](int lane) __attribute__((always_inline)) {
-    return reinterpret_cast<const char*>(trigTable512[firstRow]) + (static_cast<uint32_t>(toBits(keys[lane])) & keyMask);
+INLINE SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
+  const auto row = [&](int lane) INLINED {
+    return reinterpret_cast<const char*>(trigTable512[firstRow]) +
+           (static_cast<uint32_t>(toBits(keys[lane])) & keyMask);
   };
   const char *row0 = row(0), *row1 = row(1), *row2 = row(2), *row3 = row(3);
   const auto cosine = transposeRows(rowAt(row0, 0), rowAt(row1, 0), rowAt(row2, 0), rowAt(row3, 0));
@@ -139,12 +148,12 @@ template <class Argument>
 
 // One turn finishes a vector and begins the next one. finish(int64_t i, Terms) stores.
 template <int firstRow, class Finish>
-[[gnu::always_inline]] inline void pipeline(int64_t count, Stretch& c, Finish finish) {
+INLINE void pipeline(int64_t count, Stretch& c, Finish finish) {
   store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});  // read, but not used
   SplitSine<Lanes4> row;
   Polynomials<Lanes4> p;
   Lanes4 r;
-  const auto begin = [&](int64_t i) __attribute__((always_inline)) {
+  const auto begin = [&](int64_t i) INLINED {
     row = rowsAt(firstRow, c.keys + i);
     r = load<Lanes4>(c.r + i);
     p = polynomials(r);
@@ -158,7 +167,7 @@ template <int firstRow, class Finish>
 
 // The same for sine and cosine, which share the polynomials.
 template <class FinishSine, class FinishCosine>
-[[gnu::always_inline]] inline void pipelineOfBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
+INLINE void pipelineOfBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
   store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});
   SplitSine<Lanes4> row = rowsAt(0, c.keys);
   Polynomials<Lanes4> p = polynomials(load<Lanes4>(c.r));
@@ -173,9 +182,10 @@ template <class FinishSine, class FinishCosine>
   }
 }
 
-// evaluate(int64_t i, int64_t count, Stretch) for reduced stretches, whole(int64_t i, int64_t count) -> status for short ones and those with infinities or NaNs.
+// evaluate(int64_t i, int64_t count, Stretch) for reduced stretches, whole(int64_t i, int64_t
+// count) -> status for short ones and those with infinities or NaNs.
 template <class Argument, class Evaluate, class Whole>
-[[gnu::always_inline]] inline nuvStatus stretchLoop(const Float64* src, int64_t len, Argument argument, Evaluate evaluate, Whole whole) {
+INLINE nuvStatus stretchLoop(const Float64* src, int64_t len, Argument argument, Evaluate evaluate, Whole whole) {
   nuvStatus status = nuvStatusOk;
   Stretch c;
   for (int64_t i = 0, count; i < len; i += count) {
@@ -190,46 +200,49 @@ template <class Argument, class Evaluate, class Whole>
   return status;
 }
 
-constexpr auto sum = [](Terms<Lanes4> t) __attribute__((always_inline)) { return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g); };
-constexpr auto sumOfBoth = [](Terms<Lanes4> t) __attribute__((always_inline)) { return t.hi + ((((t.ps + t.g) + t.d2) + t.pc) + t.d1); };
+constexpr auto sum = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g); };
+constexpr auto sumOfBoth = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.ps + t.g) + t.d2) + t.pc) + t.d1); };
 
 [[gnu::noinline]] nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
   return stretchLoop(
-      src, len, [](auto x) __attribute__((always_inline)) { return magnitude(x); },
-      [=](int64_t begin, int64_t count, Stretch & c) __attribute__((always_inline)) {
-        pipeline<0>(
-            count,
-            c, [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dst + begin + i, flipBySignOf(sum(t), load<Lanes4>(src + begin + i))); });
+      src, len, [](auto x) INLINED { return magnitude(x); },
+      [=](int64_t begin, int64_t count, Stretch& c) INLINED {
+        pipeline<0>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED {
+          store(dst + begin + i, flipBySignOf(sum(t), load<Lanes4>(src + begin + i)));
+        });
       },
       [=](int64_t i, int64_t count) { return sinBlocks(src + i, dst + i, count); });
 }
 
 [[gnu::noinline]] nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
   return stretchLoop(
-      src, len, [](auto x) __attribute__((always_inline)) { return x; },
-      [=](int64_t begin, int64_t count, Stretch & c) __attribute__((always_inline)) {
-        pipeline<quarterTurn>(
-            count, c, [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dst + begin + i, sum(t)); });
+      src, len, [](auto x) INLINED { return x; },
+      [=](int64_t begin, int64_t count, Stretch& c) INLINED {
+        pipeline<quarterTurn>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(dst + begin + i, sum(t)); });
       },
       [=](int64_t i, int64_t count) { return cosBlocks(src + i, dst + i, count); });
 }
 
 [[gnu::noinline]] nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   return stretchLoop(
-      src, len, [](auto x) __attribute__((always_inline)) { return x; },
-      [=](int64_t begin, int64_t count, Stretch & c) __attribute__((always_inline)) {
+      src, len, [](auto x) INLINED { return x; },
+      [=](int64_t begin, int64_t count, Stretch& c) INLINED {
         pipelineOfBoth(
-            count, c, [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dstA + begin + i, sumOfBoth(t)); },
-            [=](int64_t i, Terms<Lanes4> t) __attribute__((always_inline)) { store(dstB + begin + i, sumOfBoth(t)); });
+            count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(dstA + begin + i, sumOfBoth(t)); },
+            [=](int64_t i, Terms<Lanes4> t) INLINED { store(dstB + begin + i, sumOfBoth(t)); });
       },
       [=](int64_t i, int64_t count) { return sinCosBlocks(src + i, dstA + i, dstB + i, count); });
 }
 
 }  // namespace
 
-nuvStatus sinLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, sinLoop>(len, src, dst); }
-nuvStatus cosLevel5(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::lengthFirst, Mode::none, cosLoop>(len, src, dst); }
-nuvStatus sinCosLevel5(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
+nuvStatus sinAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, sinLoop>(len, src, dst);
+}
+nuvStatus cosAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, cosLoop>(len, src, dst);
+}
+nuvStatus sinCosAvx(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
   return runKernel<Check::lengthFirst, Mode::none, sinCosLoop>(len, src, dstA, dstB);
 }
 

@@ -1,15 +1,18 @@
 // sin(x), cos(x) and both at once, levels 1 to 4.
 //
-// Method: x is taken to the nearest of the points t = 2 pi j / 64 (of 2 pi j / 128 where both are computed) and a remainder r + e, and sin(t + r + e) is
-// expanded around t with the sine and the cosine of t from a table (sin_cos.h) and Taylor polynomials. Below 90112 the remainder comes from subtractions of the
-// step in three parts. If any element of a block of 4 is larger, all of them go through the special lane, which adds up in another order and reduces modulo
-// pi/2 first from 2^17 on (reduction.h). Elements after the last block stand for themselves.
+// Method: x is taken to the nearest of the points t = 2 pi j / 64 (of 2 pi j / 128 where both are
+// computed) and a remainder r + e, and sin(t + r + e) is expanded around t with the sine and the
+// cosine of t from a table (sin_cos.h) and Taylor polynomials. Below 90112 the remainder comes from
+// subtractions of the step in three parts. If any element of a block of 4 is larger, all of them go
+// through the special lane, which adds up in another order and reduces modulo pi/2 first from 2^17
+// on (reduction.h). Elements after the last block stand for themselves.
 //
-// Error: largest found below 90112 0.52 ulp for one function, 0.551 ulp for both; in the special lane 0.602 ulp, next to zeros between 90112 and 2^17
-// (docs/accuracy.md has the arguments). The kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
+// Error: largest found below 90112 0.52 ulp for one function, 0.551 ulp for both; in the special
+// lane 0.602 ulp, next to zeros between 90112 and 2^17 (docs/accuracy.md has the arguments). The
+// kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
-// Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives itself, quiet. sin(-0) is +0 on the fast path, -0 in the
-// special lane.
+// Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives
+// itself, quiet. sin(-0) is +0 on the fast path, -0 in the special lane.
 #include "frame/kernel_frame.h"
 #include "trig/reduction.h"
 #include "trig/sin_cos.h"
@@ -48,14 +51,14 @@ constexpr int quarterOf64 = 16, quarterOf128 = 32;
 
 // `row` is a row of a table; offsets lead on from it.
 template <class V>
-[[gnu::always_inline]] inline Terms<V> expandAt(const Float64* row, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
+INLINE Terms<V> expandAt(const Float64* row, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
   const auto front = twoColumns<V>(row, offsets), back = twoColumns<V>(row + 2, offsets);
   return expand(SplitSine<V>{front.first, back.second, front.second, back.first}, r, e, sinPoly, cosPoly);
 }
 
 // The sine of m, a quarter turn further on the cosine.
 template <class V>
-[[gnu::always_inline]] inline Terms<V> expandBy64(int firstRow, Remainder<V> m) {
+INLINE Terms<V> expandBy64(int firstRow, Remainder<V> m) {
   const V z = m.r * m.r;
   const V sinPoly = (((s4 * z + s3) * z + s2) * z + s1) * z;
   const V cosPoly = (((c4 * z + c3) * z + c2) * z + c1) * z;
@@ -63,7 +66,7 @@ template <class V>
 }
 
 template <class V>
-[[gnu::always_inline]] inline V sumOf(Terms<V> t) {
+INLINE V sumOf(Terms<V> t) {
   return ((((t.d1 + t.g) + t.d2) + t.ps) + t.pc) + t.hi;
 }
 
@@ -118,11 +121,11 @@ template <class Special>
 
 // fast(V x, int64_t i, int64_t count) stores the results of `count` elements.
 template <class Fast, class Special>
-[[gnu::always_inline]] inline nuvStatus loop(const Float64* src, int64_t len, Fast fast, Special special) {
+INLINE nuvStatus loop(const Float64* src, int64_t len, Fast fast, Special special) {
   using Block = Pack<Lanes2, 2>;
   return blockLoop<Block>(
-      src, len, [](auto x) __attribute__((always_inline)) { return anyMagnitudeFrom(x, fastHighWord); }, fast,
-      [&](auto x, int64_t i, int64_t count) __attribute__((always_inline)) {
+      src, len, [](auto x) INLINED { return anyMagnitudeFrom(x, fastHighWord); }, fast,
+      [&](auto x, int64_t i, int64_t count) INLINED {
         alignas(16) Float64 saved[laneCount<Block>];
         store(saved, x);
         return slowBlock(saved, i, count, special);
@@ -132,15 +135,16 @@ template <class Fast, class Special>
 template <int firstRow>
 [[gnu::noinline]] nuvStatus unaryOf64(const Float64* src, Float64* dst, int64_t len) {
   return loop(
-      src,
-      len, [=](auto x, int64_t i, int64_t count) __attribute__((always_inline)) { put(dst + i, sumOf(expandBy64(firstRow, removeSteps(x, step64))), count); },
+      src, len,
+      [=](auto x, int64_t i, int64_t count)
+          INLINED { put(dst + i, sumOf(expandBy64(firstRow, removeSteps(x, step64))), count); },
       [=](Float64 x, int64_t i) { return specialLane(firstRow, x, dst + i); });
 }
 
 [[gnu::noinline]] nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   return loop(
       src, len,
-      [=](auto x, int64_t i, int64_t count) __attribute__((always_inline)) {
+      [=](auto x, int64_t i, int64_t count) INLINED {
         const auto m = removeSteps(x, step128);
         const auto offsets = (m.shifted & 127u) << 5;
         const auto z = m.r * m.r;
@@ -153,11 +157,13 @@ template <int firstRow>
 
 }  // namespace
 
-nuvStatus sinLevels1To4(const Float64* src, Float64* dst, int32_t len) { return runKernel<Check::pointersFirst, Mode::clearMode, unaryOf64<0>>(len, src, dst); }
-nuvStatus cosLevels1To4(const Float64* src, Float64* dst, int32_t len) {
+nuvStatus sinSse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, unaryOf64<0>>(len, src, dst);
+}
+nuvStatus cosSse3(const Float64* src, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, unaryOf64<quarterOf64>>(len, src, dst);
 }
-nuvStatus sinCosLevels1To4(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
+nuvStatus sinCosSse3(const Float64* src, Float64* dstA, Float64* dstB, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, sinCosLoop>(len, src, dstA, dstB);
 }
 

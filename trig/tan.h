@@ -1,8 +1,10 @@
 // What the levels of Tan share.
 //
-// Method: |x| = k * pi/2 + hi + lo with the integer k, so that with r = hi + lo, or its negative where k is odd, tan|x| is tan r or 1 / tan(r), and
-// tan r = r P(r^2) / Q(r^2) with cubic P and Q. Arguments are taken in chunks of 64: first the remainders and the outer halves of the polynomials, in vectors
-// of double precision, then the quotients, in x87 extended precision, so that one rounding to double precision remains. One division serves two elements.
+// Method: |x| = k * pi/2 + hi + lo with the integer k, so that with r = hi + lo, or its negative
+// where k is odd, tan|x| is tan r or 1 / tan(r), and tan r = r P(r^2) / Q(r^2) with cubic P and Q.
+// Arguments are taken in chunks of 64: first the remainders and the outer halves of the
+// polynomials, in vectors of double precision, then the quotients, in x87 extended precision, so
+// that one rounding to double precision remains. One division serves two elements.
 //
 // Special values and large arguments: tanSpecialLane.
 #pragma once
@@ -12,41 +14,44 @@ namespace qorvane {
 
 constexpr int tanChunkSize = 64;
 
-// A chunk between the vector stages and the x87 stage. Bit c of `odd` and the elements c belong together.
+// A chunk between the vector stages and the x87 stage. Bit c of `odd` and the elements c belong
+// together.
 struct TanChunk {
-  alignas(32) Float64 hi[tanChunkSize], lo[tanChunkSize];        // the remainder, with the sign of x, negated where k is odd
+  alignas(32) Float64 hi[tanChunkSize], lo[tanChunkSize];  // the remainder, with the sign of x, negated where k is odd
   alignas(32) Float64 pRest[tanChunkSize], qRest[tanChunkSize];  // P(z) = 1 + (p1 + pRest) z, Q(z) = 1 + (q1 + qRest) z
   uint64_t odd;                                                  // whether k is odd
   bool anyFlagged;                                               // an element goes to tanSpecialLane
 };
 
-// |x| from 128000 up, infinities and NaNs go to tanSpecialLane. Below, k is less than 2^17, so that k * part1 and k * part2 are exact.
+// |x| from 128000 up, infinities and NaNs go to tanSpecialLane. Below, k is less than 2^17, so that
+// k * part1 and k * part2 are exact.
 constexpr int tanFlaggedHighWord = 0x40ff4000;
 
 // tan(x) for any x.
 nuvStatus tanSpecialLane(Float64 x, Float64* result);
 
-// The x87 stage: the results of a chunk of `count` elements. The x87 unit has 64-bit significands and rounds to nearest.
+// The x87 stage: the results of a chunk of `count` elements. The x87 unit has 64-bit significands
+// and rounds to nearest.
 nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, int count);
 
 namespace {
 
 // The sign bits of the lanes, lane 0 lowest.
-[[gnu::always_inline]] inline uint64_t signMask(Lanes2 v) { return static_cast<uint64_t>(_mm_movemask_pd(v)); }
-[[gnu::always_inline]] inline Lanes2 xorBits(Lanes2 a, Lanes2 b) { return _mm_xor_pd(a, b); }
+INLINE uint64_t signMask(Lanes2 v) { return static_cast<uint64_t>(_mm_movemask_pd(v)); }
+INLINE Lanes2 xorBits(Lanes2 a, Lanes2 b) { return _mm_xor_pd(a, b); }
 #ifdef __AVX__
-[[gnu::always_inline]] inline uint64_t signMask(Lanes4 v) { return static_cast<uint64_t>(_mm256_movemask_pd(v)); }
-[[gnu::always_inline]] inline Lanes4 xorBits(Lanes4 a, Lanes4 b) { return _mm256_xor_pd(a, b); }
+INLINE uint64_t signMask(Lanes4 v) { return static_cast<uint64_t>(_mm256_movemask_pd(v)); }
+INLINE Lanes4 xorBits(Lanes4 a, Lanes4 b) { return _mm256_xor_pd(a, b); }
 #endif
 template <class V, int K>
-[[gnu::always_inline]] inline uint64_t signMask(Pack<V, K> v) {
+INLINE uint64_t signMask(Pack<V, K> v) {
   uint64_t mask = 0;
   for (int i = 0; i < K; ++i) mask |= signMask(v.part[i]) << (i * laneCount<V>);
   return mask;
 }
 template <class V, int K>
-[[gnu::always_inline]] inline Pack<V, K> xorBits(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) __attribute__((always_inline)) { return xorBits(a.part[i], b.part[i]); });
+INLINE Pack<V, K> xorBits(Pack<V, K> a, Pack<V, K> b) {
+  return makePack<K>([&](int i) INLINED { return xorBits(a.part[i], b.part[i]); });
 }
 
 template <class V>
@@ -56,9 +61,10 @@ struct TanRemainder {
 };
 
 template <class V>
-[[gnu::always_inline]] inline TanRemainder<V> tanRemainder(V x) {
-  constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);   // 0.63661977236758138
-  constexpr Float64 shifter = fromBits(0x4330000000000000);     // 2^52: k stands in the low bits of a sum that is at least 2^52
+INLINE TanRemainder<V> tanRemainder(V x) {
+  constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);  // 0.63661977236758138
+  constexpr Float64 shifter =
+      fromBits(0x4330000000000000);  // 2^52: k stands in the low bits of a sum that is at least 2^52
   constexpr Float64 minusPart1 = fromBits(0xbff921fb54400000);  // -1.5707963267341256, the first 33 bits of -pi/2
   constexpr Float64 minusPart2 = fromBits(0xbdd0b4611a600000);  // -6.077100506303966e-11, the next 33
   constexpr Float64 part3 = fromBits(0x3ba3198a2e037073);       // 2.0222662487959506e-21, the rest of pi/2
@@ -73,14 +79,15 @@ template <class V>
   return {xorBits(h, flip), xorBits(l, flip), signMask(odd)};
 }
 
-// The vector stages: two loops, because the longest chain of one element is then short enough for the scheduler to see the next ones behind it. Of flagged
-// elements they make numbers that nobody reads; no finite x makes an invalid operation.
+// The vector stages: two loops, because the longest chain of one element is then short enough for
+// the scheduler to see the next ones behind it. Of flagged elements they make numbers that nobody
+// reads; no finite x makes an invalid operation.
 template <class V>
-[[gnu::always_inline]] inline void tanReduceChunk(const Float64* src, int count, TanChunk& chunk) {
+INLINE void tanReduceChunk(const Float64* src, int count, TanChunk& chunk) {
   using Part = PartOf<V>;
   uint64_t odd = 0;
   bool anyFlagged = false;
-  const auto reduce = [&](auto x, int c) __attribute__((always_inline)) {
+  const auto reduce = [&](auto x, int c) INLINED {
     anyFlagged |= anyMagnitudeFrom(x, tanFlaggedHighWord);
     const auto r = tanRemainder(x);
     store(chunk.hi + c, r.hi);
@@ -89,7 +96,8 @@ template <class V>
   };
   int c = 0;
   for (; c + laneCount<V> <= count; c += laneCount<V>) reduce(load<V>(src + c), c);
-  for (; c < count; c += laneCount<Part>) reduce(loadPart<Part>(src + c, count - c < laneCount<Part> ? count - c : laneCount<Part>), c);
+  for (; c < count; c += laneCount<Part>)
+    reduce(loadPart<Part>(src + c, count - c < laneCount<Part> ? count - c : laneCount<Part>), c);
   chunk.odd = odd;
   chunk.anyFlagged = anyFlagged;
 
@@ -105,7 +113,7 @@ template <class V>
 }
 
 template <class V>
-[[gnu::always_inline]] inline nuvStatus tanLoop(const Float64* src, Float64* dst, int64_t len) {
+INLINE nuvStatus tanLoop(const Float64* src, Float64* dst, int64_t len) {
   TanChunk chunk;
   nuvStatus status = nuvStatusOk;
   for (int64_t i = 0; i < len; i += tanChunkSize) {

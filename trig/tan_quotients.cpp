@@ -1,16 +1,21 @@
 // tan(x), all levels: the x87 stage.
 //
-// Method: with N = r P(r^2) and Q = Q(r^2), all in extended precision, tan x is N / Q, or Q / N where k is odd: T / U. A pair of elements shares a division,
-// I = 1 / (U0 U1), T0 / U0 = (T0 U1) I and T1 / U1 = (T1 U0) I, so that what an element gets may depend, in rare last bits, on the other element of its pair:
-// elements 2i and 2i + 1 of a chunk, up to the first pair with a flagged element. There the first element goes to the special lane, flagged or not, and the
-// rest of the chunk goes on singly, with I = 1 / U^2. Pairs begin anew with the next chunk.
+// Method: with N = r P(r^2) and Q = Q(r^2), all in extended precision, tan x is N / Q, or Q / N
+// where k is odd: T / U. A pair of elements shares a division, I = 1 / (U0 U1), T0 / U0 = (T0 U1) I
+// and T1 / U1 = (T1 U0) I, so that what an element gets may depend, in rare last bits, on the other
+// element of its pair: elements 2i and 2i + 1 of a chunk, up to the first pair with a flagged
+// element. There the first element goes to the special lane, flagged or not, and the rest of the
+// chunk goes on singly, with I = 1 / U^2. Pairs begin anew with the next chunk.
 //
-// Error: the quotients are good to less than 2^-60 beside the error of P / Q; the largest found, 1.007 ulp, is next to an odd multiple of pi/4.
+// Error: the quotients are good to less than 2^-60 beside the error of P / Q; the largest found,
+// 1.007 ulp, is next to an odd multiple of pi/4.
 //
-// The x87 unit has one adder and multiplier, which bounds this stage. T and U must not be chosen element by element: a branch on k's parity would be
-// mispredicted every other time, conditional moves and spills of extended numbers are slow. The pairs of a chunk are therefore run in three groups, by the
-// parities of their elements, each a loop with the choice made at compile time. What is left, 29 operations of the x87 unit a pair, runs at nearly one a cycle
-// if the first element's operations stand before the second's.
+// The x87 unit has one adder and multiplier, which bounds this stage. T and U must not be chosen
+// element by element: a branch on k's parity would be mispredicted every other time, conditional
+// moves and spills of extended numbers are slow. The pairs of a chunk are therefore run in three
+// groups, by the parities of their elements, each a loop with the choice made at compile time. What
+// is left, 29 operations of the x87 unit a pair, runs at nearly one a cycle if the first element's
+// operations stand before the second's.
 #include "trig/tan.h"
 
 namespace qorvane {
@@ -26,18 +31,19 @@ struct Quotient {
   Extended t, u;  // tan = t / u
 };
 
-[[gnu::always_inline]] inline Quotient quotient(const TanChunk& chunk, int c, bool odd) {
+INLINE Quotient quotient(const TanChunk& chunk, int c, bool odd) {
   const Extended r = Extended{chunk.hi[c]} + chunk.lo[c], z = r * r;
   const Extended p = (chunk.pRest[c] + p1) * z + 1.0L, q = (chunk.qRest[c] + q1) * z + 1.0L, n = r * p;
   return odd ? Quotient{q, n} : Quotient{n, q};
 }
 
 // Whether d rounds to +0 in single precision.
-[[gnu::always_inline]] inline bool vanishes(Extended d) { return __builtin_bit_cast(uint32_t, static_cast<float>(d)) == 0; }
+INLINE bool vanishes(Extended d) { return __builtin_bit_cast(uint32_t, static_cast<float>(d)) == 0; }
 
-// The pairs whose bit is set, at the place of their element of parity oddA; the other element has parity oddB.
+// The pairs whose bit is set, at the place of their element of parity oddA; the other element has
+// parity oddB.
 template <bool oddA, bool oddB>
-[[gnu::always_inline]] inline void pairs(const TanChunk& chunk, Float64* dst, uint64_t set) {
+INLINE void pairs(const TanChunk& chunk, Float64* dst, uint64_t set) {
   for (; set != 0; set &= set - 1) {
     const int a = __builtin_ctzll(set), b = a ^ 1;
     const auto [ta, ua] = quotient(chunk, a, oddA);

@@ -1,13 +1,17 @@
 // tan(x), all levels: one element, whatever its size, without extended precision.
 //
-// Method: a large x is first reduced modulo pi/2. rh + rl = k * pi/32 + r + e gives the row j of the table, k and the quadrant modulo 32, and |r| <= pi/64. In
-// rows 0 to 8 and 24 to 31 tan(j pi/32 + r) is its Taylor series of degree 15, with c0 as high + low and a high part of c1 split off. Rows 9 to 23 are about the
-// pole: theirs is the series of tan + 1/w, where w + wlo is the distance to the nearest multiple of pi/2, taken from rh + rl with a splitting of pi/32 of its
-// own. 1/w is a reciprocal n of 18 bits, so that n * u is exact for a u of 35 bits next to w, and a correction from the residual 1 - n u and from w - u.
+// Method: a large x is first reduced modulo pi/2. rh + rl = k * pi/32 + r + e gives the row j of
+// the table, k and the quadrant modulo 32, and |r| <= pi/64. In rows 0 to 8 and 24 to 31 tan(j
+// pi/32 + r) is its Taylor series of degree 15, with c0 as high + low and a high part of c1 split
+// off. Rows 9 to 23 are about the pole: theirs is the series of tan + 1/w, where w + wlo is the
+// distance to the nearest multiple of pi/2, taken from rh + rl with a splitting of pi/32 of its
+// own. 1/w is a reciprocal n of 18 bits, so that n * u is exact for a u of 35 bits next to w, and a
+// correction from the residual 1 - n u and from w - u.
 //
 // Error: largest found 0.609 ulp, at -23657817.622564353.
 //
-// Special values: a zero gives the same zero, a NaN the NaN, quiet, an infinity the default NaN and out of domain.
+// Special values: a zero gives the same zero, a NaN the NaN, quiet, an infinity the default NaN and
+// out of domain.
 #include "trig/reduction.h"
 #include "trig/tan.h"
 
@@ -52,8 +56,10 @@ nuvStatus tanSpecialLane(Float64 x, Float64* result) {
   if (magnitude >= 0x40c90000) reduced = reducePiOver2(x);  // from 12800 up
   const Float64 rh = reduced.hi, rl = reduced.lo;
 
-  const Float64 y = rh * thirtyTwoOverPi, y1 = y + shifter, k = y1 - shifter, y2 = y + shifterTo16, k16 = y2 - shifterTo16;
-  const Float64* const s = tanTable32[(static_cast<uint32_t>(toBits(y1)) + 16 * static_cast<uint32_t>(reduced.quadrant)) & 31];
+  const Float64 y = rh * thirtyTwoOverPi, y1 = y + shifter, k = y1 - shifter, y2 = y + shifterTo16,
+                k16 = y2 - shifterTo16;
+  const Float64* const s =
+      tanTable32[(static_cast<uint32_t>(toBits(y1)) + 16 * static_cast<uint32_t>(reduced.quadrant)) & 31];
 
   const Float64 t = rh - step1 * k, r = t - step2 * k, e = (((t - r) - step2 * k) - step3 * k) + rl;
 
@@ -63,7 +69,8 @@ nuvStatus tanSpecialLane(Float64 x, Float64* result) {
 
   const Float64 r2 = r * r, r4 = r2 * r2;
   const Float64 low = ((s[5] * r + s[3]) * r2 + s[7] * r4) + ((s[11] * r + s[9]) + s[13] * r2) * (r * r4);
-  const Float64 high = (((s[1] * r + s[0]) + (s[4] * r + s[2]) * r2) + s[6] * r4) + (r * r4) * ((s[10] * r + s[8]) + s[12] * r2);
+  const Float64 high =
+      (((s[1] * r + s[0]) + (s[4] * r + s[2]) * r2) + s[6] * r4) + (r * r4) * ((s[10] * r + s[8]) + s[12] * r2);
   const Float64 series = low + (r4 * r4) * high;
 
   const Float64 l1 = r * s[16], l2 = r * s[17], lead = l1 + l2;

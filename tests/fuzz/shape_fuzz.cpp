@@ -1,5 +1,7 @@
-// A fuzz target for the functions of one shape (QORVANE_FUZZ_SHAPE): whatever the arguments, their number and the caller's floating-point modes, nothing beside
-// the arrays is written, the status is one of those that exist, the control words come back, and an element alone gives what it gave in the array.
+// A fuzz target for the functions of one shape (QORVANE_FUZZ_SHAPE): whatever the arguments, their
+// number and the caller's floating-point modes, nothing beside the arrays is written, the status is
+// one of those that exist, the control words come back, and an element alone gives what it gave in
+// the array.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -24,7 +26,8 @@ void require(bool condition, const char* what, const Function& f) {
 }
 
 bool isStatus(nuvStatus status) {
-  return status == nuvStatusOk || status == nuvStatusOverflow || status == nuvStatusUnderflow || status == nuvStatusPole || status == nuvStatusOutOfDomain;
+  return status == nuvStatusOk || status == nuvStatusOverflow || status == nuvStatusUnderflow ||
+         status == nuvStatusPole || status == nuvStatusOutOfDomain;
 }
 
 const std::vector<Function>& functionsOfShape() {
@@ -39,7 +42,8 @@ const std::vector<Function>& functionsOfShape() {
 
 }  // namespace
 
-// Four bytes of control (function, level, modes, shift), then the arguments; the second array and the scalar are the same numbers from their middle on.
+// Four bytes of control (function, level, modes, shift), then the arguments; the second array and
+// the scalar are the same numbers from their middle on.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const int highestLevel = DispatchLevel;
   const auto& all = functionsOfShape();
@@ -68,8 +72,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   require((csrAfter & 0xffc0) == csr && x87After == x87, "a control word has changed", f);
   for (size_t i = 0; i < shift; ++i) require(a[i] == canary && b[i] == canary, "wrote before its array", f);
   require(a[count + shift] == canary && b[count + shift] == canary, "wrote behind its array", f);
-  if (f.dependsOnBlock(DispatchLevel) && csr != 0x1f80) return 0;  // in other modes the two ways of a block may be further apart
+  if (f.dependsOnBlock(DispatchLevel) && csr != 0x1f80)
+    return 0;  // in other modes the two ways of a block may be further apart
   require(sameResult(f, aloneA, a[shift + probe]), "an element differs when it is alone", f);
-  if (f.hasSecondOutput()) require(sameResult(f, aloneB, b[shift + probe]), "an element's second result differs when it is alone", f);
+  if (f.hasSecondOutput())
+    require(sameResult(f, aloneB, b[shift + probe]), "an element's second result differs when it is alone", f);
   return 0;
 }
