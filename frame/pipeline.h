@@ -11,14 +11,9 @@ namespace {
 
 // The last stage for the vector at i, the one before it for the next vector, and so on.
 template <int64_t vector, class Stage, class... Later>
-INLINE auto turn(int64_t i, Stage& stage, Later&... later) {
-  if constexpr (sizeof...(later) == 0) {
-    return stage(i);
-  } else {
-    const auto y = turn<vector>(i, later...);
-    stage(i + int64_t{sizeof...(later)} * vector);
-    return y;
-  }
+INLINE void turn(int64_t i, Stage& stage, Later&... later) {
+  if constexpr (sizeof...(later) > 0) turn<vector>(i, later...);
+  stage(i + int64_t{sizeof...(later)} * vector);
 }
 template <int count, class Stage, class... Later>
 INLINE void firstStages(int64_t i, Stage& stage, Later&... later) {
@@ -26,15 +21,15 @@ INLINE void firstStages(int64_t i, Stage& stage, Later&... later) {
   if constexpr (count > 1) firstStages<count - 1>(i, later...);
 }
 
-// Vectors of so many elements, up to `count` elements in all. finish(i, y) takes what the last stage
-// gives, at the end of a turn: it stores. Stages but the last run for vectors beyond the end, the
+// Vectors of so many elements, up to `count` elements in all. finish(i) ends the turn of the last
+// stage for i: what it makes is stored there. Stages but the last run for vectors beyond the end, the
 // first of s for up to s - 1 of them, and must find something to read there.
 template <int64_t vector, class Finish, class... Stages>
 INLINE void pipeline(int64_t count, Finish finish, Stages... stages) {
   constexpr int fill = sizeof...(stages) - 1;
   [&]<int... k>(std::integer_sequence<int, k...>) INLINED { (firstStages<fill - k>(k * vector, stages...), ...); }
   (std::make_integer_sequence<int, fill>{});
-  for (int64_t i = 0; i < count; i += vector) finish(i, turn<vector>(i, stages...));
+  for (int64_t i = 0; i < count; i += vector) turn<vector>(i, stages...), finish(i);
 }
 
 // Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may take
