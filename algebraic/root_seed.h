@@ -23,7 +23,7 @@ INLINE Words4 rootSeeds(Lanes2 a, Lanes2 b) {
   const Words4 root = reinterpret_cast<Words4>(_mm_rsqrt_ps(reducedSingles(a, b)));
   // The exponent of x, halved and negated; the constant also takes the bias of single precision
   // off, and the cut fraction of x under it doesn't borrow.
-  const Words4 exponents = wrappingSum(-packHighWords(a, b), 0xb00fffff) >> 1 & 0x7ff00000;
+  const Words4 exponents = wrappingSum(~packHighWords(a, b), 0xb0100000) >> 1 & 0x7ff00000;
   return wrappingSum(root >> 3, exponents);
 }
 

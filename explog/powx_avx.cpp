@@ -18,12 +18,12 @@ namespace {
 using namespace power;
 using V = Lanes4;
 constexpr int64_t longestStretch = 256, shortestStretch = 32;
-constexpr int64_t vector = laneCount<V>, ahead = 5 * vector;  // a pipeline reads up to five vectors beyond the end
+constexpr int64_t vector = laneCount<V>;
 
 struct Stretch {
-  alignas(32) Float64 high[longestStretch + ahead], low[longestStretch + ahead], t[longestStretch + ahead];
-  alignas(32) uint32_t logRow[longestStretch + ahead];  // byte offsets in powRcpTable
-  alignas(32) int k[longestStretch + ahead];
+  alignas(32) Float64 high[longestStretch], low[longestStretch], t[longestStretch];
+  alignas(32) uint32_t logRow[longestStretch];  // byte offsets in powRcpTable
+  alignas(32) int k[longestStretch];
 };
 
 // High words of x from `first` up to, but not including, `end` give |y log2 x| < 963.1, a normal
@@ -73,31 +73,27 @@ INLINE V powerOfTwo(const Float64* keys) {
 // The chain of a whole element takes some 140 cycles; n is a multiple of the vector's length.
 template <Split split>
 [[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
-  using Beyond = Pack<V, ahead / vector>;  // what the steps make of zeros raises no flag
-  store(c.high + n, Beyond{}), store(c.low + n, Beyond{}), store(c.t + n, Beyond{});
-  storeWords(c.logRow + n, Pack<Words4, 2>{}), storeWords(c.k + n, Pack<Words4, 2>{});
-
   LogRow<V> row;
   V big, lo;
   ReducedArgument<V> u;
-  LeadingLog<V> sum;
   pipeline<vector>(
-      n, [&](int64_t i) INLINED { store(c.high + i, sum.a2), store(c.low + i, sum.low), store(c.t + i, sum.t); },
-      [&](int64_t i) INLINED { row = logRowAt<V>(c.logRow + i, c.k + i); },
+      n, [&](int64_t i) INLINED { row = logRowAt<V>(c.logRow + i, c.k + i); },
       [&](int64_t i) INLINED {
         u = reduceArgument(load<V>(x + (i < n ? i : 0)), row.rcp);
         big = row.k + row.hi;
         lo = row.lo;
       },
-      [&](int64_t) INLINED { sum = leadingSum(big, u, lo); });
+      [&](int64_t i) INLINED {
+        const auto sum = leadingSum(big, u, lo);
+        store(c.high + i, sum.a2), store(c.low + i, sum.low), store(c.t + i, sum.t);
+      });
 
   // The arrays `low` and `t` take r and the keys, when they have been read.
   V t, first, q, w, yLow;
   Log2<V> log;
   LeadingProduct<V> leading;
-  Product<V> product;
   pipeline<vector>(
-      n, [&](int64_t i) INLINED { store(c.t + i, product.rounded + keyShifter), store(c.low + i, product.r); },
+      n,
       [&](int64_t i) INLINED {
         t = load<V>(c.t + i);
         first = (c8 * t + c7) * t + c6;
@@ -112,18 +108,20 @@ template <Split split>
         yLow = y.all * log.low;
         leading = leadingProduct<split>(log.high, y);
       },
-      [&](int64_t) INLINED { product = completeProduct(leading, yLow); });
+      [&](int64_t i) INLINED {
+        const auto product = completeProduct(leading, yLow);
+        store(c.t + i, product.rounded + keyShifter), store(c.low + i, product.r);
+      });
 
   PowerTerms<V> terms;
   TwoColumns<V> exp2Row;
-  V power;
   pipeline<vector>(
-      n, [&](int64_t i) INLINED { store(dst + i, power); },
+      n,
       [&](int64_t i) INLINED {
         terms = powerTerms<Program::longer>(load<V>(c.low + i));
         exp2Row = exp2Rows(c.t + i);
       },
-      [&](int64_t i) INLINED { power = powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i)); });
+      [&](int64_t i) INLINED { store(dst + i, powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i))); });
 }
 
 nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {

@@ -107,7 +107,7 @@ constexpr int64_t longestStretch = 256, shortestStretch = 32, blockSize = 8, vec
 constexpr Float64 keyShifter = fromBits(0x42e8000000000000);  // 1.5 * 2^47: a unit is worth 2^-5, a row has 2^5 bytes
 constexpr uint32_t keyMask = 511 << 5;
 struct Stretch {
-  alignas(32) Float64 r[longestStretch + vector], e[longestStretch + vector], keys[longestStretch + vector];
+  alignas(32) Float64 r[longestStretch], e[longestStretch], keys[longestStretch];
 };
 
 // A block with large arguments. False if it has infinities or NaNs.
@@ -145,40 +145,39 @@ INLINE SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
 // finish(int64_t i, Terms) stores.
 template <int firstRow, class Finish>
 INLINE void evaluate(int64_t count, Stretch& c, Finish finish) {
-  store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});  // read, but not used
   SplitSine<Lanes4> row;
   Polynomials<Lanes4> p;
   Lanes4 r;
-  Terms<Lanes4> terms;
   pipeline<vector>(
-      count, [&](int64_t i) INLINED { finish(i, terms); },
+      count,
       [&](int64_t i) INLINED {
         row = rowsAt(firstRow, c.keys + i);
         r = load<Lanes4>(c.r + i);
         p = polynomials(r);
       },
-      [&](int64_t i) INLINED { terms = expand(row, r, load<Lanes4>(c.e + i), p.sinPoly, p.cosPoly); });
+      [&](int64_t i) INLINED { finish(i, expand(row, r, load<Lanes4>(c.e + i), p.sinPoly, p.cosPoly)); });
 }
 
 // The same for sine and cosine, which share the polynomials.
 template <class FinishSine, class FinishCosine>
 INLINE void evaluateBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
-  store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});
   SplitSine<Lanes4> sineRow, cosineRow;
-  Polynomials<Lanes4> next, p;
-  Lanes4 r, e;
+  Polynomials<Lanes4> p, ofCosine;
+  const auto terms = [&](int64_t i, SplitSine<Lanes4> row, Polynomials<Lanes4> of) INLINED {
+    return expand(row, load<Lanes4>(c.r + i), load<Lanes4>(c.e + i), of.sinPoly, of.cosPoly);
+  };
   pipeline<vector>(
-      count, [&](int64_t i) INLINED { finishCosine(i, expand(cosineRow, r, e, p.sinPoly, p.cosPoly)); },
+      count,
       [&](int64_t i) INLINED {
         sineRow = rowsAt(0, c.keys + i);
-        next = polynomials(load<Lanes4>(c.r + i));
+        p = polynomials(load<Lanes4>(c.r + i));
       },
       [&](int64_t i) INLINED {
-        r = load<Lanes4>(c.r + i), e = load<Lanes4>(c.e + i);
         cosineRow = rowsAt(quarterTurn, c.keys + i);
-        p = next;
-        finishSine(i, expand(sineRow, r, e, p.sinPoly, p.cosPoly));
-      });
+        ofCosine = p;
+        finishSine(i, terms(i, sineRow, p));
+      },
+      [&](int64_t i) INLINED { finishCosine(i, terms(i, cosineRow, ofCosine)); });
 }
 
 constexpr auto sum = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g); };
