@@ -30,6 +30,7 @@ INLINE void pipeline(int64_t count, Stages... stages) {
   int64_t i = 0;
   [&]<int... k>(std::integer_sequence<int, k...>) INLINED {
     (firstStages<fill - k>(k * vector, stages...), ...);
+#pragma GCC unroll 2
     for (; i < count - fill * vector; i += vector) turn<vector, 0>(i, stages...);
     ((turn<vector, k + 1>(i, stages...), i += vector), ...);
   }
