@@ -39,8 +39,12 @@ Judgement judgeExactly(const Function& function, const Finding& finding) {
   mpfr_set_d(difference, std::isinf(y) ? std::copysign(0x1p1023, y) : y, MPFR_RNDN);
   if (std::isinf(y)) mpfr_mul_2ui(difference, difference, 1, MPFR_RNDN);
   mpfr_sub(difference, difference, value, MPFR_RNDN);
-  const long exponent =
-      mpfr_zero_p(value) ? -1022 : std::clamp(static_cast<long>(mpfr_get_exp(value)) - 1, -1022L, 1023L);
+  const auto exponentOf = [](const mpfr_t& x) {
+    return mpfr_regular_p(x) ? std::clamp(static_cast<long>(mpfr_get_exp(x)) - 1, -1022L, 1023L) : -1022;
+  };
+  long exponent = exponentOf(value);
+  if (function.reference->unit == Unit::ofTheLarger)
+    exponent = std::max(exponentOf(exact.values[0]), exponentOf(exact.values[1]));
   mpfr_mul_2si(difference, difference, 52 - exponent, MPFR_RNDN);
   const double error = mpfr_get_d(difference, MPFR_RNDN);
   mpfr_clear(difference);

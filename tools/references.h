@@ -1,7 +1,7 @@
 // The right values of the library's functions, by stem: exact ones from MPFR and MPC, and nearly
 // exact ones in extended precision, which are quick. The families' rows are in
 // <family>/references.inc:
-//   {"stem", exact, quick},
+//   {"stem", exact, quick},   or   {"stem", exact, nullptr, Unit::ofTheLarger},
 // with the numbers of an element in the order of Arguments in tools/ranges.h, and the results in
 // the order of the outputs, of a complex one the real part first.
 #pragma once
@@ -26,10 +26,15 @@ using Quick = long double*;
 using QuickInputs = const long double*;
 constexpr mpfr_rnd_t nearest = MPFR_RNDN;
 
+// What the errors of a complex function's components are counted in: each one's own unit in the last
+// place or, where a component that cancels can't be exact to its own, that of the larger one.
+enum class Unit { own, ofTheLarger };
+
 struct Reference {
   std::string_view stem;
   void (*exact)(Exact results, Inputs x);
   void (*quick)(Quick results, QuickInputs x);  // the same, within quickErrorBound; null: all is judged by `exact`
+  Unit unit = Unit::own;
 };
 
 // A complex function of MPC, of one complex number or of two.
