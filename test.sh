@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
+tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libmpc-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
   clang-14 clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
@@ -40,9 +40,9 @@ fuzz() {
   build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DQORVANE_FUZZ=ON -DQORVANE_DEVELOPMENT=OFF -DBUILD_SHARED_LIBS=OFF
   local log
   log=$(mktemp -d)
-  printf '%s\n' realUnary realBinary realSplit realScalar | xargs -P2 -I{} sh -c \
-    "./build-fuzz/tests/fuzz/fuzz_{} -max_total_time=\${FUZZ_SECONDS:-30} -max_len=644 -len_control=0 -artifact_prefix=$log/ > $log/{} 2>&1 || { cat $log/{}; exit 255; }"
-  for shape in "$log"/*; do echo "fuzz $(basename "$shape"): $(tail -n 1 "$shape")"; done
+  find build-fuzz/tests/fuzz -name 'fuzz_*' -type f -perm -1 -printf '%f\n' | xargs -P2 -I{} sh -c \
+    "./build-fuzz/tests/fuzz/{} -max_total_time=\${FUZZ_SECONDS:-30} -max_len=1284 -len_control=0 -artifact_prefix=$log/ > $log/{} 2>&1 || { cat $log/{}; exit 255; }"
+  for shape in "$log"/*; do echo "$(basename "$shape"): $(tail -n 1 "$shape")"; done
 }
 
 stages=("$@")

@@ -21,10 +21,10 @@ struct Runner {
   int64_t times = 1;
   double best = 1e9;  // seconds a call
 
-  double slice(const Work& work) {
+  double slice(const Call& call) {
     if (level > 0) DispatchLevel = level;
     const double start = seconds();
-    contestant->repeat(work, times);
+    contestant->repeat(call, times);
     const double taken = seconds() - start;
     best = std::min(best, taken / static_cast<double>(times));
     return taken;
@@ -43,18 +43,18 @@ double clockGigahertz() {
   return best;
 }
 
-void measureRow(std::vector<Runner>& runners, const Work& work, int rounds, double slice) {
+void measureRow(std::vector<Runner>& runners, const Call& call, int rounds, double slice) {
   for (Runner& runner : runners) {
     runner.times = 1;
     runner.best = 1e9;
-    for (double taken; (taken = runner.slice(work)) < slice;)
+    for (double taken; (taken = runner.slice(call)) < slice;)
       runner.times =
           std::max(runner.times + 1, static_cast<int64_t>(static_cast<double>(runner.times) *
                                                           std::min(10.0, 1.1 * slice / std::max(taken, 1e-9))));
     runner.best = 1e9;
   }
   for (int round = 0; round < rounds; ++round)
-    for (Runner& runner : runners) runner.slice(work);
+    for (Runner& runner : runners) runner.slice(call);
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
         }
         if (const double now = seconds(); now - lastWord > 1) {
           std::fprintf(stderr, "\r\033[Ksweep %d of %d: %s %s, n = %d; %.0f s", sweep + 1, sweeps, workload.stem,
-                       workload.label, n, now - start);
+                       workload.label.c_str(), n, now - start);
           lastWord = now;
         }
       }
