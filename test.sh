@@ -36,8 +36,8 @@ packaging() {
   tests/packaging_test.sh "$PWD/build-packaging" "$PWD"
 }
 tidy() {
-  cmake -S . -B build-clang "${with_clang[@]}" > /dev/null
-  git ls-files '*.cpp' ':!tests' | xargs -P2 -n4 clang-tidy-14 -p build-clang --quiet 2> /dev/null
+  cmake -S . -B build-clang "${with_clang[@]}" -DQORVANE_WERROR=ON > /dev/null
+  git ls-files '*.cpp' ':!tests/fuzz' | xargs -P2 -n4 clang-tidy-14 -p build-clang --quiet 2> /dev/null
 }
 sanitize() {
   build sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQORVANE_SANITIZE=ON

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/detection.h"
 #include "frame/include/qorvane.h"
 
 namespace {
@@ -135,7 +136,7 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   const Column &elevation = cities.columns.at("elevation"), &latitude = cities.columns.at("latitude"),
                &parallax = stars.columns.at("parallax"), &magnitude = stars.columns.at("magnitude"),
                &axis = planets.columns.at("axis"), &period = planets.columns.at("period");
-  const auto only = [](Column a) { return [a] { return Job{a, Column(a.size(), 1.0), 1, {}, {}}; }; };
+  const auto only = [](const Column& a) { return [a] { return Job{a, Column(a.size(), 1.0), 1, {}, {}}; }; };
   const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }),
                years = map(period, [](double x) { return x / 365.25; });
   const auto *c = &cities.labels, *s = &stars.labels, *p = &planets.labels;
@@ -209,12 +210,9 @@ double time(int n, F f) {
 
 // The level that the library's load hook chooses on this processor.
 int level() {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx")      ? 5
-         : __builtin_cpu_supports("sse4.1") ? 4
-         : __builtin_cpu_supports("ssse3")  ? 2
-         : __builtin_cpu_supports("sse3")   ? 1
-                                            : 0;
+  uint64_t features = 0;
+  qorvane::queryProcessorFeatures(&features, nullptr);
+  return qorvane::chooseLevel(features).level;
 }
 
 // Arguments spread evenly over the range of the data.

@@ -14,7 +14,7 @@ grep -q '^Libs.private: .*-l' "$libdir/pkgconfig/qorvane.pc" || fail "qorvane.pc
 
 # check KIND PROGRAM: runs it, and looks whether it needs the shared library.
 check() {
-  "$2" || fail "$2 returned $?"
+  "$2" > /dev/null || fail "$2 returned $?"
   needed=$(readelf -d "$2" | grep -c 'NEEDED.*Tarnwell' || true)
   [ "$needed" = "$([ "$1" = Shared ] && echo 1 || echo 0)" ] || fail "$2 isn't linked to the $1 library"
 }
