@@ -47,14 +47,14 @@ quietly cmake -S "$source/tests/consumer/fortran" -B "$build/fortran" -DCMAKE_PR
 quietly cmake --build "$build/fortran"
 "$build/fortran/consumer"
 
-echo "folders with absolute names"
-configure -DCMAKE_INSTALL_PREFIX="$build/absolute" -DCMAKE_INSTALL_LIBDIR="$build/elsewhere/lib" -DCMAKE_INSTALL_INCLUDEDIR="$build/elsewhere/include"
+echo "a library folder with an absolute name"
+configure -DCMAKE_INSTALL_PREFIX="$build/absolute" -DCMAKE_INSTALL_LIBDIR="$build/elsewhere/lib"
 built
 installed
 "$source/tests/package_test.sh" "$build/elsewhere" "$source" cc Shared Static
 
 echo "the static library alone; over an installation of both; and both over it"
-configure -UCMAKE_INSTALL_PREFIX -UCMAKE_INSTALL_LIBDIR -UCMAKE_INSTALL_INCLUDEDIR -DBUILD_SHARED_LIBS=OFF
+configure -UCMAKE_INSTALL_PREFIX -UCMAKE_INSTALL_LIBDIR -DBUILD_SHARED_LIBS=OFF
 built
 installed --prefix "$prefix"
 installed --prefix "$build/static"
