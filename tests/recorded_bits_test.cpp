@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "frame/kernel_frame.h"
+#include "tests/every_function.h"
 #include "tests/recorded_inputs.h"
 #include "tests/test_support.h"
 
@@ -19,8 +21,8 @@ namespace {
 struct Recorded {
   const char* name;
   int level;
-  uint64_t digest, shortDigest;  // of 100,000 arguments and more, and of some 6000, for emulated processors
-  uint64_t estimates;            // the digest of the processor's estimates, 0 where they don't enter
+  uint64_t digest, shortDigest, modes;  // of 100,000 arguments and more, and of some 6000, for emulated processors
+  uint64_t estimates;                   // the digest of the processor's estimates, 0 where they don't enter
 };
 const Recorded recorded[] = {
 #include "tests/recorded_bits.inc"
@@ -69,6 +71,34 @@ uint64_t digestOf(const Function& f, int level, int32_t count) {
   return digest.value;
 }
 
+// What a caller's modes make of the results of a program that inherits them, and NaNs with their signs and payloads,
+// one at a time: of two operands that are NaNs, compilers may choose either.
+uint64_t digestOfModesAndNaNs(const Function& f, int level) {
+  AtLevel at(level);
+  Digest digest;
+  constexpr int32_t length = 1001;
+  const auto take = [&](const Inputs& x, bool nans) {
+    Outputs y = {std::vector<double>(f.reals(length)), std::vector<double>(f.reals(length))};
+    f({{x.in[0].data(), x.in[1].data()}, {y[0].data(), y[1].data()}, {x.value[0], x.value[1]}, length, {}, {}});
+    writeMxcsr(0x1f80);
+    for (const auto& out : y)
+      for (const double v : out) digest(!nans && v != v ? 0x7ff8000000000000u : bits(v));
+  };
+  if (f.at(level).mxcsr == MxcsrClass::none)
+    for (const uint32_t mode : {0x2000u, 0x4000u, 0x6000u, 0x8000u, 0x40u, 0x8040u})
+      for (const Inputs& x : {mixedInputs(f, 41, length), ordinaryInputs(f, 42, length)}) {
+        writeMxcsr(0x1f80 | mode);
+        take(x, false);
+      }
+  for (const uint64_t nan : {0x7ff8000000000000u, 0xfff8000000000123u, 0x7ff0000000000456u, 0xfff4000000000789u})
+    for (size_t place = 0; place < f.reals(2) * static_cast<size_t>(f.signature.inputs); ++place) {
+      Inputs x = ordinaryInputs(f, 43, length);
+      x.in[place / f.reals(2)][f.reals(200) + place % f.reals(2)] = number(nan);
+      take(x, true);
+    }
+  return digest.value;
+}
+
 TEST(RecordedBits, AreTheSameHere) {
   for (const Function& f : functions())
     for (int level : supportedLevels()) {
@@ -80,6 +110,7 @@ TEST(RecordedBits, AreTheSameHere) {
       ASSERT_NE(r, std::end(recorded)) << f.name << ", level " << level << " isn't recorded";
       if (std::getenv("QORVANE_EXPECTED_LEVEL") == nullptr) {
         EXPECT_EQ(digestOf(f, level, manyArguments), r->digest) << f.name << ", level " << level;
+        EXPECT_EQ(digestOfModesAndNaNs(f, level), r->modes) << f.name << ", level " << level << ": modes and NaNs";
       } else {
         EXPECT_EQ(digestOf(f, level, fewArguments), r->shortDigest) << f.name << ", level " << level;
       }
@@ -94,8 +125,9 @@ TEST(RecordedBits, Recorder) {
   std::fprintf(out, "// Written by recorded_bits_test.cpp.\n");
   for (const Function& f : functions())
     for (int level : supportedLevels())
-      std::fprintf(out, "{\"%s\", %d, 0x%016" PRIx64 ", 0x%016" PRIx64 ", 0x%016" PRIx64 "},\n", f.name.data(), level,
-                   digestOf(f, level, manyArguments), digestOf(f, level, fewArguments), estimatesIn(f, level));
+      std::fprintf(out, "{\"%s\", %d, 0x%016" PRIx64 ", 0x%016" PRIx64 ", 0x%016" PRIx64 ", 0x%016" PRIx64 "},\n",
+                   f.name.data(), level, digestOf(f, level, manyArguments), digestOf(f, level, fewArguments),
+                   digestOfModesAndNaNs(f, level), estimatesIn(f, level));
   std::fclose(out);
 }
 
