@@ -151,10 +151,12 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish f
     return {core(x)};
   };
   return stretchLoop<longestStretch, shortestStretch, 8>(
-      len, [=](int64_t i, int64_t count) INLINED { return stretch(src + i, dst + i, count, finish); },
-      [=](int64_t i, int64_t count) INLINED {
-        return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(src + i, dst + i, count, core, isOutlier, lane);
-      });
+      len,
+      [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(from, to, count, finish); },
+      [=](int64_t count, const Float64* from, Float64* to) INLINED {
+        return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(from, to, count, core, isOutlier, lane);
+      },
+      src, dst);
 }
 
 }  // namespace

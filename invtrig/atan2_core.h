@@ -27,23 +27,37 @@ INLINE V whereNegative(V x, V v) {
   return andBits(lessLanes(x, broadcast<V>(0.0)), v);
 }
 
+template <class V>
+struct Fraction {
+  V nh, nl, d, dl;  // numerator; denominator d, cut to its upper part, and dl
+};
+template <class V, class Kept>
+INLINE Fraction<V> fraction(V a, V b, const Interval<V, Kept>& interval) {
+  const V c = interval.c;
+  const auto kept = interval.kept;
+  const V ah = upperPart(a), al = a - ah, bh = upperPart(b), bl = b - bh;
+  const V n0 = kept(ah) - c * bh, n1 = kept(al) - c * bl, n = n0 - n1, nh = upperPart(n);
+  const V d0 = kept(bh) + c * ah, d1 = kept(bl) + c * al, d = d0 + d1;
+  return {nh, (n - nh) + (n1 - (n - n0)), d, (d1 + (d0 - d)) + (d - upperPart(d))};
+}
+
+// The angle, from u in two parts and rest = atan(u) - u.
+template <class V>
+INLINE V sum(V y, V x, V rest, V uh, V ul, V hi, V lo) {
+  constexpr Float64 restOfPi = fromBits(0x3ca1a64000000000);  // 1.2246741164581576e-16: pi - RN(pi), cut
+  const V t = (ul + lo) + whereNegative(x, broadcast<V>(-restOfPi));
+  const V v = ((rest + t) + uh) + hi;
+  return orBits(xorBits(v, signOf(x)) + whereNegative(x, broadcast<V>(pi)), signOf(y));
+}
+
 template <class V, class IntervalOf>
 INLINE V atan2Core(V y, V x, IntervalOf intervalOf) {
-  constexpr Float64 restOfPi = fromBits(0x3ca1a64000000000);  // 1.2248...e-16: pi - RN(pi), cut
   const V a = magnitude(y), b = magnitude(x);
   const auto interval = intervalOf(a, b);
-  const auto kept = interval.kept;
-  const V c = interval.c;
-  const V ah = upperPart(a), al = a - ah, bh = upperPart(b), bl = b - bh;
-  const V n0 = kept(ah) - c * bh, n1 = kept(al) - c * bl, n = n0 - n1;
-  const V d0 = kept(bh) + c * ah, d1 = kept(bl) + c * al, d = d0 + d1;
-  const V nh = upperPart(n), nl = (n - nh) + (n1 - (n - n0));
-  const V dh = upperPart(d), dl = (d1 + (d0 - d)) + (d - dh);
-  const auto [uh, ul] = quotient(nh, nl, dh, dl);
-  const V u = ul + uh, sign = signOf(x);
-  const V t = (ul + interval.lo) + whereNegative(x, broadcast<V>(-restOfPi));
-  const V v = ((atanSeries(u) * u + t) + uh) + interval.hi;
-  return orBits(xorBits(v, sign) + whereNegative(x, broadcast<V>(pi)), signOf(y));
+  const auto [nh, nl, d, dl] = fraction(a, b, interval);
+  const auto [uh, ul] = quotient(nh, nl, upperPart(d), dl);
+  const V u = ul + uh;
+  return sum(y, x, atanSeries(u) * u, uh, ul, interval.hi, interval.lo);
 }
 
 }  // namespace

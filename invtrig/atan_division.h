@@ -38,8 +38,12 @@ INLINE V residual(V dh, V dl, V y) {
   return (dh * y - 1.0) + dl * y;
 }
 template <class V>
-INLINE V restOfReciprocal(V e, V y) {
-  return (((((e - 1.0) * e + 1.0) * e - 1.0) * e + 1.0) * e - 1.0) * e * y;
+INLINE V reciprocalSeries(V e) {  // up to e^4 of r, negated and divided by y e
+  return (((e - 1.0) * e + 1.0) * e - 1.0) * e + 1.0;
+}
+template <class V>
+INLINE V restOfReciprocal(V series, V e, V y) {
+  return (series * e - 1.0) * e * y;
 }
 
 template <class V>
@@ -48,25 +52,27 @@ struct Quotient {
 };
 template <class V>
 INLINE Quotient<V> quotient(V nh, V nl, V dh, V dl) {
-  const V y = reciprocalSeed(dh), r = restOfReciprocal(residual(dh, dl, y), y);
+  const V y = reciprocalSeed(dh), e = residual(dh, dl, y), r = restOfReciprocal(reciprocalSeries(e), e, y);
   return {y * nh, (r * nh + r * nl) + y * nl};
 }
+
+// Coefficients of atan(u) / u - 1, of the even and the odd polynomial.
+constexpr Float64 g5 = fromBits(0x3f8be4fbe6733718);  // 0.013620346040990536
+constexpr Float64 g4 = fromBits(0x3fa6ad5558fe19c9);  // 0.044291178811409156
+constexpr Float64 g3 = fromBits(0x3fae12f1edf7c393);  // 0.058738289164359213
+constexpr Float64 g2 = fromBits(0x3fb3b132b731e73a);  // 0.07692257854969578
+constexpr Float64 g1 = fromBits(0x3fbc71c719f99f96);  // 0.11111111053617004
+constexpr Float64 g0 = fromBits(0x3fc9999999998f43);  // 0.19999999999992654
+constexpr Float64 h5 = fromBits(0xbfa04cd71f92185e);  // -0.031836245158999729
+constexpr Float64 h4 = fromBits(0xbfaa9e755ca13d23);  // -0.051990191991189393
+constexpr Float64 h3 = fromBits(0xbfb1108d326c68ed);  // -0.066658806620043712
+constexpr Float64 h2 = fromBits(0xbfb745d119677a4f);  // -0.09090906973094913
+constexpr Float64 h1 = fromBits(0xbfc2492492441a21);  // -0.14285714284797371
+constexpr Float64 h0 = fromBits(0xbfd5555555555552);  // -0.33333333333333315
 
 // atan(u) / u - 1, as an even and an odd polynomial in z = u^2
 template <class V>
 INLINE V atanSeries(V u) {
-  constexpr Float64 g5 = fromBits(0x3f8be4fbe6733718);  // 0.013620346040990536
-  constexpr Float64 g4 = fromBits(0x3fa6ad5558fe19c9);  // 0.044291178811409156
-  constexpr Float64 g3 = fromBits(0x3fae12f1edf7c393);  // 0.058738289164359213
-  constexpr Float64 g2 = fromBits(0x3fb3b132b731e73a);  // 0.07692257854969578
-  constexpr Float64 g1 = fromBits(0x3fbc71c719f99f96);  // 0.11111111053617004
-  constexpr Float64 g0 = fromBits(0x3fc9999999998f43);  // 0.19999999999992654
-  constexpr Float64 h5 = fromBits(0xbfa04cd71f92185e);  // -0.031836245158999729
-  constexpr Float64 h4 = fromBits(0xbfaa9e755ca13d23);  // -0.051990191991189393
-  constexpr Float64 h3 = fromBits(0xbfb1108d326c68ed);  // -0.066658806620043712
-  constexpr Float64 h2 = fromBits(0xbfb745d119677a4f);  // -0.09090906973094913
-  constexpr Float64 h1 = fromBits(0xbfc2492492441a21);  // -0.14285714284797371
-  constexpr Float64 h0 = fromBits(0xbfd5555555555552);  // -0.33333333333333315
   const V z = u * u, z2 = z * z;
   const V even = ((((g5 * z2 + g4) * z2 + g3) * z2 + g2) * z2 + g1) * z2 + g0;
   const V odd = ((((h5 * z2 + h4) * z2 + h3) * z2 + h2) * z2 + h1) * z2 + h0;

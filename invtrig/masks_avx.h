@@ -6,7 +6,7 @@ namespace qorvane {
 namespace {
 
 // Whether a < b, without a flag where either is a quiet NaN.
-INLINE Float64 quietlyLess(Float64 a, Float64 b) { return fromBits(-uint64_t{__builtin_isless(a, b)}); }
+INLINE Float64 quietlyLess(Float64 a, Float64 b) { return fromBits(-static_cast<uint64_t>(__builtin_isless(a, b))); }
 INLINE Lanes4 quietlyLess(Lanes4 a, Lanes4 b) { return _mm256_cmp_pd(a, b, _CMP_LT_OQ); }
 template <int K>
 INLINE Pack<Lanes4, K> quietlyLess(Pack<Lanes4, K> a, Pack<Lanes4, K> b) {
