@@ -11,10 +11,10 @@ constexpr auto finish = [](auto x, auto a, auto t) INLINED {
   using V = decltype(x);
   const V sign = signOf(x), zero = broadcast<V>(0.0);
   const V negative = quietlyLess(x, zero);
-  const V constantHi = choose(t.notBig, broadcast<V>(halfPi), andBits(negative, broadcast<V>(pi)));
-  const V constantLo = choose(t.notBig, broadcast<V>(halfPiLo), andBits(negative, broadcast<V>(piLo)));
+  const V constantHi = select(t.notBig, broadcast<V>(halfPi), andBits(negative, broadcast<V>(pi)));
+  const V constantLo = select(t.notBig, broadcast<V>(halfPiLo), andBits(negative, broadcast<V>(piLo)));
   const V corr = withoutBits(t.corr, t.notBig);
-  const V leading = choose(t.notBig, orBits(a, broadcast<V>(-0.0)), t.hi);
+  const V leading = select(t.notBig, orBits(a, broadcast<V>(-0.0)), t.hi);
   const V v = t.series * (leading - corr) + (xorBits(constantLo, sign) - corr);
   return xorBits(v + leading, sign) + constantHi;
 };

@@ -10,8 +10,8 @@ constexpr auto finish = [](auto x, auto a, auto t) INLINED {
   using V = decltype(x);
   const V difference = halfPi - t.hi;
   const V low = (halfPiLo + t.corr) - (t.hi - (halfPi - difference));
-  const V leading = choose(t.notBig, a, difference);
-  const V v = t.series * choose(t.notBig, a, t.corr - t.hi) + withoutBits(low, t.notBig);
+  const V leading = select(t.notBig, a, difference);
+  const V v = t.series * select(t.notBig, a, t.corr - t.hi) + withoutBits(low, t.notBig);
   return xorBits(leading + v, signOf(x));
 };
 

@@ -22,8 +22,8 @@ constexpr auto intervalOf = [](auto a, auto b) INLINED {
   const auto isAbove = [&](Float64 bound) INLINED { return quietlyLess(b * bound, high); };
   const V m1 = isAbove(0.4375), m2 = isAbove(0.6875), m3 = isAbove(1.1875), m4 = isAbove(2.4375);
   const auto pick = [&](Float64 v1, Float64 v2, Float64 v3, Float64 v4) INLINED {
-    const V low = choose(m2, broadcast<V>(v2), andBits(m1, broadcast<V>(v1)));
-    return choose(m4, broadcast<V>(v4), choose(m3, broadcast<V>(v3), low));
+    const V low = select(m2, broadcast<V>(v2), andBits(m1, broadcast<V>(v1)));
+    return select(m4, broadcast<V>(v4), select(m3, broadcast<V>(v3), low));
   };
   const auto kept = [m4](V v) INLINED { return withoutBits(v, m4); };
   return Interval<V, decltype(kept)>{pick(0.5, 1.0, 1.5, 1.0), pick(atanHalf, quarterPi, atanThreeHalves, halfPi),

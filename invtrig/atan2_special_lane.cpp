@@ -33,7 +33,7 @@ Split quotient(Split n, Split d) {
   return {q, ((n.lo - productLess(q, d.hi, n.hi)) - q * d.lo) / d.hi};
 }
 
-// atan(q) - q for |q| up to 1/8
+// atan(q) - q for |q| up to 1/16
 Float64 atanRest(Float64 q) {
   constexpr Float64 p6 = fromBits(0xbfb029bd34239994);  // -0.063136887768996452
   constexpr Float64 p5 = fromBits(0x3fb3ab7c1048afd1);  // 0.076835397697038191
@@ -55,7 +55,7 @@ Float64 scaledAngle(Float64 a, Float64 b, bool isSupplement) {
                                           : fromBits(static_cast<uint64_t>(2046 - exponent) << 52);
   a = a * scale, b = b * scale;  // exact: 2^-105 or more, and below 2^55
 
-  constexpr uint32_t lowest = 0x3fc00000, pastHighest = 0x40300000;  // 1/8, 16
+  constexpr uint32_t lowest = 0x3fb00000, pastHighest = 0x40300000;  // 1/16, 16
   const uint32_t ratio = highWord(a / b);
   Split base{0.0, 0.0}, u;
   if (ratio < lowest) {

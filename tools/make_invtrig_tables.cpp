@@ -72,10 +72,10 @@ void writeAtanTables(FILE* out) {
 void writeAtan2Tables(FILE* out) {
   std::fprintf(out,
                "// Written by tools/make_invtrig_tables.cpp. atan b rounded and the rest of it, at the middles b of\n"
-               "// the sixteenths of the binades from 2^-3 up to 2^4.\n"
-               "alignas(16) constexpr Float64 atanMiddles[112][2] = {\n");
-  for (int i = 0; i < 112; ++i) {
-    const Split point = splitAtan(number(0x3fc08000'00000000 + (uint64_t(i) << 48)));
+               "// the sixteenths of the binades from 2^-4 up to 2^4.\n"
+               "alignas(16) constexpr Float64 atanMiddles[128][2] = {\n");
+  for (int i = 0; i < 128; ++i) {
+    const Split point = splitAtan(number(0x3fb08000'00000000 + (uint64_t(i) << 48)));
     writeRow(out, {point.hi, point.lo});
   }
   std::fprintf(out, "};\n");
