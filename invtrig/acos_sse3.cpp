@@ -17,7 +17,9 @@ constexpr auto finish = [](auto x, auto t) INLINED {
 };
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return arcLoop(src, dst, len, finish, [](Float64 x) { return x > 0 ? 0.0 : pi; });
+  return arcLoop(
+      src, dst, len, finish, [](Float64 x) { return x > 0 ? 0.0 : pi; },
+      [](Float64 x) { return xorBits(x + x, -0.0); });
 }
 
 }  // namespace

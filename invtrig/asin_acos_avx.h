@@ -46,13 +46,6 @@ INLINE V rootSeed(V t) {
     return _mm256_cvtps_pd(_mm_rsqrt_ps(singles(t)));
 }
 
-INLINE Float64 minimum(Float64 a, Float64 b) { return a < b ? a : b; }
-INLINE Lanes4 minimum(Lanes4 a, Lanes4 b) { return _mm256_min_pd(a, b); }
-template <int K>
-INLINE Pack<Lanes4, K> minimum(Pack<Lanes4, K> a, Pack<Lanes4, K> b) {
-  return makePack<K>([&](int i) INLINED { return minimum(a.part[i], b.part[i]); });
-}
-
 // With s = 1 - a and the seed y.
 template <class V>
 struct Product {
@@ -73,14 +66,14 @@ struct ArcTerms {
 };
 
 template <class V>
-INLINE V argumentOf(V a, V t) {  // z
-  return minimum(a * a, t);
-}
-template <class V>
 INLINE V below(V a) {
   return quietlyLess(a, broadcast<V>(0.5));
 }
 
+template <class V>
+INLINE V argumentOf(V a, V t) {  // z
+  return select(below(a), a * a, t);
+}
 template <class V>
 INLINE ArcTerms<V> arcTerms(V a) {
   const V s = 1.0 - a, t = s * 0.5, z = argumentOf(a, t), z2 = z * z;
@@ -92,10 +85,10 @@ INLINE ArcTerms<V> arcTerms(V a) {
   return {below(a), hi, corr, (((upper * z2 + (k8 * z + k9)) * z + k10) * z + k11) * z};
 }
 
-// Whether any |x| is 1 or more.
+// Mask of |x| from 1 up.
 template <class V>
-INLINE bool anyOutlier(V x) {
-  return signMask(quietlyLess(broadcast<V>(fromBits(0x3fefffffffffffff)), magnitude(x))) != 0;
+INLINE V isOutlier(V x) {
+  return quietlyLess(broadcast<V>(fromBits(0x3fefffffffffffff)), magnitude(x));
 }
 
 // Stretches without outliers. A vector's chain of operations takes some ninety cycles; it is cut
@@ -108,15 +101,16 @@ INLINE bool stretch(const Float64* src, Float64* dst, int64_t count, Finish fini
   alignas(32) Float64 ss[longestStretch], zs[longestStretch], corrs[longestStretch], ps[longestStretch];
   Float64* const his = ss;  // hi takes the place of s
   alignas(32) float seeds[longestStretch];
-  V smallest = broadcast<V>(1.0);
+  V anyOutlying = broadcast<V>(0.0);
+  for (int64_t i = 0; i < count; i += vector) anyOutlying = orBits(anyOutlying, isOutlier(load<V>(src + i)));
+  if (signMask(anyOutlying) != 0) return false;
+
   for (int64_t i = 0; i < count; i += vector) {
     const V a = magnitude(load<V>(src + i)), s = 1.0 - a, t = s * 0.5;
-    smallest = minimum(s, smallest);  // a NaN leaves it alone
     store(ss + i, s);
     store(zs + i, argumentOf(a, t));
     _mm_store_ps(seeds + i, _mm_rsqrt_ps(singles(t)));
   }
-  if (signMask(quietlyLess(broadcast<V>(0.0), smallest)) != 15) return false;
   using Block = Pack<V, 2>;
   for (int64_t i = 0; i < count; i += 2 * vector) {
     const Block z = load<Block>(zs + i), z2 = z * z;
@@ -145,17 +139,15 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish f
     const auto a = magnitude(x);
     return finish(x, a, arcTerms(a));
   };
-  const auto isOutlier = [](auto x) INLINED { return anyOutlier(x); };
+  const auto anyOutlier = [](auto x) INLINED { return signMask(isOutlier(x)) != 0; };
   const auto lane = [=](Float64 x) -> Element {
-    if (isOutlier(x)) return outlier(x);
+    if (anyOutlier(x)) return outlier(x);
     return {core(x)};
   };
   return stretchLoop<longestStretch, shortestStretch, 8>(
-      len,
-      [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(from, to, count, finish); },
-      [=](int64_t count, const Float64* from, Float64* to) INLINED {
-        return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(from, to, count, core, isOutlier, lane);
-      },
+      len, [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(from, to, count, finish); },
+      [=](int64_t count, const Float64* from, Float64* to)
+          INLINED { return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(from, to, count, core, anyOutlier, lane); },
       src, dst);
 }
 

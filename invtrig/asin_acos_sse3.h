@@ -93,13 +93,14 @@ INLINE ArcTerms<V> arcTerms(V a) {
   return {big, hi, lo, arcSeries(z) * (hi + lo)};
 }
 
-// finish(V x, ArcTerms<V>) -> V; atOne(Float64 x) gives the results of 1 and -1.
-template <class Finish, class AtOne>
-INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, AtOne atOne) {
+// finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of NaNs.
+template <class Finish, class AtOne, class OfNan>
+INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, AtOne atOne, OfNan ofNan) {
   const auto fast = [=](auto x) INLINED { return finish(x, arcTerms(magnitude(x))); };
   return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(
       src, dst, len, fast, [](auto x) INLINED { return anyMagnitudeFrom(x, outlierHighWord); },
       [=](Float64 x) -> Element {
+        if (x != x) return {ofNan(x)};
         if (magnitude(x) == 1.0) return {atOne(x)};
         if (magnitude(x) > 1.0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
         return {fast(x)};

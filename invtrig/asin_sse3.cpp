@@ -14,7 +14,8 @@ constexpr auto finish = [](auto x, auto t) INLINED {
 };
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return arcLoop(src, dst, len, finish, [](Float64 x) { return orBits(halfPi, signOf(x)); });
+  return arcLoop(
+      src, dst, len, finish, [](Float64 x) { return orBits(halfPi, signOf(x)); }, [](Float64 x) { return x + x; });
 }
 
 }  // namespace

@@ -8,10 +8,10 @@ namespace qorvane {
 namespace {
 
 // The angles of the points 1/2, 1 and 3/2: atan c rounded and the rest of it.
-constexpr Float64 atanHalf = fromBits(0x3fddac670561bb4f);         // 0.46364760900080609
-constexpr Float64 atanHalfLo = fromBits(0x3c7a2b7f222f65e2);       // 2.2698777452961687e-17
-constexpr Float64 quarterPiLo = fromBits(0x3c81a62633145c07);      // 3.061616997868383e-17
-constexpr Float64 atanThreeHalves = fromBits(0x3fef730bd281f69b);  // 0.98279372324732905
+constexpr Float64 atanHalf = fromBits(0x3fddac670561bb4f);           // 0.46364760900080609
+constexpr Float64 atanHalfLo = fromBits(0x3c7a2b7f222f65e2);         // 2.2698777452961687e-17
+constexpr Float64 quarterPiLo = fromBits(0x3c81a62633145c07);        // 3.061616997868383e-17
+constexpr Float64 atanThreeHalves = fromBits(0x3fef730bd281f69b);    // 0.98279372324732905
 constexpr Float64 atanThreeHalvesLo = fromBits(0x3c7007887af0cbbd);  // 1.3903311031230998e-17
 
 // The interval of a / b, by comparing the high word of a with those of multiples of b. A number of
@@ -53,12 +53,12 @@ nuvStatus blocks(int64_t len, const Float64* srcA, const Float64* srcB, Float64*
 // Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
 bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
   using V = Lanes4;
-  Extremes extremes;
+  V allWithin = broadcast<V>(-0.0);  // the sign bits count
   eachVector(count, [&](int64_t i) INLINED {
-    const V y = load<V>(srcA + i), x = load<V>(srcB + i);
-    extremes.take(magnitude(y)), extremes.take(magnitude(x)), extremes.takeNans(y, x);
+    const V a = magnitude(load<V>(srcA + i)), b = magnitude(load<V>(srcB + i));
+    allWithin = andBits(allWithin, andBits(isWithin(a, 0x1p-120, 0x1p120), isWithin(b, 0x1p-120, 0x1p120)));
   });
-  if (!extremes.within(0x1p-120, 0x1p120)) return false;
+  if (signMask(allWithin) != 15) return false;
 
   alignas(32) Column his, los;
   Stages s;
@@ -73,8 +73,8 @@ bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* d
   beginSeries(s, count);
   eachVector(count, [&](int64_t i) INLINED {
     const V y = load<V>(srcA + i), x = load<V>(srcB + i);
-    store(dst + i, sum(y, x, seriesAt(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(his + i),
-                       load<V>(los + i)));
+    store(dst + i,
+          sum(y, x, seriesAt(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(his + i), load<V>(los + i)));
   });
   return true;
 }

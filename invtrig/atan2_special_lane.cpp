@@ -95,8 +95,7 @@ Float64 angleOf(Float64 y, Float64 x) {
   const Float64 ofNegativeAxis = isNegative ? angle(pi, piLo) : 0.0;
   if (a == infinity) {
     if (b != infinity) return angle(halfPi, halfPiLo);
-    return isNegative ? angle(2.356194490192345, 9.184850993605148e-17)
-                      : angle(quarterPi, 3.061616997868383e-17);
+    return isNegative ? angle(2.356194490192345, 9.184850993605148e-17) : angle(quarterPi, 3.061616997868383e-17);
   }
   if (a == 0 || b == infinity) return ofNegativeAxis;
   if (b == 0) return angle(halfPi, halfPiLo);

@@ -77,18 +77,17 @@ bool stretch(int64_t count, const Float64* src, Float64* dst) {
   alignas(32) Column keys;
   Stages s;
   const auto rows = [&](int64_t i) INLINED {
-    return [=, &keys](int lane) INLINED {
-      return uint64_t{32} * reinterpret_cast<const unsigned char*>(keys + i + lane)[3];
-    };
+    return [=, &keys](int lane)
+               INLINED { return uint64_t{32} * reinterpret_cast<const unsigned char*>(keys + i + lane)[3]; };
   };
-  Extremes extremes;
+  V allWithin = broadcast<V>(-0.0);  // the sign bits count
   eachVector(count, [&](int64_t i) INLINED {
-    const V x = load<V>(src + i);
-    extremes.take(magnitude(x)), extremes.takeNans(x, x);
-    const V cut = andBits(x, broadcast<V>(fromBits(0x7fffffff00000000)));
-    store<V>(keys + i, V(_mm256_min_pd(cut, broadcast<V>(lastKey))) + keyShifter);
+    const V cut = andBits(load<V>(src + i), broadcast<V>(fromBits(0x7fffffff00000000)));
+    const V within = isWithin(cut, 0x1p-1020, 0x1p126);
+    allWithin = andBits(allWithin, within);
+    store<V>(keys + i, V(_mm256_min_pd(andBits(cut, within), broadcast<V>(lastKey))) + keyShifter);
   });
-  if (!extremes.within(0x1p-1020, 0x1p126)) return false;
+  if (signMask(allWithin) != 15) return false;
 
   eachVector(count, [&](int64_t i) INLINED {
     const V a = magnitude(load<V>(src + i)), ah = upperPart(a);

@@ -75,20 +75,10 @@ INLINE Lanes4 seriesAt(Stages& s, int64_t i) {  // atan(u) - u
   return (even * z2 + odd * z) * load<V>(s.u + i);
 }
 
-// The least and the greatest of magnitudes, and whether there was a NaN.
-struct Extremes {
-  Lanes4 least = broadcast<Lanes4>(1.0), greatest = least, anyNan = broadcast<Lanes4>(0.0);
-  INLINE void take(Lanes4 a) {
-    least = _mm256_min_pd(a, least);
-    greatest = _mm256_max_pd(a, greatest);
-  }
-  INLINE void takeNans(Lanes4 a, Lanes4 b) { anyNan = orBits<Lanes4>(anyNan, _mm256_cmp_pd(a, b, _CMP_UNORD_Q)); }
-  INLINE bool within(Float64 from, Float64 to) const {
-    const Lanes4 inside = andBits(_mm256_cmp_pd(broadcast<Lanes4>(from), least, _CMP_LE_OQ),
-                                  quietlyLess(greatest, broadcast<Lanes4>(to)));
-    return signMask(withoutBits(inside, anyNan)) == 15;
-  }
-};
+// Mask of the numbers a with from <= a < to.
+INLINE Lanes4 isWithin(Lanes4 a, Float64 from, Float64 to) {
+  return withoutBits(quietlyLess(a, broadcast<Lanes4>(to)), quietlyLess(a, broadcast<Lanes4>(from)));
+}
 
 }  // namespace
 }  // namespace qorvane

@@ -28,8 +28,10 @@ struct Interval {
   uint64_t knownHi, knownLo;
 };
 constexpr Interval intervals[] = {
-    {1.0, true, 0x3ff921fb54442d18, 0x3c91a62633145c07},  {1.5, false, 0x3fef730bd281f69b, 0x3c7007887af0cbbd},
-    {1.0, false, 0x3fe921fb54442d18, 0x3c81a62633145c07}, {0.5, false, 0x3fddac670561bb4f, 0x3c7a2b7f222f65e2},
+    {1.0, true, 0x3ff921fb54442d18, 0x3c91a62633145c07},
+    {1.5, false, 0x3fef730bd281f69b, 0x3c7007887af0cbbd},
+    {1.0, false, 0x3fe921fb54442d18, 0x3c81a62633145c07},
+    {0.5, false, 0x3fddac670561bb4f, 0x3c7a2b7f222f65e2},
     {0.0, false, 0, 0},
 };
 Split pointOf(int row) {
@@ -43,15 +45,16 @@ Split pointOf(int row) {
 constexpr int ends[] = {39, 19, 11, 7};
 
 void writeAtanTables(FILE* out) {
-  std::fprintf(out,
-               "// Written by tools/make_invtrig_tables.cpp. For t in each interval a point c with\n"
-               "//   atan t = atan c + atan((t - c) / (1 + c t))\n"
-               "// and in the first atan t = pi/2 + atan(-1 / t). A row has c, `kept`, atan c rounded (pi/2 in the\n"
-               "// first) and the rest of it. `kept` is 1, and 0 in the first row: what it multiplies, or is added as,\n"
-               "// falls away there.\n"
-               "\n"
-               "// t above 39/16, 19/16, 11/16, 7/16, and the others; `kept` is a mask here\n"
-               "alignas(32) constexpr Float64 atanRows[5][4] = {\n");
+  std::fprintf(
+      out,
+      "// Written by tools/make_invtrig_tables.cpp. For t in each interval a point c with\n"
+      "//   atan t = atan c + atan((t - c) / (1 + c t))\n"
+      "// and in the first atan t = pi/2 + atan(-1 / t). A row has c, `kept`, atan c rounded (pi/2 in the\n"
+      "// first) and the rest of it. `kept` is 1, and 0 in the first row: what it multiplies, or is added as,\n"
+      "// falls away there.\n"
+      "\n"
+      "// t above 39/16, 19/16, 11/16, 7/16, and the others; `kept` is a mask here\n"
+      "alignas(32) constexpr Float64 atanRows[5][4] = {\n");
   for (int row = 0; row < 5; ++row) {
     const Split point = pointOf(row);
     writeRow(out, {intervals[row].c, number(intervals[row].isInverted ? 0 : ~uint64_t{0}), point.hi, point.lo});
