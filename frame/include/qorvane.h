@@ -276,30 +276,32 @@ QORVANE_API nuvStatus nuvsTan_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 
 /* ---- Inverse trigonometric functions --------------------------------------------------------- */
 
-/* dst[i] = the arc sine of src[i], in radians; asin(±0) = ±0.
-   Results: |x| above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN gives a
-   NaN.
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5.
-   Not served yet: declared, not exported. */
+/* dst[i] = the arc sine of src[i], in radians, from -pi/2 to pi/2; asin(±0) = ±0.
+   Results: a magnitude above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN
+   gives itself, quieted, at level 5 perhaps without its payload's low bits.
+   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5, none
+   by itself at levels 1 to 4.
+   Accuracy: largest error found 0.859 (levels 1 to 4), 0.899 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsAsin_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAsin_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAsin_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
-/* dst[i] = the arc cosine of src[i], in radians.
-   Results: |x| above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN gives a
-   NaN.
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5.
-   Not served yet: declared, not exported. */
+/* dst[i] = the arc cosine of src[i], in radians, from 0 to pi; acos(1) = +0.
+   Results: a magnitude above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN
+   gives a quiet NaN, which at levels 1 to 4 is itself with the other sign.
+   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5, none
+   by itself at levels 1 to 4.
+   Accuracy: largest error found 0.778 (levels 1 to 4), 0.831 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsAcos_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAcos_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAcos_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
-/* dst[i] = the arc tangent of src[i], in radians. No element fails: ±Inf gives ±pi/2, -0 gives -0,
-   a NaN a NaN.
+/* dst[i] = the arc tangent of src[i], in radians, from -pi/2 to pi/2. No element fails: ±Inf gives
+   ±pi/2, ±0 itself, a NaN itself, quieted. Subnormal numbers are arguments like any other.
    Own modes at levels 1 to 4, the caller's at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.855 (levels 1 to 4), 0.686 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsAtan_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAtan_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAtan_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -309,9 +311,10 @@ QORVANE_API nuvStatus nuvsAtan_64f_A53_Idx(const Float64* src, int32_t srcOffset
    = srcA[i], x = srcB[i].
    Results: the sign is that of y; y = ±0 gives ±0 for an x without sign bit and ±pi for one with
    it, +0 and -0 included; ±pi/2 for x = ±0 with y not 0; multiples of pi/4 where both are infinite;
-   a NaN in either gives a NaN.
+   a NaN in either gives a NaN. No element fails. By blocks of 4 at levels 1 to 4: magnitudes below
+   2^-1020, zeros included, or from 2^993 up, infinities, NaNs.
    Own modes at levels 1 to 4, the caller's at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.746 ulp; subnormal results 2.0 units of 2^-1074. */
 QORVANE_API nuvStatus nuvsAtan2_64f_A53(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
 /* nuvsAtan2_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAtan2_64f_A53_Idx(const Float64* srcA, int32_t srcAOffset, const Float64* srcB,
