@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/detection.h"
 #include "frame/include/qorvane.h"
 #include "tools/call.h"
 #include "tools/ranges.h"
@@ -209,12 +210,9 @@ double time(int n, F f) {
 
 // The level that the library's load hook chooses on this processor.
 int level() {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx")      ? 5
-         : __builtin_cpu_supports("sse4.1") ? 4
-         : __builtin_cpu_supports("ssse3")  ? 2
-         : __builtin_cpu_supports("sse3")   ? 1
-                                            : 0;
+  uint64_t features = 0;
+  qorvane::queryProcessorFeatures(&features, nullptr);
+  return qorvane::chooseLevel(features).level;
 }
 
 // A long array from the function's everyday range.

@@ -8,89 +8,11 @@
 #include <string>
 
 #include "tools/accuracy_measure.h"
+#include "tools/accuracy_options.h"
 #include "tools/accuracy_report.h"
 
 namespace {
 using namespace accuracy;
-
-constexpr char usage[] =
-    "usage: qorvane-accuracy [OPTIONS] [FUNCTION...]\n"
-    "Measures the functions (all served ones by default) against exact values, in units in the last place.\n"
-    "  --level N      one level (default: each group of levels that run one program)\n"
-    "  --range NAME   one range, by a part of its name (default: all of the function)\n"
-    "  --count N      arguments for each range and level (default 1000000)\n"
-    "  --seed N       of the generator (default 1)\n"
-    "  --hunt         search around the worst arguments for worse ones, and print them as rows of "
-    "tests/worst_arguments.inc\n"
-    "  --at A [B]     one argument, or one pair (hexadecimal numbers and 0x patterns of 16 digits are understood "
-    "too)\n"
-    "  --all FOLDER   measure and hunt everything, write the table into FOLDER/accuracy.md and plots into "
-    "FOLDER/accuracy/\n"
-    "  --list         the functions, their ranges and bounds\n";
-
-struct Options {
-  std::vector<const Function*> functions;
-  int level = 0;
-  std::string range, report;
-  int64_t count = 1000000;
-  uint64_t seed = 1;
-  bool hunting = false, list = false;
-  std::vector<double> at;
-};
-
-[[noreturn]] void stop(const char* what, const char* which) {
-  std::fprintf(stderr, "qorvane-accuracy: %s %s\n\n%s", what, which, usage);
-  std::exit(2);
-}
-
-double parseNumber(const char* text) {
-  char* end;
-  if (std::strlen(text) == 18 && std::strncmp(text, "0x", 2) == 0 && std::strpbrk(text, ".pP") == nullptr) {
-    const uint64_t pattern = std::strtoull(text, &end, 16);
-    double x;
-    std::memcpy(&x, &pattern, 8);
-    if (*end == 0) return x;
-  }
-  const double x = std::strtod(text, &end);
-  if (*end != 0) stop("not a number:", text);
-  return x;
-}
-
-Options parse(int count, char** arguments) {
-  Options o;
-  for (int i = 1; i < count; ++i) {
-    const std::string option = arguments[i];
-    const auto value = [&] {
-      return i + 1 < count ? arguments[++i] : (stop("a value is missing after", arguments[i]), nullptr);
-    };
-    if (option == "--level")
-      o.level = std::atoi(value());
-    else if (option == "--range")
-      o.range = value();
-    else if (option == "--count")
-      o.count = static_cast<int64_t>(parseNumber(value()));
-    else if (option == "--seed")
-      o.seed = std::strtoull(value(), nullptr, 0);
-    else if (option == "--hunt")
-      o.hunting = true;
-    else if (option == "--all")
-      o.report = value();
-    else if (option == "--list")
-      o.list = true;
-    else if (option == "--at") {
-      o.at.push_back(parseNumber(value()));
-      if (i + 1 < count && findFunction(arguments[i + 1]) == nullptr && arguments[i + 1][0] != '-')
-        o.at.push_back(parseNumber(value()));
-    } else if (const Function* f = findFunction(option))
-      o.functions.push_back(f);
-    else
-      stop(option[0] == '-' ? "no such option:" : "not served:", arguments[i]);
-  }
-  if (o.functions.empty())
-    for (const Function& f : servedFunctions()) o.functions.push_back(&f);
-  if (o.count < 1) stop("--count is at least", "1");
-  return o;
-}
 
 // On stderr, when the work takes longer than two seconds.
 struct Clock {
@@ -174,7 +96,7 @@ int runAt(const Options& o) {
 
 int run(const Options& o) {
   const std::vector<Job> all = jobs(o);
-  if (all.empty()) stop("no such range or level:", o.range.c_str());
+  if (all.empty()) stop("these functions have no range " + o.range);
   Clock clock;
   bool within = true;
   for (size_t i = 0; i < all.size(); ++i) {
@@ -212,7 +134,7 @@ int run(const Options& o) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const Options o = parse(count, arguments);
+  const Options o = readOptions(count, arguments);
   if (o.list) {
     for (const Function* f : o.functions)
       for (const Range& r : rangesOf(f->stem))
