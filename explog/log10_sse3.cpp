@@ -7,7 +7,7 @@
 // is only log10 e / C0 - 1. |r| < 2^-11, and f * c is made of two exact products. At f just below 2
 // the row is log10 2, which the exponent's term cancels for x just below 1.
 //
-// Error: at most 0.59 ulp, near 1 (0.585 found at 0.99972). The kernel runs in round-to-nearest
+// Error: at most 0.586 ulp, near 1 (found at 0.99972). The kernel runs in round-to-nearest
 // with subnormals honoured, whatever the caller's mode.
 //
 // Special values: NaN gives the same NaN, +Inf +Inf; +0 and -0 give -Inf and a pole; below zero the

@@ -187,7 +187,7 @@ INLINE uint64_t laneOf(Offsets offsets, int lane) {
     return static_cast<uint32_t>(offsets);
   } else if constexpr (sizeof offsets == sizeof(uint64_t)) {
     return offsets;
-  } else if constexpr (requires(Bits2 & bits) { bits = offsets; }) {
+  } else if constexpr (sizeof offsets[0] == sizeof(uint64_t)) {
     return lane == 0 ? offsets[0] : offsets[1];
   } else {
     const Bits2 pairs = reinterpret_cast<Bits2>(offsets);
