@@ -78,8 +78,8 @@ for stem, function in functions.items():
     expected = wrapped(sentence(function))
     if stated is None or stated[0].split() != expected.split():
         wrong.append(f"nuvs{function['name']}: {' '.join(stated[0].split()) if stated else 'nothing'}\n  instead of {sentence(function)}")
-        if stated:
-            text = text[:start] + comment.replace(stated[0], expected) + text[declaration:]
+        renewed = comment.replace(stated[0], expected) if stated else comment.replace(" */", "\n" + expected + " */")
+        text = text[:start] + renewed + text[declaration:]
 if "--write" in sys.argv:
     header.write_text(text)
 
