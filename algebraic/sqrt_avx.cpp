@@ -18,7 +18,8 @@ namespace {
 
 #include "algebraic/sqrt_tables.inc"
 
-// (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3) in e = 1 - x y^2.
+// In e = 1 - x y^2:
+// (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3), |e| <= 3 * 2^-12: error 2^-58.0
 struct Steps : RootSteps<0xfffffffff8000000> {
   static constexpr std::array coefficients = {
       fromBits(0x3fd1800032338cbb),  // p4 = 0.27343754675366555

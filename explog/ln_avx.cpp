@@ -25,7 +25,7 @@ namespace {
 constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa0000);  // 0.6931471805582987: E * ln2Hi + a row's high part is exact
 constexpr Float64 ln2Lo = fromBits(0x3d7cf79abc9e0000);  // 1.6465949582866463e-12: ln 2 - ln2Hi
 
-// ln(1 + r) = r + r^2 * (a2 + a3 r + a4 r^2 + a5 r^3)
+// ln(1 + r) = r + r^2 (a2 + a3 r + a4 r^2 + a5 r^3), |r| <= 2^-9.5: error 2^-52.2
 constexpr Float64 a5 = fromBits(0x3fc9999cacdb4d0a);  // 0.2000003665949424
 constexpr Float64 a4 = fromBits(0xbfd0000148058ee1);  // -0.2500003054940248
 constexpr Float64 a3 = fromBits(0x3fd55555555543c5);  // 0.33333333333308374
@@ -46,7 +46,7 @@ INLINE Lanes4 core(const Reduced& reduced) {
 }
 
 [[gnu::noinline, gnu::cold]] Element lnSpecialLane(Float64 x) {
-  // ln(1 + r) = r + r^2 * (b2 + ... + b8 r^6)
+  // ln(1 + r) = r + r^2 (b2 + ... + b8 r^6), |r| <= 2^-7: error 2^-63.2
   constexpr Float64 b8 = fromBits(0xbfc000b405a2836d);            // -0.1250214602960357
   constexpr Float64 b7 = fromBits(0x3fc249c02481059d);            // 0.1428756883852146
   constexpr Float64 b6 = fromBits(0xbfc555555228b38f);            // -0.1666666651884978
