@@ -13,8 +13,10 @@ import mpmath
 
 mpmath.mp.prec = 160
 root = Path(__file__).resolve().parent.parent
-functions = {"exp": mpmath.exp, "ln": mpmath.log, "log10": mpmath.log10, "log2": lambda x: mpmath.log(x, 2),
-             "sin": mpmath.sin, "cos": mpmath.cos, "tan": mpmath.tan}
+functions = {name: getattr(mpmath, name) for name in (
+    "exp", "log10", "sin", "cos", "tan", "asin", "acos", "atan", "sinh", "cosh", "tanh", "asinh", "acosh", "atanh", "erf", "erfc",
+    "erfinv", "sqrt", "cbrt")}
+functions.update(ln=mpmath.log, log2=lambda x: mpmath.log(x, 2))
 statement = re.compile(r"([^,;:]+?) = ([^,;:=]+?)(?: with z = (\w)\^2)?, \|(\w)\| <= ([^:;]+?): error 2\^(-[\d.]+)")
 pattern = r"fromBits\(0x([0-9a-f]{16})\)"
 
