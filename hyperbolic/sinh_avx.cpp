@@ -25,6 +25,12 @@ constexpr int flaggedHighWord = 0x40862dea;
 
 using V = Lanes4;
 
+// `yes` in the lanes where the mask is set. The compiler takes the intrinsic apart into branches.
+INLINE V select(V mask, V yes, V no) {
+  asm("vblendvpd %3, %2, %1, %0" : "=x"(no) : "x"(no), "x"(yes), "x"(mask));
+  return no;
+}
+
 // What the first pass finds of a strip of elements.
 template <int64_t length>
 struct Strip {
@@ -40,8 +46,8 @@ INLINE void reduce(V a, Strip<length>& strip, int64_t i) {
   const V t = a * invLn2By8 + shifter, n = t - shifter;
   const V small = _mm256_cmp_pd(n, _mm256_set1_pd(1.0), _CMP_LE_OQ);
   const V remainder = (a - n * ln2By8Hi) - n * ln2By8Lo;
-  store(strip.r + i, V(_mm256_blendv_pd(remainder, a, small)));
-  store(strip.u + i, V(_mm256_blendv_pd(remainder, a * a, small)));
+  store(strip.r + i, select(small, a, remainder));
+  store(strip.u + i, select(small, a * a, remainder));
   store(strip.small + i, small);
 
   const Words4 whole = lowWords(t), row = whole > 255 ? (whole & 7) | 248 : whole;
@@ -53,21 +59,24 @@ INLINE void reduce(V a, Strip<length>& strip, int64_t i) {
 // The second pass in three steps: the upper terms, the lower terms, and the sum.
 template <int64_t length>
 INLINE V upperTerms(const Strip<length>& strip, int64_t i) {
+  const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
   const V u = load<V>(strip.u + i);
-  const auto [e6, e7] = columnsAt<V>(sinhPolyTable[0], strip.offsets + i, 6);
-  const auto [e4, e5] = columnsAt<V>(sinhPolyTable[0], strip.offsets + i, 4);
+  const auto [e6, e7] = columns(rows, 6);
+  const auto [e4, e5] = columns(rows, 4);
   return ((e7 * u + e6) * u + e5) * u + e4;
 }
 template <int64_t length>
 INLINE V lowerTerms(V p, const Strip<length>& strip, int64_t i) {
+  const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
   const V u = load<V>(strip.u + i);
-  const auto [e2, e3] = columnsAt<V>(sinhPolyTable[0], strip.offsets + i, 2);
+  const auto [e2, e3] = columns(rows, 2);
   return ((p * u + e3) * u + e2) * u;
 }
 template <int64_t length>
 INLINE V sum(V p, const Strip<length>& strip, int64_t i) {
+  const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
   const V r = load<V>(strip.r + i), small = load<V>(strip.small + i);
-  const auto [e0, e1] = columnsAt<V>(sinhPolyTable[0], strip.offsets + i, 0);
+  const auto [e0, e1] = columns(rows, 0);
   const V early = _mm256_and_pd(small, e0), late = _mm256_andnot_pd(small, e0);
   return ((e1 * r + (p * r + early)) + late) * load<V>(strip.scale + i);  // the last product is exact
 }

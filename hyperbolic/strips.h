@@ -14,12 +14,28 @@ struct Columns {
   V first, second;
 };
 
-// `offsets`: the byte offsets of the rows, `column` an even number.
+// The rows of the lanes. The offsets are read anew for every step of a pipeline: a compiler that knew that two steps
+// read the same ones would keep them, in registers that it doesn't have.
 template <class V>
-INLINE Columns<V> columnsAt(const Float64* table, const uint32_t* offsets, int column) {
-  const auto pair = [&](int lane) INLINED {
-    return _mm_load_pd(reinterpret_cast<const Float64*>(reinterpret_cast<const char*>(table) + offsets[lane]) + column);
+struct Rows {
+  const char* row[laneCount<V>];
+};
+template <class V>
+INLINE Rows<V> rowsAt(const void* table, const uint32_t* offsets) {
+  const auto row = [&](int lane) INLINED {
+    return static_cast<const char*>(table) + const_cast<const volatile uint32_t*>(offsets)[lane];
   };
+  if constexpr (laneCount<V> == 2)
+    return {{row(0), row(1)}};
+  else
+    return {{row(0), row(1), row(2), row(3)}};
+}
+
+// Columns `column`, an even number, and the next.
+template <class V>
+INLINE Columns<V> columns(const Rows<V>& rows, int column) {
+  const auto pair = [&](int lane)
+                        INLINED { return _mm_load_pd(reinterpret_cast<const Float64*>(rows.row[lane]) + column); };
   if constexpr (laneCount<V> == 2) {
     const __m128d row0 = pair(0), row1 = pair(1);
     return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
@@ -64,7 +80,7 @@ template <class V, class Core, class Special>
 // Magnitudes whose high word is at least `limit` are for `special`: Element(Float64). Strips without them go through
 // `pipeline`: void(src, dst, count), with a multiple of four elements; the rest by vectors through `core`: V(V). No
 // arithmetic but that of `special` is made on special elements, so they raise no other flags.
-constexpr int64_t longestStrip = 512, shortestStrip = 16;
+constexpr int64_t longestStrip = 256, shortestStrip = 16;
 template <class V, class Pipeline, class Core, class Special>
 INLINE nuvStatus stripLoop(const Float64* src, Float64* dst, int64_t len, int limit, Pipeline pipeline, Core core,
                            Special special) {

@@ -67,22 +67,25 @@ struct TanhSteps {
 
 template <class V>
 INLINE void upperTerms(TanhSteps<V>& s, const Float64* t, const uint32_t* offsets) {
+  const auto rows = rowsAt<V>(tanhPolyTable, offsets);
   const V u = load<V>(t);
-  const auto [k9, k10] = columnsAt<V>(tanhPolyTable[0], offsets, columnsK9);
-  const auto [k7, k8] = columnsAt<V>(tanhPolyTable[0], offsets, columnsK7);
+  const auto [k9, k10] = columns(rows, columnsK9);
+  const auto [k7, k8] = columns(rows, columnsK7);
   s.upper = k7 + u * (k8 + u * (k9 + u * k10));
 }
 template <class V>
 INLINE void lowerTerms(TanhSteps<V>& s, const Float64* t, const uint32_t* offsets) {
+  const auto rows = rowsAt<V>(tanhPolyTable, offsets);
   const V u = load<V>(t);
-  const auto [k5, k6] = columnsAt<V>(tanhPolyTable[0], offsets, columnsK5);
-  const auto [k3, k4] = columnsAt<V>(tanhPolyTable[0], offsets, columnsK3);
+  const auto [k5, k6] = columns(rows, columnsK5);
+  const auto [k3, k4] = columns(rows, columnsK3);
   s.lower = k3 + u * (k4 + u * (k5 + u * (k6 + u * s.upper)));
 }
 template <class V>
 INLINE void slope(TanhSteps<V>& s, const Float64* t, const uint32_t* offsets) {
+  const auto rows = rowsAt<V>(tanhPolyTable, offsets);
   const V u = load<V>(t);
-  const auto [A, k2] = columnsAt<V>(tanhPolyTable[0], offsets, columnsAk2);
+  const auto [A, k2] = columns(rows, columnsAk2);
   s.A = A;
   s.Q = u * (k2 + u * s.lower);
   s.slope = A + s.Q;
@@ -98,7 +101,8 @@ INLINE void product(TanhSteps<V>& s, const Float64* t) {
 }
 template <class V>
 INLINE V value(const TanhSteps<V>& s, const uint32_t* offsets) {
-  const auto [C, B] = columnsAt<V>(tanhPolyTable[0], offsets, columnsCB);
+  const auto rows = rowsAt<V>(tanhPolyTable, offsets);
+  const auto [C, B] = columns(rows, columnsCB);
   const V sum = B + s.product, dif = s.product - sum, error = (dif + B) + (s.product - (sum + dif));
   return ((error + s.productLow) + C) + sum;
 }
