@@ -104,7 +104,7 @@ INLINE void pipeline(const Float64* src, Float64* dst, int64_t count) {
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return stripLoop<V>(src, dst, len, flaggedHighWord, pipeline, core, coshSpecialLane);
+  return stripLoop<V>(src, dst, len, flaggedHighWord, true, pipeline, core, coshSpecialLane);
 }
 
 }  // namespace

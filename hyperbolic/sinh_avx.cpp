@@ -23,6 +23,8 @@ constexpr Float64 ln2By8Lo = fromBits(0xbd18432a1b0e2634);   // -2.1549305657018
 // |x| from 709.7392578125 up, infinities and NaNs
 constexpr int flaggedHighWord = 0x40862dea;
 
+constexpr int lastOctave = 31;  // of the table
+
 using V = Lanes4;
 
 // `yes` in the lanes where the mask is set. The compiler takes the intrinsic apart into branches.
@@ -31,60 +33,70 @@ INLINE V select(V mask, V yes, V no) {
   return no;
 }
 
-// What the first pass finds of a strip of elements.
+// What the first pass finds of the elements of a strip.
 template <int64_t length>
 struct Strip {
   alignas(32) Float64 r[length];         // the remainder, or a where n is 0 or 1
   alignas(32) Float64 u[length];         // the polynomial's variable: r, or a^2 where n is 0 or 1
-  alignas(32) Float64 small[length];     // all ones where n is 0 or 1, else 0
-  alignas(32) Float64 scale[length];     // the power of 2
+  alignas(32) Float64 scale[length];     // the power of 2, with the sign of x
   alignas(16) uint32_t offsets[length];  // of the rows, in bytes
 };
 
+// Gives all ones where n is 0 or 1.
 template <int64_t length>
-INLINE void reduce(V a, Strip<length>& strip, int64_t i) {
-  const V t = a * invLn2By8 + shifter, n = t - shifter;
+INLINE V reduce(V x, Strip<length>& strip, int64_t i) {
+  const V a = magnitude(x), t = a * invLn2By8 + shifter, n = t - shifter;
   const V small = _mm256_cmp_pd(n, _mm256_set1_pd(1.0), _CMP_LE_OQ);
   const V remainder = (a - n * ln2By8Hi) - n * ln2By8Lo;
   store(strip.r + i, select(small, a, remainder));
   store(strip.u + i, select(small, a * a, remainder));
-  store(strip.small + i, small);
 
-  const Words4 whole = lowWords(t), row = whole > 255 ? (whole & 7) | 248 : whole;
-  const Words4 offset = row << 6;
+  // Row n up to 255; above, the row of the last octave, and the octaves that are left
+  const __m128i whole = reinterpret_cast<__m128i>(lowWords(t));
+  const Words4 octave = reinterpret_cast<Words4>(_mm_max_epi32(_mm_srli_epi32(whole, 3), _mm_set1_epi32(lastOctave)));
+  const Words4 offset = (reinterpret_cast<Words4>(whole) << 6) - ((octave - lastOctave) << 9);
   __builtin_memcpy(strip.offsets + i, &offset, sizeof offset);
-  store(strip.scale + i, fromHighWords<V>(((whole - row) << 17) + 0x3ff00000));
+  store(strip.scale + i, orBits(fromHighWords<V>((octave + (1023 - lastOctave)) << 20), signOf(x)));
+  return small;
 }
 
-// The second pass in three steps: the upper terms, the lower terms, and the sum.
+// The second pass in steps. Each loads the columns that the next one uses.
+struct UpperColumns {
+  V e4, e5, e6, e7;
+};
+struct LowerColumns {
+  V p, e2, e3;
+};
+struct LastColumns {
+  V p, e0, e1;
+};
 template <int64_t length>
-INLINE V upperTerms(const Strip<length>& strip, int64_t i) {
+INLINE UpperColumns upperColumns(const Strip<length>& strip, int64_t i) {
   const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
-  const V u = load<V>(strip.u + i);
   const auto [e6, e7] = columns(rows, 6);
   const auto [e4, e5] = columns(rows, 4);
-  return ((e7 * u + e6) * u + e5) * u + e4;
+  return {e4, e5, e6, e7};
 }
 template <int64_t length>
-INLINE V lowerTerms(V p, const Strip<length>& strip, int64_t i) {
-  const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
+INLINE LowerColumns upperTerms(UpperColumns c, const Strip<length>& strip, int64_t i) {
+  const auto [e2, e3] = columns(rowsAt<V>(sinhPolyTable, strip.offsets + i), 2);
   const V u = load<V>(strip.u + i);
-  const auto [e2, e3] = columns(rows, 2);
-  return ((p * u + e3) * u + e2) * u;
+  return {((c.e7 * u + c.e6) * u + c.e5) * u + c.e4, e2, e3};
 }
 template <int64_t length>
-INLINE V sum(V p, const Strip<length>& strip, int64_t i) {
-  const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
-  const V r = load<V>(strip.r + i), small = load<V>(strip.small + i);
-  const auto [e0, e1] = columns(rows, 0);
-  const V early = _mm256_and_pd(small, e0), late = _mm256_andnot_pd(small, e0);
-  return ((e1 * r + (p * r + early)) + late) * load<V>(strip.scale + i);  // the last product is exact
+INLINE LastColumns lowerTerms(LowerColumns c, const Strip<length>& strip, int64_t i) {
+  const auto [e0, e1] = columns(rowsAt<V>(sinhPolyTable, strip.offsets + i), 0);
+  const V u = load<V>(strip.u + i);
+  return {((c.p * u + c.e3) * u + c.e2) * u, e0, e1};
 }
 
+// e0 of the rows 0 and 1 is added first, that of the others last.
 INLINE V core(V x) {
   Strip<4> strip;
-  reduce(magnitude(x), strip, 0);
-  return orBits(sum(lowerTerms(upperTerms(strip, 0), strip, 0), strip, 0), signOf(x));
+  const V small = reduce(x, strip, 0), r = load<V>(strip.r);
+  const auto [p, e0, e1] = lowerTerms(upperTerms(upperColumns(strip, 0), strip, 0), strip, 0);
+  const V early = _mm256_and_pd(small, e0), late = _mm256_andnot_pd(small, e0);
+  return ((e1 * r + (p * r + early)) + late) * load<V>(strip.scale);  // the last product is exact
 }
 
 [[gnu::noinline, gnu::cold]] Element sinhSpecialLane(Float64 x) {
@@ -93,23 +105,30 @@ INLINE V core(V x) {
   return {orBits(halfExponential(magnitude(x)), signOf(x)), nuvStatusOk};
 }
 
-// Elements that aren't flagged, a multiple of four of them.
+// Elements that aren't flagged, a multiple of four of them, in round-to-nearest: e0 of the rows 0 and 1 is below half a
+// unit in the last place of both terms that it could be added to, so it may come last too.
 INLINE void pipeline(const Float64* src, Float64* dst, int64_t count) {
-  Strip<longestStrip + 8> strip;
-  for (int64_t i = 0; i < count; i += 4) reduce(magnitude(load<V>(src + i)), strip, i);
-  for (int64_t i = count; i < count + 8; i += 4) reduce(V{}, strip, i);
+  Strip<longestStrip + 12> strip;
+  for (int64_t i = 0; i < count; i += 4) reduce(load<V>(src + i), strip, i);
+  for (int64_t i = count; i < count + 12; i += 4) reduce(V{}, strip, i);  // what the steps read beyond the end
 
-  V lower = lowerTerms(upperTerms(strip, 0), strip, 0), upper = upperTerms(strip, 4);
+  LastColumns last = lowerTerms(upperTerms(upperColumns(strip, 0), strip, 0), strip, 0);
+  LowerColumns lower = upperTerms(upperColumns(strip, 4), strip, 4);
+  UpperColumns upper = upperColumns(strip, 8);
   for (int64_t i = 0; i < count; i += 4) {
-    const V y = sum(lower, strip, i);
-    lower = lowerTerms(upper, strip, i + 4);
-    upper = upperTerms(strip, i + 8);
-    store(dst + i, orBits(y, signOf(load<V>(src + i))));
+    const V r = load<V>(strip.r + i);
+    const V y = ((last.e1 * r + last.p * r) + last.e0) * load<V>(strip.scale + i);
+    last = lowerTerms(lower, strip, i + 4);
+    lower = upperTerms(upper, strip, i + 8);
+    upper = upperColumns(strip, i + 12);
+    store(dst + i, y);
   }
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return stripLoop<V>(src, dst, len, flaggedHighWord, pipeline, core, sinhSpecialLane);
+  constexpr uint32_t roundingControl = 0x6000;
+  const bool byStrips = len >= shortestStrip && (readMxcsr() & roundingControl) == 0;
+  return stripLoop<V>(src, dst, len, flaggedHighWord, byStrips, pipeline, core, sinhSpecialLane);
 }
 
 }  // namespace

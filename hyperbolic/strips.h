@@ -82,13 +82,13 @@ template <class V, class Core, class Special>
 // arithmetic but that of `special` is made on special elements, so they raise no other flags.
 constexpr int64_t longestStrip = 256, shortestStrip = 16;
 template <class V, class Pipeline, class Core, class Special>
-INLINE nuvStatus stripLoop(const Float64* src, Float64* dst, int64_t len, int limit, Pipeline pipeline, Core core,
-                           Special special) {
+INLINE nuvStatus stripLoop(const Float64* src, Float64* dst, int64_t len, int limit, bool byStrips, Pipeline pipeline,
+                           Core core, Special special) {
   nuvStatus status = nuvStatusOk;
   while (len > 0) {
     int64_t count = len < longestStrip ? len : longestStrip;
     const int64_t whole = count & ~int64_t{3};
-    if (count >= shortestStrip && !anyMagnitudeFrom<V>(src, whole, limit)) {
+    if (byStrips && count >= shortestStrip && !anyMagnitudeFrom<V>(src, whole, limit)) {
       count = whole;
       pipeline(src, dst, count);
     } else {

@@ -164,7 +164,7 @@ template <class V>
 INLINE nuvStatus tanhLoop(const Float64* src, Float64* dst, int64_t len) {
   constexpr int infiniteHighWord = 0x7ff00000;
   const auto core = [](V x) INLINED { return tanhVector(x); };
-  return stripLoop<V>(src, dst, len, infiniteHighWord, tanhPipeline<V>, core, tanhSpecialLane);
+  return stripLoop<V>(src, dst, len, infiniteHighWord, true, tanhPipeline<V>, core, tanhSpecialLane);
 }
 
 }  // namespace
