@@ -8,7 +8,7 @@
 // Special values: a NaN gives the NaN quieted, infinities +Inf; from 710.475860073944 up +Inf and overflow, which
 // raises its flag. Rounding mode, FTZ and DAZ are the caller's.
 #include "frame/kernel_frame.h"
-#include "hyperbolic/exponential_lane.h"
+#include "hyperbolic/sinh_cosh_avx.h"
 
 namespace qorvane {
 namespace {
@@ -59,19 +59,16 @@ INLINE Exponentials exponentials(const Float64* keys) {
     Bits2 A, B, C;
   };
   const auto half = [&](int first) INLINED {
-    const uint64_t j0 = reinterpret_cast<const unsigned char*>(keys + first)[0];  // 2j
-    const uint64_t j1 = reinterpret_cast<const unsigned char*>(keys + first + 1)[0];
-    const Bits2 exponent = (bitsOf(load<Lanes2>(keys + first)) << 44) & 0x7ff0000000000000;
-    const __m128d row0 = rowAt(coshTable128, 8 * j0), row1 = rowAt(coshTable128, 8 * j1);
-    const auto inverse = [](uint64_t j) INLINED {
-      return reinterpret_cast<const Float64*>(reinterpret_cast<const char*>(coshInverseTable128) + 4 * j);
+    const auto twiceJ = [&](int lane) INLINED {
+      return uint64_t{reinterpret_cast<const unsigned char*>(keys + first + lane)[0]};
     };
-    const Lanes2 inverses = _mm_loadh_pd(_mm_load_sd(inverse(j0)), inverse(j1));
-    return Half{bitsOf(Lanes2(_mm_unpacklo_pd(row0, row1))) + exponent,
-                bitsOf(Lanes2(_mm_unpackhi_pd(row0, row1))) + exponent, bitsOf(inverses) - exponent};
+    const auto [high, low] = twoColumns<Lanes2>(coshTable128, [&](int lane) INLINED { return 8 * twiceJ(lane); });
+    const auto inverse = column<Lanes2>(coshInverseTable128, [&](int lane) INLINED { return 4 * twiceJ(lane); });
+    const Bits2 exponent = (bitsOf(load<Lanes2>(keys + first)) << 44) & 0x7ff0000000000000;
+    return Half{bitsOf(high) + exponent, bitsOf(low) + exponent, bitsOf(inverse) - exponent};
   };
   const Half low = half(0), high = half(2);
-  return {valueOf<V>({low.A, high.A}), valueOf<V>({low.B, high.B}), valueOf<V>({low.C, high.C})};
+  return {valueOf<V>({{low.A, high.A}}), valueOf<V>({{low.B, high.B}}), valueOf<V>({{low.C, high.C}})};
 }
 
 INLINE V sum(const Series& s, const Exponentials& e) {
@@ -84,27 +81,38 @@ INLINE V core(V x) {
   return sum(series(load<V>(r)), exponentials(keys));
 }
 
-[[gnu::noinline, gnu::cold]] Element coshSpecialLane(Float64 x) {
-  if ((highWord(x) & 0x7ff00000) == 0x7ff00000) return {x * x, nuvStatusOk};
+constexpr auto isFlagged = [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); };
+
+// Any argument. In a block with flagged elements the others have the bits that they have elsewhere.
+Element coshFixLane(Float64 x) {
+  if (!isFlagged(x)) return {core(broadcast<V>(x))[0]};
+  if ((highWord(x) & 0x7ff00000) == 0x7ff00000) return {x * x};
   if (magnitude(x) >= firstOverflow) return {opaque(largestFinite) * opaque(largestFinite), nuvStatusOverflow};
-  return {halfExponential(magnitude(x)), nuvStatusOk};
+  return {halfExponential(magnitude(x))};
 }
 
-// Elements that aren't flagged, a multiple of four of them.
-INLINE void pipeline(const Float64* src, Float64* dst, int64_t count) {
+// A strip without flagged elements, their number a multiple of four.
+INLINE void strip(const Float64* src, Float64* dst, int64_t count) {
   alignas(32) Float64 r[longestStrip + 4], keys[longestStrip];
   for (int64_t i = 0; i < count; i += 4) reduce(magnitude(load<V>(src + i)), r + i, keys + i);
   store(r + count, V{});
-  Series s = series(load<V>(r));
-  for (int64_t i = 0; i < count; i += 4) {
-    const V y = sum(s, exponentials(keys + i));
-    s = series(load<V>(r + i + 4));
-    store(dst + i, y);
-  }
+  Series s;
+  pipeline<4>(
+      count, [&](int64_t i, V y) INLINED { store(dst + i, y); }, [&](int64_t i) INLINED { s = series(load<V>(r + i)); },
+      [&](int64_t i) INLINED { return sum(s, exponentials(keys + i)); });
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return stripLoop<V>(src, dst, len, flaggedHighWord, true, pipeline, core, coshSpecialLane);
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return stretchLoop<longestStrip, shortestStrip, 4>(
+      len,
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        const bool fits = !anyMagnitudeFrom(x, count, flaggedHighWord);
+        if (fits) strip(x, y, count);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y)
+          INLINED { return guardedUnaryLoop<V, Raises::yes>(x, y, count, core, isFlagged, coshFixLane); },
+      src, dst);
 }
 
 }  // namespace

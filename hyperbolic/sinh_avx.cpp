@@ -8,7 +8,7 @@
 // Special values: a NaN gives the NaN quieted, infinities themselves, sinh(-0) -0; from 710.475860073944 up in
 // magnitude the result is infinite and overflow, which raises its flag. Rounding mode, FTZ and DAZ are the caller's.
 #include "frame/kernel_frame.h"
-#include "hyperbolic/exponential_lane.h"
+#include "hyperbolic/sinh_cosh_avx.h"
 
 namespace qorvane {
 namespace {
@@ -26,12 +26,6 @@ constexpr int flaggedHighWord = 0x40862dea;
 constexpr int lastOctave = 31;  // of the table
 
 using V = Lanes4;
-
-// `yes` in the lanes where the mask is set. The compiler takes the intrinsic apart into branches.
-INLINE V select(V mask, V yes, V no) {
-  asm("vblendvpd %3, %2, %1, %0" : "=x"(no) : "x"(no), "x"(yes), "x"(mask));
-  return no;
-}
 
 // What the first pass finds of the elements of a strip.
 template <int64_t length>
@@ -55,7 +49,7 @@ INLINE V reduce(V x, Strip<length>& strip, int64_t i) {
   const __m128i whole = reinterpret_cast<__m128i>(lowWords(t));
   const Words4 octave = reinterpret_cast<Words4>(_mm_max_epi32(_mm_srli_epi32(whole, 3), _mm_set1_epi32(lastOctave)));
   const Words4 offset = (reinterpret_cast<Words4>(whole) << 6) - ((octave - lastOctave) << 9);
-  __builtin_memcpy(strip.offsets + i, &offset, sizeof offset);
+  storeWords(strip.offsets + i, offset);
   store(strip.scale + i, orBits(fromHighWords<V>((octave + (1023 - lastOctave)) << 20), signOf(x)));
   return small;
 }
@@ -72,20 +66,20 @@ struct LastColumns {
 };
 template <int64_t length>
 INLINE UpperColumns upperColumns(const Strip<length>& strip, int64_t i) {
-  const auto rows = rowsAt<V>(sinhPolyTable, strip.offsets + i);
-  const auto [e6, e7] = columns(rows, 6);
-  const auto [e4, e5] = columns(rows, 4);
+  const auto rows = rowsAt<V>(strip.offsets + i);
+  const auto [e6, e7] = twoColumns<V>(sinhPolyTable[0] + 6, rows);
+  const auto [e4, e5] = twoColumns<V>(sinhPolyTable[0] + 4, rows);
   return {e4, e5, e6, e7};
 }
 template <int64_t length>
 INLINE LowerColumns upperTerms(UpperColumns c, const Strip<length>& strip, int64_t i) {
-  const auto [e2, e3] = columns(rowsAt<V>(sinhPolyTable, strip.offsets + i), 2);
+  const auto [e2, e3] = twoColumns<V>(sinhPolyTable[0] + 2, rowsAt<V>(strip.offsets + i));
   const V u = load<V>(strip.u + i);
   return {((c.e7 * u + c.e6) * u + c.e5) * u + c.e4, e2, e3};
 }
 template <int64_t length>
 INLINE LastColumns lowerTerms(LowerColumns c, const Strip<length>& strip, int64_t i) {
-  const auto [e0, e1] = columns(rowsAt<V>(sinhPolyTable, strip.offsets + i), 0);
+  const auto [e0, e1] = twoColumns<V>(sinhPolyTable[0], rowsAt<V>(strip.offsets + i));
   const V u = load<V>(strip.u + i);
   return {((c.p * u + c.e3) * u + c.e2) * u, e0, e1};
 }
@@ -95,40 +89,56 @@ INLINE V core(V x) {
   Strip<4> strip;
   const V small = reduce(x, strip, 0), r = load<V>(strip.r);
   const auto [p, e0, e1] = lowerTerms(upperTerms(upperColumns(strip, 0), strip, 0), strip, 0);
-  const V early = _mm256_and_pd(small, e0), late = _mm256_andnot_pd(small, e0);
+  const V early = andBits(small, e0), late = withoutBits(e0, small);
   return ((e1 * r + (p * r + early)) + late) * load<V>(strip.scale);  // the last product is exact
 }
 
-[[gnu::noinline, gnu::cold]] Element sinhSpecialLane(Float64 x) {
-  if ((highWord(x) & 0x7ff00000) == 0x7ff00000) return {x + x, nuvStatusOk};
+constexpr auto isFlagged = [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); };
+
+// Any argument. In a block with flagged elements the others have the bits that they have elsewhere.
+Element sinhFixLane(Float64 x) {
+  if (!isFlagged(x)) return {core(broadcast<V>(x))[0]};
+  if ((highWord(x) & 0x7ff00000) == 0x7ff00000) return {x + x};
   if (magnitude(x) >= firstOverflow) return {opaque(x) * opaque(largestFinite), nuvStatusOverflow};
-  return {orBits(halfExponential(magnitude(x)), signOf(x)), nuvStatusOk};
+  return {orBits(halfExponential(magnitude(x)), signOf(x))};
 }
 
-// Elements that aren't flagged, a multiple of four of them, in round-to-nearest: e0 of the rows 0 and 1 is below half a
-// unit in the last place of both terms that it could be added to, so it may come last too.
-INLINE void pipeline(const Float64* src, Float64* dst, int64_t count) {
-  Strip<longestStrip + 12> strip;
+// A strip without flagged elements, their number a multiple of four, in round-to-nearest: e0 of the
+// rows 0 and 1 is below half a unit in the last place of both terms that it could be added to, so it
+// may come last too.
+INLINE void evaluate(const Float64* src, Float64* dst, int64_t count) {
+  constexpr int64_t ahead = 12;
+  Strip<longestStrip + ahead> strip;
   for (int64_t i = 0; i < count; i += 4) reduce(load<V>(src + i), strip, i);
-  for (int64_t i = count; i < count + 12; i += 4) reduce(V{}, strip, i);  // what the steps read beyond the end
+  for (int64_t i = count; i < count + ahead; i += 4) reduce(V{}, strip, i);
 
-  LastColumns last = lowerTerms(upperTerms(upperColumns(strip, 0), strip, 0), strip, 0);
-  LowerColumns lower = upperTerms(upperColumns(strip, 4), strip, 4);
-  UpperColumns upper = upperColumns(strip, 8);
-  for (int64_t i = 0; i < count; i += 4) {
-    const V r = load<V>(strip.r + i);
-    const V y = ((last.e1 * r + last.p * r) + last.e0) * load<V>(strip.scale + i);
-    last = lowerTerms(lower, strip, i + 4);
-    lower = upperTerms(upper, strip, i + 8);
-    upper = upperColumns(strip, i + 12);
-    store(dst + i, y);
-  }
+  UpperColumns upper;
+  LowerColumns lower;
+  LastColumns last;
+  pipeline<4>(
+      count, [&](int64_t i, V y) INLINED { store(dst + i, y); },
+      [&](int64_t i) INLINED { upper = upperColumns(strip, i); },
+      [&](int64_t i) INLINED { lower = upperTerms(upper, strip, i); },
+      [&](int64_t i) INLINED { last = lowerTerms(lower, strip, i); },
+      [&](int64_t i) INLINED {
+        const V r = load<V>(strip.r + i);
+        return ((last.e1 * r + last.p * r) + last.e0) * load<V>(strip.scale + i);
+      });
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   constexpr uint32_t roundingControl = 0x6000;
-  const bool byStrips = len >= shortestStrip && (readMxcsr() & roundingControl) == 0;
-  return stripLoop<V>(src, dst, len, flaggedHighWord, byStrips, pipeline, core, sinhSpecialLane);
+  const bool toNearest = len >= shortestStrip && (readMxcsr() & roundingControl) == 0;
+  return stretchLoop<longestStrip, shortestStrip, 4>(
+      len,
+      [=](int64_t count, const Float64* x, Float64* y) INLINED {
+        const bool fits = toNearest && !anyMagnitudeFrom(x, count, flaggedHighWord);
+        if (fits) evaluate(x, y, count);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y)
+          INLINED { return guardedUnaryLoop<V, Raises::yes>(x, y, count, core, isFlagged, sinhFixLane); },
+      src, dst);
 }
 
 }  // namespace

@@ -14,7 +14,6 @@
 // The last bit of a small result of Sinh depends on its neighbour: elements 0 and 1, 2 and 3 of a block of four are
 // pairs, and the polynomial for small arguments serves pairs of them only.
 #include "frame/kernel_frame.h"
-#include "frame/lanes.h"
 #include "frame/loops.h"
 
 namespace qorvane {
@@ -107,15 +106,6 @@ INLINE V inWholePairs(V mask) {
   else
     return andBits<V>(mask, _mm_shuffle_pd(mask, mask, 1));
 }
-template <class V>
-INLINE V select(V mask, V yes, V no) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return select(mask.part[i], yes.part[i], no.part[i]); });
-  else
-    return orBits<V>(andBits<V>(mask, yes), _mm_andnot_pd(mask, no));
-}
-INLINE bool anySign(Lanes2 v) { return _mm_movemask_pd(v) != 0; }
-INLINE bool anySign(Pack<Lanes2, 2> v) { return anySign(orBits(v.part[0], v.part[1])); }
 
 template <class V>
 INLINE V sinhCore(V x, int greatestMiddleHighWord) {
@@ -125,8 +115,8 @@ INLINE V sinhCore(V x, int greatestMiddleHighWord) {
   const V large = (w - down.hi) + up.hi, middle = w + (up.hi - down.hi);
   V result = orBits(select(highWordAbove(a, greatestMiddleHighWord), large, middle), signOf(x));
   const V isNotSmall = highWordAbove(a, smallHighWord - 1), allOnes = highWordAbove(a, -1);
-  const V isSmall = inWholePairs(select(isNotSmall, V{}, allOnes));
-  if (anySign(isSmall)) {
+  const V isSmall = inWholePairs(withoutBits(allOnes, isNotSmall));
+  if (signMask(isSmall) != 0) {
     const V square = x * x, series = x + ((d3 * square + d2) * square + d1) * square * x;
     result = select(isSmall, series, result);
   }
@@ -134,11 +124,6 @@ INLINE V sinhCore(V x, int greatestMiddleHighWord) {
 }
 
 INLINE bool isEdge(Float64 x) { return static_cast<int>(highWord(x) & 0x7fffffff) >= edgeHighWord; }
-
-struct Element {
-  Float64 value;
-  nuvStatus status;
-};
 
 // e^a / 2 for a from `firstForEdgeLane` up, infinities and NaNs: e^-a no longer matters.
 constexpr uint64_t firstForEdgeLane = 0x40862336f49c3c50;  // 708.4018337446123: n passes 1022 * 64

@@ -1,5 +1,4 @@
-// The special lane that Sinh and Cosh have in common at level 5: infinities, NaNs, and magnitudes next to overflow and
-// above.
+// What Sinh and Cosh share at level 5: the test of a strip, and e^a / 2 next to overflow.
 #pragma once
 #include "hyperbolic/strips.h"
 
@@ -7,6 +6,13 @@ namespace qorvane {
 namespace {
 
 #include "explog/exp_tables.inc"
+
+// Whether a high word without its sign is at least `limit` among at least 8 elements.
+INLINE bool anyMagnitudeFrom(const Float64* x, int64_t count, int limit) {
+  for (int64_t i = 0; i < count; i += 8)
+    if (anyMagnitudeFrom(load<Pack<Lanes4, 2>>(x + (i < count - 8 ? i : count - 8)), limit)) return true;
+  return false;
+}
 
 constexpr Float64 firstOverflow = fromBits(0x408633ce8fb9f87e);  // 710.475860073944
 constexpr Float64 largestFinite = fromBits(0x7fefffffffffffff);
