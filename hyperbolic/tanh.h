@@ -20,22 +20,28 @@ constexpr int nonFiniteHighWord = 0x7ff00000;
 // Where columns of tanhPolyTable begin.
 constexpr int columnsCB = 0, columnsAk2 = 2, columnsK3 = 4, columnsK5 = 6, columnsK7 = 8, columnsK9 = 10;
 
-// The rows' offsets in bytes for four elements.
-INLINE __m128i tanhRowOffsets(__m128i highWords) {
-  constexpr int lastRow = 59, firstRowStart = 0x3fbe0000;
-  const __m128i eighths = _mm_srli_epi32(_mm_slli_epi32(highWords, 1), 18);
-  const __m128i row = _mm_subs_epu16(eighths, _mm_set1_epi32(firstRowStart >> 17));  // 0 for all that is smaller
-  return _mm_slli_epi32(_mm_min_epi16(row, _mm_set1_epi32(lastRow)), 7);
+// The index of the eighth of a binade in which a number stands, from its high word, and the byte
+// offset of its row.
+INLINE __m128i eighthsOf(Words4 highWords) {
+  return _mm_srli_epi32(_mm_slli_epi32(reinterpret_cast<__m128i>(highWords), 1), 18);
+}
+INLINE Words4 rowOffsets(__m128i eighths) {
+  constexpr int lastRow = 59, eighthOfRow0 = 0x3fbe0000 >> 17;
+  const __m128i row = _mm_subs_epu16(eighths, _mm_set1_epi32(eighthOfRow0));  // 0 for all that is smaller
+  return reinterpret_cast<Words4>(_mm_slli_epi32(_mm_min_epi16(row, _mm_set1_epi32(lastRow)), 7));
 }
 
-// All ones where the high word shows that a is at least 0.125; a comparison of numbers might raise a
-// flag.
-INLINE Lanes2 isAboveFirstRow(Lanes2 a) {
+// All ones where a is at least 0.125 and below 20.
+INLINE Lanes2 hasMiddle(Lanes2 a) {
   const __m128i high = _mm_shuffle_epi32(_mm_castpd_si128(a), 0xf5);
-  return _mm_castsi128_pd(_mm_cmpgt_epi32(high, _mm_set1_epi32(0x3fbfffff)));
+  const __m128i from = _mm_cmpgt_epi32(high, _mm_set1_epi32(0x3fbfffff));
+  return _mm_castsi128_pd(_mm_and_si128(from, _mm_cmplt_epi32(high, _mm_set1_epi32(0x40340000))));
 }
 #ifdef __AVX__
-INLINE Lanes4 isAboveFirstRow(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0.125), _CMP_GE_OQ); }
+INLINE Lanes4 hasMiddle(Lanes4 a) {
+  const Lanes4 from = _mm256_cmp_pd(a, _mm256_set1_pd(0.125), _CMP_GE_OQ);
+  return andBits<Lanes4>(from, _mm256_cmp_pd(a, _mm256_set1_pd(20), _CMP_LT_OQ));
+}
 #endif
 
 // a - middle. The middle has the leading bits of its row and a 1 behind them.
@@ -43,7 +49,7 @@ template <class V>
 INLINE V distanceFromMiddle(V a) {
   const V start = andBits(a, broadcast<V>(fromBits(0x7ffe000000000000)));
   const V middle = orBits(start, broadcast<V>(fromBits(0x0001000000000000)));
-  return a - andBits(middle, isAboveFirstRow(a));
+  return a - andBits(middle, hasMiddle(a));
 }
 
 INLINE Words4 wordsInOne(Words4 words) { return words; }
@@ -104,16 +110,16 @@ INLINE bool tanhStrip(const Float64* src, Float64* dst, int64_t count) {
   constexpr int64_t vector = laneCount<V>, ahead = 4 * vector;
   alignas(32) Float64 t[longestStrip + ahead];
   alignas(16) uint32_t offsets[longestStrip + ahead];
-  Words4 nonFinite{};
+  __m128i last = _mm_setzero_si128();
   for (int64_t i = 0; i < count; i += 4) {
     const V x = load<V>(src + i);
     store(t + i, distanceFromMiddle(magnitude(x)));
     if constexpr (vector == 2) store(t + i + 2, distanceFromMiddle(magnitude(load<V>(src + i + 2))));
-    const Words4 high = wordsInOne(highWords(load<Four>(src + i)));
-    nonFinite |= (high & 0x7fffffff) > nonFiniteHighWord - 1;
-    storeWords(offsets + i, tanhRowOffsets(reinterpret_cast<__m128i>(high)));
+    const __m128i eighths = eighthsOf(wordsInOne(highWords(load<Four>(src + i))));
+    last = _mm_max_epi16(last, eighths);
+    storeWords(offsets + i, rowOffsets(eighths));
   }
-  if (any(nonFinite)) return false;
+  if (any(reinterpret_cast<Words4>(last) > (nonFiniteHighWord >> 17) - 1)) return false;
   for (int64_t i = count; i < count + ahead; ++i) t[i] = 0, offsets[i] = 0;
 
   TanhSteps<V> s;
@@ -132,7 +138,7 @@ INLINE V tanhCore(V x) {
   alignas(32) Float64 t[laneCount<V>];
   alignas(16) uint32_t offsets[4];
   store(t, distanceFromMiddle(magnitude(x)));
-  storeWords(offsets, tanhRowOffsets(reinterpret_cast<__m128i>(highWords(x))));
+  storeWords(offsets, rowOffsets(eighthsOf(highWords(x))));
   TanhSteps<V> s;
   upperTerms(s, t, offsets), lowerTerms(s, t, offsets), slope(s, t, offsets), product(s, t);
   return orBits(sum(s, offsets), signOf(x));
