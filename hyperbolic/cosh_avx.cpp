@@ -93,13 +93,12 @@ Element coshFixLane(Float64 x) {
 
 // A strip without flagged elements, their number a multiple of four.
 INLINE void strip(const Float64* src, Float64* dst, int64_t count) {
-  alignas(32) Float64 r[longestStrip + 4], keys[longestStrip];
+  alignas(32) Float64 r[longestStrip], keys[longestStrip];
   for (int64_t i = 0; i < count; i += 4) reduce(magnitude(load<V>(src + i)), r + i, keys + i);
-  store(r + count, V{});
   Series s;
   pipeline<4>(
-      count, [&](int64_t i, V y) INLINED { store(dst + i, y); }, [&](int64_t i) INLINED { s = series(load<V>(r + i)); },
-      [&](int64_t i) INLINED { return sum(s, exponentials(keys + i)); });
+      count, [&](int64_t i) INLINED { s = series(load<V>(r + i)); },
+      [&](int64_t i) INLINED { store(dst + i, sum(s, exponentials(keys + i))); });
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {

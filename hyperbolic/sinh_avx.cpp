@@ -107,22 +107,18 @@ Element sinhFixLane(Float64 x) {
 // rows 0 and 1 is below half a unit in the last place of both terms that it could be added to, so it
 // may come last too.
 INLINE void evaluate(const Float64* src, Float64* dst, int64_t count) {
-  constexpr int64_t ahead = 12;
-  Strip<longestStrip + ahead> strip;
+  Strip<longestStrip> strip;
   for (int64_t i = 0; i < count; i += 4) reduce(load<V>(src + i), strip, i);
-  for (int64_t i = count; i < count + ahead; i += 4) reduce(V{}, strip, i);
-
   UpperColumns upper;
   LowerColumns lower;
   LastColumns last;
   pipeline<4>(
-      count, [&](int64_t i, V y) INLINED { store(dst + i, y); },
-      [&](int64_t i) INLINED { upper = upperColumns(strip, i); },
+      count, [&](int64_t i) INLINED { upper = upperColumns(strip, i); },
       [&](int64_t i) INLINED { lower = upperTerms(upper, strip, i); },
       [&](int64_t i) INLINED { last = lowerTerms(lower, strip, i); },
       [&](int64_t i) INLINED {
         const V r = load<V>(strip.r + i);
-        return ((last.e1 * r + last.p * r) + last.e0) * load<V>(strip.scale + i);
+        store(dst + i, ((last.e1 * r + last.p * r) + last.e0) * load<V>(strip.scale + i));
       });
 }
 

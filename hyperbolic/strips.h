@@ -6,7 +6,7 @@
 namespace qorvane {
 namespace {
 
-constexpr int64_t longestStrip = 256, shortestStrip = 16;
+constexpr int64_t longestStrip = 256, shortestStrip = 32;
 
 // The byte offsets of the lanes' rows, for the functions that read rows. They are read anew for each
 // step of a pipeline: a compiler that knew that two steps read the same ones would keep them in

@@ -107,9 +107,9 @@ INLINE V sum(const TanhSteps<V>& s, const uint32_t* offsets) {
 // A strip of finite elements, their number a multiple of four; gives false where one isn't finite.
 template <class V>
 INLINE bool tanhStrip(const Float64* src, Float64* dst, int64_t count) {
-  constexpr int64_t vector = laneCount<V>, ahead = 4 * vector;
-  alignas(32) Float64 t[longestStrip + ahead];
-  alignas(16) uint32_t offsets[longestStrip + ahead];
+  constexpr int64_t vector = laneCount<V>;
+  alignas(32) Float64 t[longestStrip];
+  alignas(16) uint32_t offsets[longestStrip];
   __m128i last = _mm_setzero_si128();
   for (int64_t i = 0; i < count; i += 4) {
     const V x = load<V>(src + i);
@@ -120,15 +120,13 @@ INLINE bool tanhStrip(const Float64* src, Float64* dst, int64_t count) {
     storeWords(offsets + i, rowOffsets(eighths));
   }
   if (any(reinterpret_cast<Words4>(last) > (nonFiniteHighWord >> 17) - 1)) return false;
-  for (int64_t i = count; i < count + ahead; ++i) t[i] = 0, offsets[i] = 0;
 
   TanhSteps<V> s;
   pipeline<vector>(
-      count, [&](int64_t i, V y) INLINED { store(dst + i, orBits(y, signOf(load<V>(src + i)))); },
-      [&](int64_t i) INLINED { upperTerms(s, t + i, offsets + i); },
+      count, [&](int64_t i) INLINED { upperTerms(s, t + i, offsets + i); },
       [&](int64_t i) INLINED { lowerTerms(s, t + i, offsets + i); },
       [&](int64_t i) INLINED { slope(s, t + i, offsets + i); }, [&](int64_t i) INLINED { product(s, t + i); },
-      [&](int64_t i) INLINED { return sum(s, offsets + i); });
+      [&](int64_t i) INLINED { store(dst + i, orBits(sum(s, offsets + i), signOf(load<V>(src + i)))); });
   return true;
 }
 
