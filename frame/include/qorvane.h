@@ -328,32 +328,34 @@ QORVANE_API nuvStatus nuvsAtan2_64f_A53_Idx(const Float64* srcA, int32_t srcAOff
 
 /* ---- Hyperbolic functions -------------------------------------------------------------------- */
 
-/* dst[i] = the hyperbolic sine of src[i]; sinh(±0) = ±0.
-   Results: a finite argument whose result is too large gives ±Inf, nuvStatusOverflow; infinities
-   give infinities; a NaN gives the NaN of all ones at levels 1 to 4, the argument quieted at level
-   5.
+/* dst[i] = the hyperbolic sine of src[i]; sinh(±0) = ±0, and a subnormal number gives itself.
+   Results: from 710.475860073944 up in magnitude ±Inf, nuvStatusOverflow; infinities give
+   themselves; a NaN gives the NaN of all ones at levels 1 to 4, itself, quieted, at level 5.
+   By blocks at levels 1 to 4, in pairs within each four elements: an element below 1/28 in magnitude
+   beside one that isn't may differ in the last bit from the same one beside another small one, or
+   alone.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOverflow at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.771 (levels 1 to 4; 1.52 for a small element beside one that
+   isn't), 1.000 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsSinh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsSinh_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSinh_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
 /* dst[i] = the hyperbolic cosine of src[i]; cosh(±0) = 1.
-   Results: a finite argument whose result is too large gives +Inf, nuvStatusOverflow; infinities
-   give infinities; a NaN gives the NaN of all ones at levels 1 to 4, the argument quieted at level
-   5.
+   Results: from 710.475860073944 up in magnitude +Inf, nuvStatusOverflow; infinities give +Inf; a
+   NaN gives the NaN of all ones at levels 1 to 4, itself, quieted, at level 5.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOverflow at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.757 (levels 1 to 4), 0.751 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsCosh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCosh_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCosh_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
-/* dst[i] = the hyperbolic tangent of src[i]. No element fails: ±0 gives itself, ±Inf gives ±1, a
-   NaN itself.
+/* dst[i] = the hyperbolic tangent of src[i]. No element fails: ±0 and subnormal numbers give
+   themselves, magnitudes from 20 up, ±Inf included, ±1 exactly, a NaN itself, as it is.
    Own modes.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.755 below 0.125, 0.536 above, in ulp. */
 QORVANE_API nuvStatus nuvsTanh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsTanh_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTanh_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
