@@ -23,7 +23,7 @@ using namespace power;
 // subnormal.
 Float64 gradual(Float64 sign, int e, Float64 r, Float64 th, Float64 tl) {
   const Float64 s = fromBits(static_cast<uint64_t>(e + 111 + 1023) << 52),
-                down = sign * fromBits(0x3900000000000000);  // 2^(e + 111) and 2^-111
+                down = sign * 0x1p-111;  // s is 2^(e + 111)
   if ((highWord((s * th) * down) & 0x7fffffff) <= 0x100000) {
     // Near or below the smallest normal number: the upper parts scaled down are exact, and the last
     // sum rounds to the spacing of subnormal numbers.
@@ -47,7 +47,7 @@ Element powFixLane(Float64 x, Float64 y) {
 
   const Float64 sign = signOfPower(x, y);
   Float64 magnitude = fromBits(toBits(x) & ~signBit), offset = 0;
-  if (toBits(magnitude) < 0x0010000000000000) magnitude *= fromBits(0x4330000000000000), offset = -52;  // 2^52
+  if (toBits(magnitude) < 0x0010000000000000) magnitude *= 0x1p52, offset = -52;
 
   const int word = static_cast<int>(highWord(magnitude)), row = ((word & 0xffe00) + 0x200) >> 10;
   const Float64 k = static_cast<Float64>((word - 0x3fe7fe00) >> 20) + offset;

@@ -46,8 +46,8 @@ Halves halves(Float64 u) {
 
 int wordOf(Float64 x) { return static_cast<int>(highWord(x)); }
 Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 52); }
-Float64 overflow(Float64 sign) { return (opaque(fromBits(0x7fe0000000000000)) * fromBits(0x7fe0000000000000)) * sign; }
-Float64 tiny() { return opaque(fromBits(0x0010000000000000)) * fromBits(0x0010000000000000); }
+Float64 overflow(Float64 sign) { return (opaque(0x1p1023) * 0x1p1023) * sign; }
+Float64 tiny() { return opaque(0x1p-1022) * 0x1p-1022; }
 
 }  // namespace
 
@@ -64,7 +64,7 @@ Element powSpecialLane(Float64 x, Float64 y) {
   const Float64 sign = signOfPower(x, y);
   Float64 z = fromBits(toBits(x) & ~signBit);
   int scaled = 0;
-  if (toBits(z) < 0x0010000000000000) z *= fromBits(0x4c70000000000000), scaled = -200;  // 2^200
+  if (toBits(z) < 0x0010000000000000) z *= 0x1p200, scaled = -200;
 
   // Three-stage reduction
   const Float64 m = fromBits((toBits(z) & 0x000fffffffffffff) | one);
@@ -83,7 +83,7 @@ Element powSpecialLane(Float64 x, Float64 y) {
   const Float64 a = big + t0, aError = (big - a) + t0;
 
   const int exponents = exponentField(y) + exponentField(a);
-  if (exponents < 1985 || a == 0) return {(opaque(1.0) + fromBits(0x0010000000000000)) * sign};
+  if (exponents < 1985 || a == 0) return {(opaque(1.0) + 0x1p-1022) * sign};
   if (exponents >= 2057) return {(toBits(y) ^ toBits(a)) >> 63 ? tiny() * sign : overflow(sign)};
 
   const Float64 t = t0 + gError;
@@ -109,7 +109,7 @@ Element powSpecialLane(Float64 x, Float64 y) {
     return {fromBits((toBits(power) & 0x800fffffffffffff) | static_cast<uint64_t>(exponent + 1023) << 52) * sign};
   if (exponent < -1084) return {tiny() * sign};
   const Float64 scale = powerOfTwo((e + 1223) & 0x7ff),
-                down = sign * fromBits(0x3370000000000000);  // 2^(e + 200) and 2^-200
+                down = sign * 0x1p-200;  // scale is 2^(e + 200)
   if (exponent < -1032) return {(down * (power * scale)) + tiny()};
   const auto [high, rest2] = halves(power);
   return {(((high * scale) * down) + (((rest2 + (rest + (th - power))) * scale) * down)) + tiny()};
