@@ -123,8 +123,8 @@ template <class F>
   if (F::inverse && magnitude == 0x7ff0000000000000) return {fromBits(sign)};
   if (magnitude >= 0x7ff0000000000000) return {opaque(x) + opaque(x)};
   if (magnitude >= 0x0010000000000000) return {ofNormal<F>(x)};
-  constexpr Float64 scale = fromBits(0x7e30000000000000);                                        // 2^996
-  constexpr Float64 rootScale = fromBits(F::inverse ? 0x54b0000000000000 : 0x2b30000000000000);  // 2^332, 2^-332
+  constexpr Float64 scale = 0x1p996;
+  constexpr Float64 rootScale = F::inverse ? 0x1p332 : 0x1p-332;
   return {ofNormal<F>(x * scale) * rootScale};
 }
 

@@ -49,8 +49,8 @@ INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& 
   for (int64_t i = 0; i < n; i += 8) {
     const int64_t at = i + 8 <= n ? i : n - 8;
     const auto w = highWords(load<Block>(x + at));
-    storeWords(c.logRow + at, (((w & 0xffe00) + 0x200) >> 10) << 3);
-    storeWords(c.k + at, wrappingSum(w, -0x3fe7fe00u) >> 20);
+    storeWords(c.logRow + at, rowOffset(w));
+    storeWords(c.k + at, exponentOf(w));
     outside = outside | (wrappingSum(w, toLowest) > limit);
   }
   return !any(outside);
@@ -124,13 +124,13 @@ template <Split split>
       [&](int64_t i) INLINED { store(dst + i, powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i))); });
 }
 
-nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len, uint32_t mxcsr) {
   const uint64_t magnitudeBits = toBits(value) << 1;
   if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1)
-    return fixedExponentLoop<V>(src, value, dst, len);
+    return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
   const Exponent<Float64> y = splitExponent(value);
   const HighWordRange range = safeRange(value);
-  if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len);
+  if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
 
   Stretch c;
   return stretchLoop<longestStretch, shortestStretch, vector>(
@@ -140,7 +140,8 @@ nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
         if (fits) (y.rest == 0 ? pipelines<Split::shortExponent> : pipelines<Split::full>)(x, y, z, count, c);
         return fits;
       },
-      [=](int64_t count, const Float64* x, Float64* z) INLINED { return fixedExponentLoop<V>(x, value, z, count); },
+      [&](int64_t count, const Float64* x, Float64* z)
+          INLINED { return fixedExponentLoop<V>(x, value, z, count, mxcsr); },
       src, dst);
 }
 

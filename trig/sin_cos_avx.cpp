@@ -104,7 +104,7 @@ INLINE nuvStatus loop(const Float64* src, int64_t len, Argument argument, Finish
 constexpr int64_t longestStretch = 256, shortestStretch = 32, blockSize = 8, vector = laneCount<Lanes4>;
 
 // A key's pattern has the byte offset of a row in the bits of keyMask.
-constexpr Float64 keyShifter = fromBits(0x42e8000000000000);  // 1.5 * 2^47: a unit is worth 2^-5, a row has 2^5 bytes
+constexpr Float64 keyShifter = 0x1.8p47;  // a unit is worth 2^-5, a row has 2^5 bytes
 constexpr uint32_t keyMask = 511 << 5;
 struct Stretch {
   alignas(32) Float64 r[longestStretch], e[longestStretch], keys[longestStretch];

@@ -45,8 +45,7 @@ struct TanRemainder {
 template <class V>
 INLINE TanRemainder<V> tanRemainder(V x) {
   constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);  // 0.63661977236758138
-  constexpr Float64 shifter =
-      fromBits(0x4330000000000000);  // 2^52: k stands in the low bits of a sum that is at least 2^52
+  constexpr Float64 shifter = 0x1p52;  // k stands in the low bits of a sum that is at least 2^52
   constexpr Float64 minusPart1 = fromBits(0xbff921fb54400000);  // -1.5707963267341256, the first 33 bits of -pi/2
   constexpr Float64 minusPart2 = fromBits(0xbdd0b4611a600000);  // -6.077100506303966e-11, the next 33
   constexpr Float64 part3 = fromBits(0x3ba3198a2e037073);       // 2.0222662487959506e-21, the rest of pi/2
