@@ -7,6 +7,7 @@
 // The centre isn't read from the row: it follows from |x|, before the row's address does. From 6 up, where the result is 1
 // whatever u is, |x| is taken for 6, so that infinities raise no flag.
 #pragma once
+#include "errorfn/rows.h"
 #include "frame/loops.h"
 
 namespace qorvane {
@@ -14,46 +15,18 @@ namespace {
 
 #include "errorfn/erf_tables.inc"
 
-constexpr Float64 erfRowBits = fromBits(0x7ffe000000000000);      // the part of a pattern that tells its row
-constexpr Float64 erfHalfRow = fromBits(0x0001000000000000);      // from there to the row's centre
-constexpr Float64 erfLastCentre = fromBits(0x4016d7da46e4b314);   // 5.7107935963...: the row from 5.5 up is centred on less
-constexpr Float64 erfBelowRow1 = fromBits(0x3fbe000000000000);    // 15/128: where row 0 would begin
+constexpr Float64 erfRowBits = fromBits(0x7ffe000000000000);  // the part of a pattern that tells its row
+constexpr Float64 erfHalfRow = fromBits(0x0001000000000000);  // from there to the row's centre
+constexpr Float64 erfLastCentre =
+    fromBits(0x4016d7da46e4b314);  // 5.7107935963...: the row from 5.5 up is centred on less
+constexpr Float64 erfBelowRow1 = fromBits(0x3fbe000000000000);  // 15/128: where row 0 would begin
 constexpr Float64 erfRow1 = 0.125, erfLastRow = 6.0;
 constexpr Float64 erfUpperHalf = fromBits(0xffffffff00000000);
-constexpr int erfRowShift = 42;                                   // a pattern's rows are 2^49 apart, and a row has 2^7 bytes
-
-// The byte offsets of rows from `ErfReduced::row`.
-template <class Bits>
-INLINE Bits erfOffsets(Bits row) {
-  return (row - toBits(erfBelowRow1)) >> erfRowShift;
-}
-
-INLINE Lanes2 smaller(Lanes2 a, Lanes2 b) { return _mm_min_pd(a, b); }
-INLINE Lanes2 larger(Lanes2 a, Lanes2 b) { return _mm_max_pd(a, b); }
-INLINE Lanes2 keepFrom(Lanes2 v, Lanes2 a, Lanes2 limit) { return _mm_and_pd(v, _mm_cmpge_pd(a, limit)); }
-#ifdef __AVX__
-INLINE Lanes4 smaller(Lanes4 a, Lanes4 b) { return _mm256_min_pd(a, b); }
-INLINE Lanes4 larger(Lanes4 a, Lanes4 b) { return _mm256_max_pd(a, b); }
-INLINE Lanes4 keepFrom(Lanes4 v, Lanes4 a, Lanes4 limit) { return _mm256_and_pd(v, _mm256_cmp_pd(a, limit, _CMP_GE_OQ)); }
-#endif
-
-template <class V, int K>
-INLINE Pack<V, K> smaller(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) INLINED { return smaller(a.part[i], b.part[i]); });
-}
-template <class V, int K>
-INLINE Pack<V, K> larger(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) INLINED { return larger(a.part[i], b.part[i]); });
-}
-template <class V, int K>
-INLINE Pack<V, K> keepFrom(Pack<V, K> v, Pack<V, K> a, Pack<V, K> limit) {
-  return makePack<K>([&](int i) INLINED { return keepFrom(v.part[i], a.part[i], limit.part[i]); });
-}
-
-// The distance from the centre of the row, and the row as the part erfRowBits of a pattern.
+// The distance from the centre of the row, and the row's byte offset.
 template <class V>
 struct ErfReduced {
-  V u, row;
+  V u;
+  WordsOf<V> row;
 };
 
 // `a` is |x|, or 0 for what isn't in the fast range.
@@ -63,27 +36,30 @@ INLINE ErfReduced<V> erfReduce(V a) {
   const V b = smaller(a, all(erfLastRow));
   const V row = andBits(larger(b, all(erfBelowRow1)), all(erfRowBits));
   const V centre = smaller(orBits(row, all(erfHalfRow)), all(erfLastCentre));
-  return {b - keepFrom(centre, b, all(erfRow1)), row};
+  constexpr int first = static_cast<int>(highWord(erfBelowRow1)),
+                shift = 10;  // high words of rows are 2^17 apart, rows 2^7
+  return {b - keepFrom(centre, b, all(erfRow1)), (highWords(row) - first) >> shift};
 }
 
-// The arithmetic in three stages; `columns(k)` are the slots 2k and 2k + 1 of the rows.
-template <class V, class Columns>
-INLINE V erfHighTerms(V u, Columns columns) {
-  const auto s10 = columns(5), s8 = columns(4);
+// The arithmetic, in three stages.
+template <class V>
+INLINE V erfHighTerms(V u, Rows rows) {
+  const auto s10 = slots<V>(rows, 10), s8 = slots<V>(rows, 8);
   return ((s10.second * u + s10.first) * u + s8.second) * u + s8.first;
 }
-template <class V, class Columns>
-INLINE V erfMiddleTerms(V q, V u, Columns columns) {
-  const auto s6 = columns(3), s4 = columns(2);
+template <class V>
+INLINE V erfMiddleTerms(V q, V u, Rows rows) {
+  const auto s6 = slots<V>(rows, 6), s4 = slots<V>(rows, 4);
   return (((q * u + s6.second) * u + s6.first) * u + s4.second) * u + s4.first;
 }
-template <class V, class Columns>
-INLINE V erfSum(V q, V u, Columns columns) {
-  const auto s2 = columns(1), s0 = columns(0);
+template <class V>
+INLINE V erfSum(V q, V u, Rows rows) {
+  const auto s2 = slots<V>(rows, 2), s0 = slots<V>(rows, 0);
   const V uh = andBits(u, broadcast<V>(erfUpperHalf)), ul = u - uh;
   const V lh = andBits(s2.first, broadcast<V>(erfUpperHalf)), ll = s2.first - lh;
   const V tail = (q * u + s2.second) * u * u;
-  const V m = lh * uh, s = m + s0.second;  // |m| < S1, or S1 = 0: the error of the sum is m - (s - S1), in every rounding mode
+  const V m = lh * uh,
+          s = m + s0.second;  // |m| < S1, or S1 = 0: the error of the sum is m - (s - S1), in every rounding mode
   const V low = ((ll * uh + (lh * ul + ll * ul)) + tail) + s0.first;
   return s + (low + (m - (s - s0.second)));
 }

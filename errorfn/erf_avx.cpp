@@ -9,12 +9,12 @@ constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 
 
 // NaNs and |x| below 2^-512.
 [[gnu::noinline, gnu::cold]] Float64 erfSpecialLane(Float64 x) {
-  constexpr Float64 oneSlope = fromBits(0x3ff20dd750429b6d);       // 1.1283791670955126 = 2 / sqrt(pi)
-  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);        // 1.1283791661262512
-  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);        // 9.692613531930338e-10
-  constexpr Float64 splitter = 134217729.0;                        // 2^27 + 1
-  constexpr Float64 normalFrom = fromBits(0x000e2dfc48da77b5);     // 1.971920364530142e-308: the results are normal
-  constexpr Float64 splitFrom = fromBits(0x0000010000000000);      // 5.43230922487e-312
+  constexpr Float64 oneSlope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
+  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);     // 1.1283791661262512
+  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);     // 9.692613531930338e-10
+  constexpr Float64 splitter = 134217729.0;                     // 2^27 + 1
+  constexpr Float64 normalFrom = fromBits(0x000e2dfc48da77b5);  // 1.971920364530142e-308: the results are normal
+  constexpr Float64 splitFrom = fromBits(0x0000010000000000);   // 5.43230922487e-312
   constexpr Float64 up = 0x1p200, down = 0x1p-200;
   const auto high = [](Float64 s) {
     const Float64 c = s * splitter;
@@ -33,54 +33,22 @@ constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 
   return mh * down + ((m - mh) + t) * down;
 }
 
-constexpr auto isFlagged = [](auto x) INLINED {
-  const auto words = highWords(x) & 0x7fffffff;
-  if constexpr (laneCount<decltype(x)> == 1)
-    return words < fastFrom || words >= fastTo;
-  else
-    return any((fastFrom > words) | (words > fastTo - 1));
-};
-
 INLINE Lanes4 inFastRange(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0x1p-512), _CMP_GE_OQ); }
 
-struct Rows {
-  const char* lane[4];
-};
-INLINE Rows rowsAt(const uint64_t* offsets) {
-  const char* table = reinterpret_cast<const char*>(erfRows);
-  return {{table + offsets[0], table + offsets[1], table + offsets[2], table + offsets[3]}};
-}
-// Slots 2k and 2k + 1. In an odd pair the upper halves come out of aligned loads of 32 bytes.
-INLINE TwoColumns<Lanes4> columnsOf(const Rows& rows, int k) {
-  const auto two = [&](int low, int high) INLINED -> Lanes4 {
-    const __m256d first = _mm256_castpd128_pd256(rowAt(rows.lane[low], 16 * k));
-    if (k % 2 == 0) return _mm256_insertf128_pd(first, rowAt(rows.lane[high], 16 * k), 1);
-    return _mm256_blend_pd(first, _mm256_load_pd(reinterpret_cast<const Float64*>(rows.lane[high] + 16 * k - 16)), 12);
-  };
-  const Lanes4 a = two(0, 2), b = two(1, 3);
-  return {_mm256_unpacklo_pd(a, b), _mm256_unpackhi_pd(a, b)};
-}
-
-INLINE void storeOffsets(uint64_t* offsets, Lanes4 row) {
-  const BitsOf<Lanes4> bits = erfOffsets(bitsOf(row));
-  __builtin_memcpy(offsets, &bits, sizeof bits);
-}
-
 INLINE Lanes4 core(Lanes4 x) {
-  alignas(32) uint64_t offsets[4];
   const Lanes4 a = magnitude(x);
   const ErfReduced<Lanes4> reduced = erfReduce(andBits(a, inFastRange(a)));
-  storeOffsets(offsets, reduced.row);
-  const Rows rows = rowsAt(offsets);
-  const auto columns = [&](int k) INLINED { return columnsOf(rows, k); };
-  const Lanes4 u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, columns), u, columns);
-  return orBits(erfSum(q, u, columns), signOf(x));
+  alignas(16) int offsets[4];
+  store(offsets, reduced.row);
+  const Rows rows = {erfRows, offsets};
+  const Lanes4 u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, rows), u, rows);
+  return orBits(erfSum(q, u, rows), signOf(x));
 }
 
 constexpr int64_t longestStretch = 256, shortestStretch = 16;
 struct Stretch {
   alignas(32) Float64 u[longestStretch + 8];
-  alignas(32) uint64_t offsets[longestStretch + 8];
+  alignas(32) int offsets[longestStretch + 8];
 };
 
 // False if there are flagged elements.
@@ -91,23 +59,20 @@ INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
     inside = andBits(inside, mask);
     const ErfReduced<Lanes4> reduced = erfReduce(andBits(a, mask));
     store(c.u + i, reduced.u);
-    storeOffsets(c.offsets + i, reduced.row);
+    store(c.offsets + i, reduced.row);
   }
-  for (int64_t i = count; i < count + 8; i += 4) {  // the pipeline begins two vectors more than there are
-    store(c.u + i, Lanes4{});
-    storeOffsets(c.offsets + i, broadcast<Lanes4>(erfBelowRow1));
-  }
+  // The pipeline begins two vectors more than there are.
+  store(c.u + count, Pack<Lanes4, 2>{});
+  store(c.offsets + count, Words4{}), store(c.offsets + count + 4, Words4{});
   return _mm256_movemask_pd(inside) == 15;
 }
 
 INLINE void pipeline(const Float64* src, Float64* dst, int64_t count, const Stretch& c) {
   Lanes4 high, middle;
-  const auto columns = [&](int64_t i) INLINED {
-    return [rows = rowsAt(c.offsets + i)](int k) INLINED { return columnsOf(rows, k); };
-  };
-  const auto stage1 = [&](int64_t i) INLINED { high = erfHighTerms(load<Lanes4>(c.u + i), columns(i)); };
-  const auto stage2 = [&](int64_t i) INLINED { middle = erfMiddleTerms(high, load<Lanes4>(c.u + i), columns(i)); };
-  const auto stage3 = [&](int64_t i) INLINED { return erfSum(middle, load<Lanes4>(c.u + i), columns(i)); };
+  const auto rows = [&](int64_t i) INLINED { return Rows{erfRows, c.offsets + i}; };
+  const auto stage1 = [&](int64_t i) INLINED { high = erfHighTerms(load<Lanes4>(c.u + i), rows(i)); };
+  const auto stage2 = [&](int64_t i) INLINED { middle = erfMiddleTerms(high, load<Lanes4>(c.u + i), rows(i)); };
+  const auto stage3 = [&](int64_t i) INLINED { return erfSum(middle, load<Lanes4>(c.u + i), rows(i)); };
   stage1(0), stage2(0), stage1(4);
   for (int64_t i = 0; i < count; i += 4) {
     const Lanes4 y = stage3(i);
@@ -119,7 +84,8 @@ INLINE void pipeline(const Float64* src, Float64* dst, int64_t count, const Stre
 
 [[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
   return unaryLoop<Lanes4, Raises::no>(
-      src, dst, len, [](Lanes4 x) INLINED { return core(x); }, isFlagged,
+      src, dst, len, [](Lanes4 x) INLINED { return core(x); },
+      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); },
       [](Float64 x, Float64* y) { return *y = erfSpecialLane(x), nuvStatusOk; });
 }
 [[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {

@@ -9,9 +9,9 @@ constexpr int fastFrom = 0x00800000, fastTo = 0x7ff00000;  // the high words of 
 
 // Infinities, NaNs and |x| below 2^-1015.
 [[gnu::noinline, gnu::cold]] Float64 erfSpecialLane(Float64 x) {
-  constexpr Float64 slope = fromBits(0x3ff20dd750429b6d);      // 1.1283791670955126 = 2 / sqrt(pi)
-  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);    // 1.1283791661262512
-  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);    // 9.692613531930338e-10
+  constexpr Float64 slope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
+  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);  // 1.1283791661262512
+  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);  // 9.692613531930338e-10
   constexpr Float64 normalFrom = fromBits(0x0010000000000000);
   constexpr Float64 splitFrom = fromBits(0x0000010000000000);  // 5.43230922487e-312
   constexpr Float64 up = 0x1p200, down = 0x1p-200;
@@ -29,38 +29,21 @@ constexpr int fastFrom = 0x00800000, fastTo = 0x7ff00000;  // the high words of 
   return mh * down + ((m - mh) + t) * down;
 }
 
-constexpr auto isFlagged = [](auto x) INLINED {
-  const auto words = highWords(x) & 0x7fffffff;
-  if constexpr (laneCount<decltype(x)> == 1)
-    return words < fastFrom || words >= fastTo;
-  else
-    return any((fastFrom > words) | (words > fastTo - 1));
-};
-
-// 0 in the place of what is flagged.
-INLINE Lanes2 fastOrZero(Lanes2 a) {
-  const Words4 words = reinterpret_cast<Words4>(_mm_shuffle_epi32(_mm_castpd_si128(a), 0xf5));
-  return andBits(a, reinterpret_cast<Lanes2>((words > fastFrom - 1) & (fastTo > words)));
-}
-template <int K>
-INLINE Pack<Lanes2, K> fastOrZero(Pack<Lanes2, K> a) {
-  return makePack<K>([&](int i) INLINED { return fastOrZero(a.part[i]); });
-}
-
 template <class V>
 INLINE V core(V x) {
-  const ErfReduced<V> reduced = erfReduce(fastOrZero(magnitude(x)));
-  const BitsOf<V> offsets = erfOffsets(bitsOf(reduced.row));
-  const auto columns = [&](int k) INLINED {
-    return twoColumns<V>(erfRows[0] + 2 * k, offsets);
-  };
-  const V u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, columns), u, columns);
-  return orBits(erfSum(q, u, columns), signOf(x));
+  const V a = magnitude(x);
+  const ErfReduced<V> reduced = erfReduce(andBits(a, highWordWithin(a, fastFrom, fastTo)));
+  alignas(16) int offsets[4];
+  store(offsets, reduced.row);
+  const Rows rows = {erfRows, offsets};
+  const V u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, rows), u, rows);
+  return orBits(erfSum(q, u, rows), signOf(x));
 }
 
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return unaryLoop<Pack<Lanes2, 2>, Raises::no>(
-      src, dst, len, [](auto x) INLINED { return core(x); }, isFlagged,
+      src, dst, len, [](auto x) INLINED { return core(x); },
+      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); },
       [](Float64 x, Float64* y) { return *y = erfSpecialLane(x), nuvStatusOk; });
 }
 
