@@ -15,30 +15,29 @@ namespace {
 
 #include "errorfn/erf_tables.inc"
 
-constexpr Float64 erfRowBits = fromBits(0x7ffe000000000000);  // the part of a pattern that tells its row
-constexpr Float64 erfHalfRow = fromBits(0x0001000000000000);  // from there to the row's centre
-constexpr Float64 erfLastCentre =
-    fromBits(0x4016d7da46e4b314);  // 5.7107935963...: the row from 5.5 up is centred on less
-constexpr Float64 erfBelowRow1 = fromBits(0x3fbe000000000000);  // 15/128: where row 0 would begin
-constexpr Float64 erfRow1 = 0.125, erfLastRow = 6.0;
 constexpr Float64 erfUpperHalf = fromBits(0xffffffff00000000);
+
 // The distance from the centre of the row, and the row's byte offset.
 template <class V>
 struct ErfReduced {
   V u;
-  WordsOf<V> row;
+  WordsOf<V> offset;
 };
 
 // `a` is |x|, or 0 for what isn't in the fast range.
 template <class V>
 INLINE ErfReduced<V> erfReduce(V a) {
+  constexpr Float64 rowBits = fromBits(0x7ffe000000000000);  // the part of a pattern that tells its row
+  constexpr Float64 halfRow = fromBits(0x0001000000000000);  // from there to the centre
+  constexpr Float64 lastCentre =
+      fromBits(0x4016d7da46e4b314);  // 5.7107936: where erf still differs from 1 in the row from 5.5 up
+  constexpr Float64 belowRow1 = 15.0 / 128, row1 = 0.125, lastRow = 6.0;
+  constexpr int first = static_cast<int>(highWord(belowRow1)), shift = 10;  // high words are 2^17 apart, rows 2^7 bytes
   const auto all = [](Float64 x) INLINED { return broadcast<V>(x); };
-  const V b = smaller(a, all(erfLastRow));
-  const V row = andBits(larger(b, all(erfBelowRow1)), all(erfRowBits));
-  const V centre = smaller(orBits(row, all(erfHalfRow)), all(erfLastCentre));
-  constexpr int first = static_cast<int>(highWord(erfBelowRow1)),
-                shift = 10;  // high words of rows are 2^17 apart, rows 2^7
-  return {b - keepFrom(centre, b, all(erfRow1)), (highWords(row) - first) >> shift};
+  const V b = smaller(a, all(lastRow));
+  const V row = andBits(larger(b, all(belowRow1)), all(rowBits));
+  const V centre = smaller(orBits(row, all(halfRow)), all(lastCentre));
+  return {b - withoutBits(centre, lessLanes(b, all(row1))), (highWords(row) - first) >> shift};
 }
 
 // The arithmetic, in three stages.
@@ -62,6 +61,17 @@ INLINE V erfSum(V q, V u, Rows rows) {
           s = m + s0.second;  // |m| < S1, or S1 = 0: the error of the sum is m - (s - S1), in every rounding mode
   const V low = ((ll * uh + (lh * ul + ll * ul)) + tail) + s0.first;
   return s + (low + (m - (s - s0.second)));
+}
+
+// erf(x), x in the fast range in the lanes that `inside` has set.
+template <class V>
+INLINE V erfCore(V x, V inside) {
+  const ErfReduced<V> reduced = erfReduce(andBits(magnitude(x), inside));
+  alignas(16) int offsets[laneCount<Four>];
+  storeWords(offsets, reduced.offset);
+  const Rows rows = {erfRows, offsets};
+  const V u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, rows), u, rows);
+  return orBits(erfSum(q, u, rows), signOf(x));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // erf(x), level 5.
 #include "errorfn/erf.h"
 #include "frame/kernel_frame.h"
+#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -8,7 +9,7 @@ namespace {
 constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 2^-512 and infinity
 
 // NaNs and |x| below 2^-512.
-[[gnu::noinline, gnu::cold]] Float64 erfSpecialLane(Float64 x) {
+[[gnu::noinline, gnu::cold]] Element erfSpecialLane(Float64 x) {
   constexpr Float64 oneSlope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
   constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);     // 1.1283791661262512
   constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);     // 9.692613531930338e-10
@@ -22,84 +23,68 @@ constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 
   };
 
   const Float64 a = magnitude(x);
-  if (toBits(a) > 0x7ff0000000000000) return x + x;
-  if (toBits(a) == 0x7ff0000000000000) return fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0));
-  if (toBits(a) == 0) return x;
+  if (toBits(a) > 0x7ff0000000000000) return {x + x};
+  if (toBits(a) == 0x7ff0000000000000) return {fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0))};
+  if (toBits(a) == 0) return {x};
   const Float64 s = x * up, sh = high(s), sl = s - sh;
   const Float64 t = (sh * slopeLo + sl * slopeLo) + slopeHi * sl;
-  if (a >= normalFrom) return (t + slopeHi * sh) * down;
-  if (a < splitFrom) return x * oneSlope;
+  if (a >= normalFrom) return {(t + slopeHi * sh) * down};
+  if (a < splitFrom) return {x * oneSlope};
   const Float64 m = sh * slopeHi, mh = high(m);
-  return mh * down + ((m - mh) + t) * down;
+  return {mh * down + ((m - mh) + t) * down};
 }
 
-INLINE Lanes4 inFastRange(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0x1p-512), _CMP_GE_OQ); }
+// Infinities count as inside: what is beyond 6 gives 1.
+INLINE Lanes4 isInside(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0x1p-512), _CMP_GE_OQ); }
 
-INLINE Lanes4 core(Lanes4 x) {
-  const Lanes4 a = magnitude(x);
-  const ErfReduced<Lanes4> reduced = erfReduce(andBits(a, inFastRange(a)));
-  alignas(16) int offsets[4];
-  store(offsets, reduced.row);
-  const Rows rows = {erfRows, offsets};
-  const Lanes4 u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, rows), u, rows);
-  return orBits(erfSum(q, u, rows), signOf(x));
-}
-
-constexpr int64_t longestStretch = 256, shortestStretch = 16;
+// Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over what
+// stands there.
+constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>, beyond = 2 * vector;
 struct Stretch {
-  alignas(32) Float64 u[longestStretch + 8];
-  alignas(32) int offsets[longestStretch + 8];
+  alignas(32) Float64 u[longestStretch + beyond];
+  alignas(32) int offsets[longestStretch + beyond];
 };
 
 // False if there are flagged elements.
 INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
-  Lanes4 inside = _mm256_cmp_pd(Lanes4{}, Lanes4{}, _CMP_EQ_OQ);
-  for (int64_t i = 0; i < count; i += 4) {
-    const Lanes4 a = magnitude(load<Lanes4>(x + i)), mask = inFastRange(a);
+  Lanes4 inside = equalLanes(Lanes4{}, Lanes4{});
+  for (int64_t i = 0; i < count; i += vector) {
+    const Lanes4 a = magnitude(load<Lanes4>(x + i)), mask = isInside(a);
     inside = andBits(inside, mask);
-    const ErfReduced<Lanes4> reduced = erfReduce(andBits(a, mask));
-    store(c.u + i, reduced.u);
-    store(c.offsets + i, reduced.row);
+    const auto reduced = erfReduce(andBits(a, mask));
+    store(c.u + i, reduced.u), storeWords(c.offsets + i, reduced.offset);
   }
-  // The pipeline begins two vectors more than there are.
-  store(c.u + count, Pack<Lanes4, 2>{});
-  store(c.offsets + count, Words4{}), store(c.offsets + count + 4, Words4{});
-  return _mm256_movemask_pd(inside) == 15;
+  store(c.u + count, Pack<Lanes4, 2>{}), storeWords(c.offsets + count, Pack<Words4, 2>{});
+  return signMask(inside) == 15;
 }
 
-INLINE void pipeline(const Float64* src, Float64* dst, int64_t count, const Stretch& c) {
+INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, const Stretch& c) {
   Lanes4 high, middle;
+  const auto u = [&](int64_t i) INLINED { return load<Lanes4>(c.u + i); };
   const auto rows = [&](int64_t i) INLINED { return Rows{erfRows, c.offsets + i}; };
-  const auto stage1 = [&](int64_t i) INLINED { high = erfHighTerms(load<Lanes4>(c.u + i), rows(i)); };
-  const auto stage2 = [&](int64_t i) INLINED { middle = erfMiddleTerms(high, load<Lanes4>(c.u + i), rows(i)); };
-  const auto stage3 = [&](int64_t i) INLINED { return erfSum(middle, load<Lanes4>(c.u + i), rows(i)); };
-  stage1(0), stage2(0), stage1(4);
-  for (int64_t i = 0; i < count; i += 4) {
-    const Lanes4 y = stage3(i);
-    stage2(i + 4);
-    stage1(i + 8);
-    store(dst + i, orBits(y, signOf(load<Lanes4>(src + i))));
-  }
+  pipeline<vector>(
+      count, [&](int64_t i, Lanes4 y) INLINED { store(dst + i, orBits(y, signOf(load<Lanes4>(src + i)))); },
+      [&](int64_t i) INLINED { high = erfHighTerms(u(i), rows(i)); },
+      [&](int64_t i) INLINED { middle = erfMiddleTerms(high, u(i), rows(i)); },
+      [&](int64_t i) INLINED { return erfSum(middle, u(i), rows(i)); });
 }
 
 [[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
   return unaryLoop<Lanes4, Raises::no>(
-      src, dst, len, [](Lanes4 x) INLINED { return core(x); },
-      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); },
-      [](Float64 x, Float64* y) { return *y = erfSpecialLane(x), nuvStatusOk; });
+      src, dst, len, [](Lanes4 x) INLINED { return erfCore(x, isInside(magnitude(x))); },
+      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); }, erfSpecialLane);
 }
 [[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
   Stretch c;
-  for (int64_t count; len > 0; src += count, dst += count, len -= count) {
-    count = len < longestStretch ? len : longestStretch;
-    if (count >= shortestStretch && reduceStretch(src, count & ~int64_t{3}, c))
-      pipeline(src, dst, count &= ~int64_t{3}, c);
-    else
-      shortLoop(src, dst, count);
-  }
-  return nuvStatusOk;
+  const auto fast = [&](int64_t count, const Float64* x, Float64* y) INLINED {
+    if (!reduceStretch(x, count, c)) return false;
+    evaluateStretch(x, y, count, c);
+    return true;
+  };
+  const auto other = [](int64_t count, const Float64* x, Float64* y) INLINED { return shortLoop(x, y, count); };
+  return stretchLoop<longestStretch, shortestStretch, vector>(len, fast, other, src, dst);
 }
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return len < shortestStretch ? shortLoop(src, dst, len) : longLoop(src, dst, len);
 }
 

@@ -8,7 +8,7 @@ namespace {
 constexpr int fastFrom = 0x00800000, fastTo = 0x7ff00000;  // the high words of 2^-1015 and infinity
 
 // Infinities, NaNs and |x| below 2^-1015.
-[[gnu::noinline, gnu::cold]] Float64 erfSpecialLane(Float64 x) {
+[[gnu::noinline, gnu::cold]] Element erfSpecialLane(Float64 x) {
   constexpr Float64 slope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
   constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);  // 1.1283791661262512
   constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);  // 9.692613531930338e-10
@@ -18,33 +18,21 @@ constexpr int fastFrom = 0x00800000, fastTo = 0x7ff00000;  // the high words of 
   const auto high = [](Float64 s) { return fromBits(toBits(s) & 0xfffffffff8000000); };
 
   const Float64 a = magnitude(x);
-  if (toBits(a) > 0x7ff0000000000000) return x + x;
-  if (toBits(a) == 0x7ff0000000000000) return fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0));
-  if (toBits(a) == 0) return x;
+  if (toBits(a) > 0x7ff0000000000000) return {x + x};
+  if (toBits(a) == 0x7ff0000000000000) return {fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0))};
+  if (toBits(a) == 0) return {x};
   const Float64 s = x * up, sh = high(s), sl = s - sh;
   const Float64 t = (sh * slopeLo + sl * slopeLo) + slopeHi * sl;
-  if (a >= normalFrom) return (t + slopeHi * sh) * down;
-  if (a < splitFrom) return x * slope;
+  if (a >= normalFrom) return {(t + slopeHi * sh) * down};
+  if (a < splitFrom) return {x * slope};
   const Float64 m = sh * slopeHi, mh = high(m);
-  return mh * down + ((m - mh) + t) * down;
+  return {mh * down + ((m - mh) + t) * down};
 }
 
-template <class V>
-INLINE V core(V x) {
-  const V a = magnitude(x);
-  const ErfReduced<V> reduced = erfReduce(andBits(a, highWordWithin(a, fastFrom, fastTo)));
-  alignas(16) int offsets[4];
-  store(offsets, reduced.row);
-  const Rows rows = {erfRows, offsets};
-  const V u = reduced.u, q = erfMiddleTerms(erfHighTerms(u, rows), u, rows);
-  return orBits(erfSum(q, u, rows), signOf(x));
-}
-
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes2, 2>, Raises::no>(
-      src, dst, len, [](auto x) INLINED { return core(x); },
-      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); },
-      [](Float64 x, Float64* y) { return *y = erfSpecialLane(x), nuvStatusOk; });
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return unaryLoop<Four, Raises::no>(
+      src, dst, len, [](auto x) INLINED { return erfCore(x, highWordWithin(magnitude(x), fastFrom, fastTo)); },
+      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); }, erfSpecialLane);
 }
 
 }  // namespace

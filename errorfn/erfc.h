@@ -40,7 +40,7 @@ INLINE ErfcArgument<V> erfcArgument(V a) {
   constexpr Float64 rowBits = fromBits(0x7ffc000000000000), belowRow1 = fromBits(0x3fcc000000000000), row1 = 0.25;
   constexpr int first = static_cast<int>(highWord(belowRow1)), shift = 11;  // high words are 2^18 apart, rows 2^7 bytes
   const V row = andBits(larger(a, broadcast<V>(belowRow1)), broadcast<V>(rowBits));
-  return {a - keepFrom(row, a, broadcast<V>(row1)), (highWords(row) - first) >> shift};
+  return {a - withoutBits(row, lessLanes(a, broadcast<V>(row1))), (highWords(row) - first) >> shift};
 }
 
 // -a^2 = k ln 2 / 128 + r; k is shifted - erfcShifter.
@@ -50,7 +50,7 @@ struct ErfcExponent {
 };
 template <class V>
 INLINE ErfcExponent<V> erfcExponent(V a) {
-  const V xh = headOf(a), minusXh = flipBits(xh, broadcast<V>(-0.0)), xl = a - xh;
+  const V xh = headOf(a), minusXh = xorBits(xh, broadcast<V>(-0.0)), xl = a - xh;
   const V square = xh * minusXh;
   const V low = (broadcast<V>(2.0) * (minusXh * xl)) - (xl * xl);
   const V th = headOf(square), tl = (square - th) + low;
@@ -102,6 +102,24 @@ INLINE HeadAndRest<V> erfcProduct(HeadAndRest<V> g, V e, V th) {
   return {g.head * th, ((g.rest * e) + (g.head * e)) + (g.rest * th)};
 }
 
+// All of these for a >= 0: erfc(a) but for the factor 2^m, and the exponent's `shifted`.
+template <class V>
+struct ErfcUnscaled {
+  HeadAndRest<V> product;
+  V shifted;
+};
+template <class V>
+INLINE ErfcUnscaled<V> erfcUnscaled(V a) {
+  const auto argument = erfcArgument(a);
+  const auto exponent = erfcExponent(a);
+  alignas(16) int offsets[laneCount<Four>];
+  storeWords(offsets, argument.offset);
+  const Rows rows = {erfcRows, offsets};
+  const auto power = twoColumns<V>(erfcExpTable, (lowWords(exponent.shifted) & 127) << 4);
+  const V t = argument.t, q = erfcMiddleTerms(erfcHighTerms(t, rows), t, rows);
+  return {erfcProduct(erfcScaled(q, t, rows), erfcExpRest(exponent.r, power), power.first), exponent.shifted};
+}
+
 // The result, `scale` being 2^m with the sign of x: the product for x >= 0, 2 minus it for x < 0.
 template <class V>
 INLINE V erfcResult(HeadAndRest<V> product, V scale, V x) {
@@ -110,34 +128,33 @@ INLINE V erfcResult(HeadAndRest<V> product, V scale, V x) {
   return (((two - sum) + u) + (product.rest * scale)) + sum;
 }
 
-#include "errorfn/element.inc"
-
 // Flagged arguments, by their high words alone.
 [[gnu::noinline, gnu::cold]] Element erfcSpecialLane(Float64 x) {
   constexpr uint32_t lastHighWord = 0x403b39dc;
   constexpr Float64 lastNonZero =
       fromBits(0x403b39dc41e48bfc);  // 27.226017111108362: from here up the result rounds to +0
   const uint32_t word = highWord(x), magnitudeWord = word & 0x7fffffff;
-  if (magnitudeWord > 0x7ff00000) return {x * x, nuvStatusOk};
-  if (word != magnitudeWord) return {2.0, nuvStatusOk};
+  if (magnitudeWord > 0x7ff00000) return {x * x};
+  if (word != magnitudeWord) return {2.0};
   const nuvStatus status = word < 0x7ff00000 && toBits(x) > toBits(lastNonZero) ? nuvStatusUnderflow : nuvStatusOk;
   if (word > lastHighWord) return {0.0, status};
 
   // A subnormal result, or nearly so: the product as one number times 2^m, so that it rounds but once more. 2^m is subnormal
   // itself and comes out of 2^(m + 154).
-  using V = Lanes2;
-  const V a = broadcast<V>(x);
-  const auto argument = erfcArgument(a);
-  const auto exponent = erfcExponent(a);
-  alignas(16) int offsets[4];
-  store(offsets, argument.offset);
-  const Rows rows = {erfcRows, offsets};
-  const auto power = twoColumns<V>(erfcExpTable, (lowWords(exponent.shifted) & 127) << 4);
-  const V q = erfcMiddleTerms(erfcHighTerms(argument.t, rows), argument.t, rows);
-  const auto product = erfcProduct(erfcScaled(q, argument.t, rows), erfcExpRest(exponent.r, power), power.first);
-  const uint64_t m = toBits(exponent.shifted[0]) << 45 & 0xfff0000000000000;
-  const Float64 scale = fromBits(m + 0x4990000000000000) * 0x1p-154;
+  const auto [product, shifted] = erfcUnscaled(broadcast<Lanes2>(x));
+  const uint64_t m = toBits(shifted[0]) << 45 & 0xfff0000000000000;
+  const Float64 scale = fromBits(m + toBits(0x1p154)) * 0x1p-154;
   return {(product.rest[0] + product.head[0]) * scale, status};
+}
+
+constexpr auto erfcIsFlagged = [](auto x) INLINED { return anyMagnitudeFrom(x, erfcFlaggedHighWord); };
+
+template <class V>
+INLINE V erfcCore(V x) {
+  const V a = magnitude(x);
+  const auto [product, shifted] = erfcUnscaled(andBits(a, highWordWithin(a, 0, erfcFlaggedHighWord)));
+  const V scale = fromHighWords<V>(((lowWords(shifted) + 1023 * 128) << 13) & 0x7ff00000);
+  return erfcResult(product, orBits(scale, signOf(x)), x);
 }
 
 }  // namespace

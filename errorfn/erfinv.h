@@ -32,7 +32,7 @@ INLINE ErfInvReduced<V> erfInvReduce(V a) {
   const V w = all(1.0) - a;
   const V t0 = orBits(andBits(w, bits(0x0003ffffffffffff)), all(1.0)) - all(1.125);
   // The error times the inverse of w's binade. Exponent bits complemented make twice the inverse, half the error sets it right.
-  const V twice = flipBits(andBits(w, bits(0x7ff0000000000000)), bits(0x7ff0000000000000));
+  const V twice = xorBits(andBits(w, bits(0x7ff0000000000000)), bits(0x7ff0000000000000));
   const V error = (all(1.0) - w) - a;
   constexpr int rowOfLargest = 4091;
   const auto row = rowOfLargest - (highWords(w) >> 18);
@@ -60,6 +60,19 @@ INLINE V erfInvSum(V p, V t0, V t, V x, Rows rows) {
   const V rest = (((f15.first - g) + v) + f15.second * (t - th)) + p;
   return g * xh + (g * (x - xh) + rest * x);
 }
+
+template <class V>
+INLINE V erfInvCore(V x) {
+  const V a = magnitude(x);
+  const auto reduced = erfInvReduce(andBits(a, highWordWithin(a, erfInvFastFrom, erfInvFastTo)));
+  alignas(16) int offsets[laneCount<Four>];
+  storeWords(offsets, reduced.offset);
+  const Rows rows = {erfInvRows, offsets};
+  const V t = reduced.t, p = erfInvFourTerms<6>(erfInvFourTerms<10>(erfInvTopTerms(t, rows), t, rows), t, rows);
+  return erfInvSum(p, reduced.t0, t, x, rows);
+}
+
+constexpr auto erfInvIsFlagged = [](auto x) INLINED { return anyHighWordOutside(x, erfInvFastFrom, erfInvFastTo); };
 
 }  // namespace
 }  // namespace qorvane

@@ -1,21 +1,23 @@
 // Tables with one long row for each lane: where the rows are, and their slots as columns.
 #pragma once
-#include "frame/lanes.h"
+#include "frame/words.h"
 
 namespace qorvane {
 namespace {
 
-// The rows of the lanes of V: the table, and for each lane the byte offset of its row, in memory. (From there a lane's offset
-// is one load away from being an address; from a vector register it is two or three operations.)
+// A table, and for each lane the byte offset of its row. The offsets are in memory: from there one is a
+// load away from being an address, from a vector register two or three operations.
 struct Rows {
   const void* table;
   const int* offsets;
-  INLINE const Float64* operator[](int lane) const {
-    return reinterpret_cast<const Float64*>(static_cast<const char*>(table) + static_cast<uint32_t>(offsets[lane]));
-  }
 };
-INLINE void store(int* p, Words4 words) { __builtin_memcpy(p, &words, sizeof words); }
-INLINE void store(int* p, Pack<Words4, 1> words) { store(p, words.part[0]); }
+INLINE const Float64* rowOf(Rows rows, int lane) {
+  return addressAt(rows.table, static_cast<uint32_t>(rows.offsets[lane]));
+}
+template <class V>
+INLINE Rows rowsOfPart(Rows rows, int i) {
+  return {rows.table, rows.offsets + i * laneCount<PartOf<V>>};
+}
 
 // Slots k and k + 1.
 template <class V>
@@ -23,12 +25,12 @@ INLINE TwoColumns<V> slots(Rows rows, int k) {
   if constexpr (isPack<V>) {
     TwoColumns<V> columns;
     for (int i = 0; i < packSize<V>; ++i) {
-      const auto ofPart = slots<PartOf<V>>({rows.table, rows.offsets + i * laneCount<PartOf<V>>}, k);
+      const auto ofPart = slots<PartOf<V>>(rowsOfPart<V>(rows, i), k);
       columns.first.part[i] = ofPart.first, columns.second.part[i] = ofPart.second;
     }
     return columns;
   } else if constexpr (laneCount<V> == 2) {
-    const __m128d a = _mm_loadu_pd(rows[0] + k), b = _mm_loadu_pd(rows[1] + k);
+    const __m128d a = _mm_loadu_pd(rowOf(rows, 0) + k), b = _mm_loadu_pd(rowOf(rows, 1) + k);
     return {_mm_unpacklo_pd(a, b), _mm_unpackhi_pd(a, b)};
 #ifdef __AVX__
   } else {
@@ -38,7 +40,7 @@ INLINE TwoColumns<V> slots(Rows rows, int k) {
       if (k % 4 == 2) return _mm256_blend_pd(first, _mm256_loadu_pd(high + k - 2), 12);
       return _mm256_insertf128_pd(first, _mm_loadu_pd(high + k), 1);
     };
-    const Lanes4 a = two(rows[0], rows[2]), b = two(rows[1], rows[3]);
+    const Lanes4 a = two(rowOf(rows, 0), rowOf(rows, 2)), b = two(rowOf(rows, 1), rowOf(rows, 3));
     return {_mm256_unpacklo_pd(a, b), _mm256_unpackhi_pd(a, b)};
 #endif
   }
@@ -47,11 +49,10 @@ INLINE TwoColumns<V> slots(Rows rows, int k) {
 // Slot k alone.
 template <class V>
 INLINE V slot(Rows rows, int k) {
-  const auto two = [&](int lane) INLINED { return _mm_loadh_pd(_mm_load_sd(rows[lane] + k), rows[lane + 1] + k); };
+  const auto two = [&](int lane)
+                       INLINED { return _mm_loadh_pd(_mm_load_sd(rowOf(rows, lane) + k), rowOf(rows, lane + 1) + k); };
   if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED {
-      return slot<PartOf<V>>({rows.table, rows.offsets + i * laneCount<PartOf<V>>}, k);
-    });
+    return makePack<packSize<V>>([&](int i) INLINED { return slot<PartOf<V>>(rowsOfPart<V>(rows, i), k); });
   else if constexpr (laneCount<V> == 2)
     return two(0);
 #ifdef __AVX__
@@ -60,18 +61,12 @@ INLINE V slot(Rows rows, int k) {
 #endif
 }
 
-// What else is done lane by lane. The operands of smaller, larger and keepFrom are no NaNs.
+// The operands are no NaNs.
 INLINE Lanes2 smaller(Lanes2 a, Lanes2 b) { return _mm_min_pd(a, b); }
 INLINE Lanes2 larger(Lanes2 a, Lanes2 b) { return _mm_max_pd(a, b); }
-INLINE Lanes2 keepFrom(Lanes2 v, Lanes2 a, Lanes2 limit) { return _mm_and_pd(v, _mm_cmpge_pd(a, limit)); }
-INLINE Lanes2 flipBits(Lanes2 a, Lanes2 b) { return _mm_xor_pd(a, b); }
 #ifdef __AVX__
 INLINE Lanes4 smaller(Lanes4 a, Lanes4 b) { return _mm256_min_pd(a, b); }
 INLINE Lanes4 larger(Lanes4 a, Lanes4 b) { return _mm256_max_pd(a, b); }
-INLINE Lanes4 keepFrom(Lanes4 v, Lanes4 a, Lanes4 limit) {
-  return _mm256_and_pd(v, _mm256_cmp_pd(a, limit, _CMP_GE_OQ));
-}
-INLINE Lanes4 flipBits(Lanes4 a, Lanes4 b) { return _mm256_xor_pd(a, b); }
 #endif
 template <class V, int K>
 INLINE Pack<V, K> smaller(Pack<V, K> a, Pack<V, K> b) {
@@ -80,14 +75,6 @@ INLINE Pack<V, K> smaller(Pack<V, K> a, Pack<V, K> b) {
 template <class V, int K>
 INLINE Pack<V, K> larger(Pack<V, K> a, Pack<V, K> b) {
   return makePack<K>([&](int i) INLINED { return larger(a.part[i], b.part[i]); });
-}
-template <class V, int K>
-INLINE Pack<V, K> keepFrom(Pack<V, K> v, Pack<V, K> a, Pack<V, K> limit) {
-  return makePack<K>([&](int i) INLINED { return keepFrom(v.part[i], a.part[i], limit.part[i]); });
-}
-template <class V, int K>
-INLINE Pack<V, K> flipBits(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) INLINED { return flipBits(a.part[i], b.part[i]); });
 }
 
 // All bits where the high word of a lies in [from, to), a >= +0; no flag is raised.
