@@ -76,6 +76,15 @@ constexpr Bar bars[] = {
     {{"sinCos", "huge arguments", "level 5"}, 1000, "level 5", 5.0, "sinCos"},
     {{"tan", "", "level 5"}, 1000, "SLEEF AVX", 0.75},
     {{"tan", "", "level 1"}, 1000, "SLEEF AVX", 0.75},
+    {{"erf", "", "level 5"}, 1000, "SLEEF AVX", 0.15},
+    {{"erf", "", "level 1"}, 1000, "SLEEF SSE4", 0.35},
+    {{"erf", "", "level 5"}, 8, "C library", 0.8},
+    {{"erf", "", "level 5"}, 1, "C library", 2.5},
+    {{"erfInv", "", "level 5"}, 1000, "level 5", 1.5, "erf"},
+    {{"erfc", "", "level 5"}, 1000, "SLEEF AVX", 0.25},
+    {{"erfc", "", "level 1"}, 1000, "SLEEF SSE4", 0.35},
+    {{"erfc", "", "level 5"}, 8, "C library", 0.8},
+    {{"erfc", "", "level 5"}, 1, "C library", 2.5},
 };
 
 }  // namespace

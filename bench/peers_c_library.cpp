@@ -40,6 +40,8 @@ constexpr Contestant contestants[] = {
     CALL(cos, cos(a)),
     CALL(sinCos, sineAndCosine(a)),
     CALL(tan, tan(a)),
+    CALL(erf, erf(a)),
+    CALL(erfc, erfc(a)),
     CALL(floor, floor(a)),
     CALL(ceil, ceil(a)),
     CALL(trunc, trunc(a)),
