@@ -1,11 +1,12 @@
 // What the levels of Erf share: the rows and the arithmetic.
 //
-// Method: |x| has its row by its top three significand bits, eight rows a binade from 1/8 to 6, one below and one above.
-// With the distance u from the row's centre, erf|x| = S1 + S0 + S2 u + S3 u^2 + ... + S11 u^10. The head of S2 u is exact
-// and added to S1 with its rounding error; all else is a small correction. The sign of x is put back at the end.
+// Method: |x| has its row by its top three significand bits, eight rows a binade from 1/8 to 6, one
+// below and one above. With the distance u from the row's centre, erf|x| = S1 + S0 + S2 u + S3 u^2
+// + ... + S11 u^10. The head of S2 u is exact and added to S1 with its rounding error; all else is
+// a small correction. The sign of x is put back at the end.
 //
-// The centre isn't read from the row: it follows from |x|, before the row's address does. From 6 up, where the result is 1
-// whatever u is, |x| is taken for 6, so that infinities raise no flag.
+// The centre isn't read from the row: it follows from |x|, before the row's address does. From 6
+// up, where the result is 1 whatever u is, |x| is taken for 6, so that infinities raise no flag.
 #pragma once
 #include "errorfn/rows.h"
 #include "frame/loops.h"
@@ -29,8 +30,8 @@ template <class V>
 INLINE ErfReduced<V> erfReduce(V a) {
   constexpr Float64 rowBits = fromBits(0x7ffe000000000000);  // the part of a pattern that tells its row
   constexpr Float64 halfRow = fromBits(0x0001000000000000);  // from there to the centre
-  constexpr Float64 lastCentre =
-      fromBits(0x4016d7da46e4b314);  // 5.7107936: where erf still differs from 1 in the row from 5.5 up
+  // The row from 5.5 up is fitted up to where erf rounds to 1 only.
+  constexpr Float64 lastCentre = fromBits(0x4016d7da46e4b314);  // 5.7107936
   constexpr Float64 belowRow1 = 15.0 / 128, row1 = 0.125, lastRow = 6.0;
   constexpr int first = static_cast<int>(highWord(belowRow1)), shift = 10;  // high words are 2^17 apart, rows 2^7 bytes
   const auto all = [](Float64 x) INLINED { return broadcast<V>(x); };
@@ -57,8 +58,8 @@ INLINE V erfSum(V q, V u, Rows rows) {
   const V uh = andBits(u, broadcast<V>(erfUpperHalf)), ul = u - uh;
   const V lh = andBits(s2.first, broadcast<V>(erfUpperHalf)), ll = s2.first - lh;
   const V tail = (q * u + s2.second) * u * u;
-  const V m = lh * uh,
-          s = m + s0.second;  // |m| < S1, or S1 = 0: the error of the sum is m - (s - S1), in every rounding mode
+  // |m| < S1, or S1 = 0: the error of the sum s is m - (s - S1), in every rounding mode.
+  const V m = lh * uh, s = m + s0.second;
   const V low = ((ll * uh + (lh * ul + ll * ul)) + tail) + s0.first;
   return s + (low + (m - (s - s0.second)));
 }

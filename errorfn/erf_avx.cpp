@@ -1,4 +1,13 @@
 // erf(x), level 5.
+//
+// Method: a polynomial on each of 46 rows (erf.h); below 2^-512 the product with 2 / sqrt(pi),
+// which is made as high + low far from the subnormal numbers and brought down.
+//
+// Error: at most 0.80 ulp, between 4 and 4.5 where erf is all but 1; below 0.125 at most 0.64 ulp,
+// elsewhere 0.60; in round-to-nearest. Rounding mode, FTZ and DAZ are the caller's.
+//
+// Special values: zeros give themselves, infinities and |x| from 6 up the 1 of their sign, NaNs
+// themselves, quiet. No element fails.
 #include "errorfn/erf.h"
 #include "frame/kernel_frame.h"
 #include "frame/pipeline.h"
@@ -37,8 +46,8 @@ constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 
 // Infinities count as inside: what is beyond 6 gives 1.
 INLINE Lanes4 isInside(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0x1p-512), _CMP_GE_OQ); }
 
-// Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over what
-// stands there.
+// Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over
+// what stands there.
 constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>, beyond = 2 * vector;
 struct Stretch {
   alignas(32) Float64 u[longestStretch + beyond];

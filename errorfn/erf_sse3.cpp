@@ -1,4 +1,14 @@
 // erf(x), levels 1 to 4.
+//
+// Method: a polynomial on each of 46 rows (erf.h); below 2^-1015 the product with 2 / sqrt(pi),
+// which is made as high + low far from the subnormal numbers and brought down.
+//
+// Error: at most 0.80 ulp, between 4 and 4.5 where erf is all but 1; below 0.125 at most 0.64 ulp,
+// elsewhere 0.60. The kernel runs in round-to-nearest with subnormals honoured, whatever the
+// caller's mode.
+//
+// Special values: zeros give themselves, infinities and |x| from 6 up the 1 of their sign, NaNs
+// themselves, quiet. No element fails.
 #include "errorfn/erf.h"
 #include "frame/kernel_frame.h"
 

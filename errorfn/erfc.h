@@ -1,10 +1,12 @@
-// What the levels of Erfc share: the rows, the arithmetic and the special arguments. All levels give the same bits.
+// What the levels of Erfc share: the rows, the arithmetic and the special arguments. All levels
+// give the same bits.
 //
-// Method: with a = |x|, erfc(a) = g(a) exp(-a^2), and erfc(-a) = 2 - erfc(a). g(a) = exp(a^2) erfc(a) is a polynomial in the
-// distance t from the lower end of a's row, four rows a binade, summed as head + rest. -a^2 = th + tl, the square of the
-// upper half of a and the remainder; 128 th / ln 2 = k + rest with the integer k = 128 m + j, so that
-// exp(-a^2) = 2^m * 2^(j/128) * exp(r); 2^(j/128) comes from a table as Th + Tl, exp(r) - 1 is its Taylor polynomial.
-// Heads have so few bits that their products are exact.
+// Method: with a = |x|, erfc(a) = g(a) exp(-a^2), and erfc(-a) = 2 - erfc(a). g(a) = exp(a^2)
+// erfc(a) is a polynomial in the distance t from the lower end of a's row, four rows a binade,
+// summed as head + rest. -a^2 = th + tl, the square of the upper half of a and the remainder; 128
+// th / ln 2 = k + rest with the integer k = 128 m + j, so that exp(-a^2) = 2^m * 2^(j/128) *
+// exp(r); 2^(j/128) comes from a table as Th + Tl, exp(r) - 1 is its Taylor polynomial. Heads have
+// so few bits that their products are exact.
 #pragma once
 #include "errorfn/rows.h"
 #include "frame/loops.h"
@@ -88,7 +90,8 @@ struct HeadAndRest {
 template <class V>
 INLINE HeadAndRest<V> erfcScaled(V q, V t, Rows rows) {
   const auto s2 = slots<V>(rows, 2), s0 = slots<V>(rows, 0);
-  // The slope s is less than that at the centre, as t >= 0: what its sum lost is q - (s - s3). The same goes for the value y.
+  // The slope s is less than that at the centre, as t >= 0: what its sum lost is q - (s - s3). The
+  // same goes for the value y.
   const V s = s2.second + q, slopeLow = (q - (s - s2.second)) + s2.first;
   const V sh = headOf(s), sl = slopeLow + (s - sh), th = headOf(t), tl = t - th;
   const V low = ((sl * tl) + (tl * sh)) + (th * sl), product = sh * th;
@@ -139,8 +142,8 @@ INLINE V erfcResult(HeadAndRest<V> product, V scale, V x) {
   const nuvStatus status = word < 0x7ff00000 && toBits(x) > toBits(lastNonZero) ? nuvStatusUnderflow : nuvStatusOk;
   if (word > lastHighWord) return {0.0, status};
 
-  // A subnormal result, or nearly so: the product as one number times 2^m, so that it rounds but once more. 2^m is subnormal
-  // itself and comes out of 2^(m + 154).
+  // A subnormal result, or nearly so: the product as one number times 2^m, so that it rounds but
+  // once more. 2^m is subnormal itself and comes out of 2^(m + 154).
   const auto [product, shifted] = erfcUnscaled(broadcast<Lanes2>(x));
   const uint64_t m = toBits(shifted[0]) << 45 & 0xfff0000000000000;
   const Float64 scale = fromBits(m + toBits(0x1p154)) * 0x1p-154;

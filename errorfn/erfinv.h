@@ -1,9 +1,10 @@
 // What the levels of ErfInv share: the rows and the arithmetic.
 //
-// Method: erfinv(x) = x G(w) with w = 1 - |x|, and G is smooth on a quarter of a binade. Exponent and top two significand
-// bits of w tell the row; with the distance t from the quarter's middle, in units of the binade, G = F15 + F16 t + P(t), P a
-// polynomial of degree 14 that has the low parts of value and slope. The rounding error of w goes into t. The heads of
-// value and slope have 26 bits, so that they multiply the heads of t and x without error.
+// Method: erfinv(x) = x G(w) with w = 1 - |x|, and G is smooth on a quarter of a binade. Exponent
+// and top two significand bits of w tell the row; with the distance t from the quarter's middle, in
+// units of the binade, G = F15 + F16 t + P(t), P a polynomial of degree 14 that has the low parts
+// of value and slope. The rounding error of w goes into t. The heads of value and slope have 26
+// bits, so that they multiply the heads of t and x without error.
 #pragma once
 #include "errorfn/rows.h"
 #include "frame/loops.h"
@@ -31,7 +32,8 @@ INLINE ErfInvReduced<V> erfInvReduce(V a) {
   a = larger(a, bits(uint64_t{erfInvFastFrom} << 32));
   const V w = all(1.0) - a;
   const V t0 = orBits(andBits(w, bits(0x0003ffffffffffff)), all(1.0)) - all(1.125);
-  // The error times the inverse of w's binade. Exponent bits complemented make twice the inverse, half the error sets it right.
+  // The error times the inverse of w's binade. Exponent bits complemented make twice the inverse,
+  // half the error sets it right.
   const V twice = xorBits(andBits(w, bits(0x7ff0000000000000)), bits(0x7ff0000000000000));
   const V error = (all(1.0) - w) - a;
   constexpr int rowOfLargest = 4091;
@@ -61,15 +63,16 @@ INLINE V erfInvSum(V p, V t0, V t, V x, Rows rows) {
   return g * xh + (g * (x - xh) + rest * x);
 }
 
+// erfinv(x); what isn't in the fast range is taken for 0, so that it raises no flag.
 template <class V>
 INLINE V erfInvCore(V x) {
-  const V a = magnitude(x);
-  const auto reduced = erfInvReduce(andBits(a, highWordWithin(a, erfInvFastFrom, erfInvFastTo)));
+  const V inside = highWordWithin(magnitude(x), erfInvFastFrom, erfInvFastTo), fast = andBits(x, inside);
+  const auto reduced = erfInvReduce(magnitude(fast));
   alignas(16) int offsets[laneCount<Four>];
   storeWords(offsets, reduced.offset);
   const Rows rows = {erfInvRows, offsets};
   const V t = reduced.t, p = erfInvFourTerms<6>(erfInvFourTerms<10>(erfInvTopTerms(t, rows), t, rows), t, rows);
-  return erfInvSum(p, reduced.t0, t, x, rows);
+  return erfInvSum(p, reduced.t0, t, fast, rows);
 }
 
 constexpr auto erfInvIsFlagged = [](auto x) INLINED { return anyHighWordOutside(x, erfInvFastFrom, erfInvFastTo); };

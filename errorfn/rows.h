@@ -5,8 +5,8 @@
 namespace qorvane {
 namespace {
 
-// A table, and for each lane the byte offset of its row. The offsets are in memory: from there one is a
-// load away from being an address, from a vector register two or three operations.
+// A table, and for each lane the byte offset of its row. The offsets are in memory: from there one
+// is a load away from being an address, from a vector register two or three operations.
 struct Rows {
   const void* table;
   const int* offsets;
@@ -36,7 +36,8 @@ INLINE TwoColumns<V> slots(Rows rows, int k) {
   } else {
     const auto two = [&](const Float64* low, const Float64* high) INLINED -> Lanes4 {
       const __m256d first = _mm256_castpd128_pd256(_mm_loadu_pd(low + k));
-      // The upper half of an aligned 32 bytes is already where it belongs: a blend costs less than an insertion.
+      // The upper half of an aligned 32 bytes is already where it belongs: a blend costs less than
+      // an insertion.
       if (k % 4 == 2) return _mm256_blend_pd(first, _mm256_loadu_pd(high + k - 2), 12);
       return _mm256_insertf128_pd(first, _mm_loadu_pd(high + k), 1);
     };

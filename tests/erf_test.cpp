@@ -87,7 +87,8 @@ TEST(Erfc, KnownValues) {
       {0x403b000000000000, 0x0000000000019e0f, 0},
       {0x403b39dbffffffff, 0x0000000000000001, 0},
       {0x403b39dc00000000, 0x0000000000000001, 0},
-      // The last result above 0 by rounding, and the first one that fails; where the high word changes, 0.
+      // The last result above 0 by rounding, and the first one that fails; where the high word
+      // changes, 0.
       {0x403b39dc41e48bfc, 1, 0, 0},
       {0x403b39dc41e48bfd, 1, 1, under},
       {0x403b39dcffffffff, 0, 1, under},
@@ -144,8 +145,8 @@ TEST(ErfInv, OutsideItsDomainGivesTheDefaultNaN) {
   }
 }
 
-// A NaN comes back as itself, quieted; erfc looks at high words alone, and takes one whose significand
-// is clear in the high word for an infinity.
+// A NaN comes back as itself, quieted; erfc looks at high words alone, and takes one whose
+// significand is clear in the high word for an infinity.
 TEST(ErrorFunctions, NaNs) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -163,8 +164,8 @@ TEST(ErrorFunctions, NaNs) {
   }
 }
 
-// What isn't ordinary leaves no flag but that of its status: quiet NaNs, infinities and zeros none at
-// all but inexact, whatever stands beside them.
+// What isn't ordinary leaves no flag but that of its status: quiet NaNs, infinities and zeros none
+// at all but inexact, whatever stands beside them.
 TEST(ErrorFunctions, Flags) {
   struct FlagRow {
     Unary f;
@@ -201,8 +202,8 @@ TEST(ErrorFunctions, Flags) {
   }
 }
 
-// erf(erfinv(x)) = x to what the two slopes leave of the last bit: a walk through all the rows of the
-// inverse, four places in each.
+// erf(erfinv(x)) = x to what the two slopes leave of the last bit: a walk through all the rows of
+// the inverse, four places in each.
 TEST(ErfInv, InvertsErfInAllItsRows) {
   for (int level : {supportedLevels().front(), supportedLevels().back()}) {
     AtLevel at(level);
@@ -211,7 +212,8 @@ TEST(ErfInv, InvertsErfInAllItsRows) {
         const double w = std::ldexp(1 + place / 16.0 + 1 / 64.0, exponent), x = 1 - w;
         if (x >= 1) continue;
         const double y = evaluate(nuvsErfInv_64f_A53, x).value;
-        // In the tail erfc(y) / erfc'(y) is about 1 / (2 y): an error of y shows 2 y^2 times enlarged.
+        // In the tail erfc(y) / erfc'(y) is about 1 / (2 y): an error of y shows 2 y^2 times
+        // enlarged.
         const double back = evaluate(nuvsErfc_64f_A53, y).value, exact = 1 - x;
         EXPECT_NEAR(back, exact, (1 + 2 * y * y) * 0x1p-52 * exact) << "level " << level << ", x = 1 - " << w;
       }

@@ -1,5 +1,5 @@
-// erfinv for the accuracy tool: MPFR and the C library have erf and erfc, whose values Newton's method
-// inverts. Where |x| >= 1/2 it works on erfc(y) = 1 - |x|, of which nothing cancels.
+// erfinv for the accuracy tool: MPFR and the C library have erf and erfc, whose values Newton's
+// method inverts. Where |x| >= 1/2 it works on erfc(y) = 1 - |x|, of which nothing cancels.
 #pragma once
 #include <mpfr.h>
 

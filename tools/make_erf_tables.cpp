@@ -1,5 +1,6 @@
-// Writes the tables of errorfn/: fits of erf, of its inverse and of exp(a^2) erfc(a) on many short intervals. All are
-// polynomials of least relative error; their coefficients are rounded at the end, each by itself.
+// Writes the tables of errorfn/: fits of erf, of its inverse and of exp(a^2) erfc(a) on many short
+// intervals. All are polynomials of least relative error; their coefficients are rounded at the
+// end, each by itself.
 #include <cmath>
 
 #include "tools/minimax.h"
@@ -7,8 +8,9 @@
 namespace {
 using namespace tables;
 
-// A slot that is known from elsewhere. It is kept where the fit comes out a little otherwise, which it may do in low parts
-// and in high coefficients, where thousands of units don't count; a larger difference is a mistake.
+// A slot that is known from elsewhere. It is kept where the fit comes out a little otherwise, which
+// it may do in low parts and in high coefficients, where thousands of units don't count; a larger
+// difference is a mistake.
 struct Known {
   int row, slot;
   uint64_t bits;
@@ -43,7 +45,8 @@ Exact twoOverRootPi() {
 double erfRowBegin(int row) { return number(static_cast<uint64_t>(0x3fbe0000 + row * 0x20000) << 32); }
 constexpr uint64_t erfRoundsToOneFrom = 0x4017afb48dc96627;
 
-// slots 2 to 11: the coefficients of u to u^10. Row 0 has no value at its centre and the exact slope.
+// slots 2 to 11: the coefficients of u to u^10. Row 0 has no value at its centre and the exact
+// slope.
 void fitErfAtZero(std::vector<double>& slots) {
   const Interval interval = {0, 0.125};
   const Polynomial f = interpolate([](const Exact& u) { return call(mpfr_erf, u) / u; }, interval, 30);
@@ -64,12 +67,11 @@ void fitErf(int row, std::vector<double>& slots) {
 }
 
 void writeErfTables(FILE* out) {
-  std::fprintf(
-      out,
-      "// Written by tools/make_erf_tables.cpp.\n\n"
-      "// Row 0: |x| < 1/8. Rows 1 to 44: eight a binade, up to 6. Row 45: from 6 up. With u = |x| + slot 12,\n"
-      "// erf|x| = slot 1 + slot 0 + slot 2 * u + ... + slot 11 * u^10.\n"
-      "alignas(64) constexpr Float64 erfRows[46][16] = {\n");
+  std::fprintf(out,
+               "// Written by tools/make_erf_tables.cpp.\n\n"
+               "// Row 0: |x| < 1/8. Rows 1 to 44: eight a binade, up to 6. Row 45: from 6 up.\n"
+               "// With u = |x| + slot 12, erf|x| = slot 1 + slot 0 + slot 2 * u + ... + slot 11 * u^10.\n"
+               "alignas(64) constexpr Float64 erfRows[46][16] = {\n");
   const std::initializer_list<Known> known = {
       {0, 2, 0x3ff20dd750429b6d},  {0, 4, 0xbfd812746b036d44},  {0, 6, 0x3fbce2f223001aff},
       {1, 0, 0x3c39587ffb20c7e1},  {1, 1, 0x3fc311fc15f56d14},  {1, 2, 0x3ff1bd07cdd189ac},
@@ -106,10 +108,9 @@ Exact inverseErfc(const Exact& w) {
 void writeErfInvTables(FILE* out) {
   std::fprintf(out,
                "// Written by tools/make_erf_tables.cpp.\n\n"
-               "// Row i: the i-th quarter binade of w = 1 - |x| below 1, with the distance t in [-1/8, 1/8] from its "
-               "middle in\n"
-               "// units of its binade. erfinv(x) / x = F15 + F16 * t + (F0 + F1 * t + ... + F14 * t^14); F15 and F16 "
-               "have 26 bits.\n"
+               "// Row i: the i-th quarter binade of w = 1 - |x| below 1, with the distance t in [-1/8, 1/8]\n"
+               "// from its middle in units of its binade. erfinv(x) / x = F15 + F16 * t +\n"
+               "// (F0 + F1 * t + ... + F14 * t^14); F15 and F16 have 26 bits.\n"
                "alignas(64) constexpr Float64 erfInvRows[212][17] = {\n");
   const std::initializer_list<Known> known = {
       {0, 0, 0x3e2597e16ee728c9},   {0, 1, 0x3dcb07c7a181557b},    {0, 2, 0x3fae153d5b9946f6},
@@ -142,14 +143,12 @@ void writeErfInvTables(FILE* out) {
 void writeErfcTables(FILE* out) {
   constexpr double centres[29] = {0, 0.25, 0.3125, 0.375, 0.4375, 0.5, 0.625, 0.75, 0.875, 1,  1.25, 1.5, 1.75, 2, 2.5,
                                   3, 3.5,  4,      5,     6,      7,   8,     10,   12,    14, 16,   20,  24,   28};
-  std::fprintf(
-      out,
-      "// Written by tools/make_erf_tables.cpp.\n\n"
-      "// Row 0: a < 1/4. Rows 1 to 27: four a binade, up to 28. With the distance t from the row's lower end,\n"
-      "// exp(a^2) erfc(a) = slot 1 + slot 0 + (slot 3 + slot 2) * t + slot 4 * t^2 + ... + slot 15 * t^13; the low 33 "
-      "bits\n"
-      "// of slots 1 and 3 are clear.\n"
-      "alignas(64) constexpr Float64 erfcRows[28][16] = {\n");
+  std::fprintf(out,
+               "// Written by tools/make_erf_tables.cpp.\n\n"
+               "// Row 0: a < 1/4. Rows 1 to 27: four a binade, up to 28. With the distance t from the row's\n"
+               "// lower end, exp(a^2) erfc(a) = slot 1 + slot 0 + (slot 3 + slot 2) * t + slot 4 * t^2 + ...\n"
+               "// + slot 15 * t^13; the low 33 bits of slots 1 and 3 are clear.\n"
+               "alignas(64) constexpr Float64 erfcRows[28][16] = {\n");
   const std::initializer_list<Known> known = {
       {0, 0, 0x3eafffffffffffe6},  {0, 1, 0x3feffffe00000000},  {0, 2, 0xbeb50429b6d0c1d5},
       {0, 3, 0xbff20dd600000000},  {0, 4, 0x3feffffffffffff5},  {1, 0, 0x3eacda2ea91e4c1a},

@@ -1,7 +1,8 @@
 // Polynomials of least relative error: Remez's exchange, for the generators of fitted tables.
 //
-// The function is interpolated once, at Chebyshev's points and in MPFR's precision; the exchange then works on that
-// polynomial, which stands for the function to far more digits than any coefficient keeps. Nothing depends on the machine.
+// The function is interpolated once, at Chebyshev's points and in MPFR's precision; the exchange
+// then works on that polynomial, which stands for the function to far more digits than any
+// coefficient keeps. Nothing depends on the machine.
 #pragma once
 #include <utility>
 #include <vector>
@@ -82,7 +83,8 @@ inline std::vector<Exact> solve(std::vector<std::vector<Exact>> matrix) {
   return x;
 }
 
-// A root of f in [a, b], at whose ends it has different signs: regula falsi with the Illinois weights.
+// A root of f in [a, b], at whose ends it has different signs: regula falsi with the Illinois
+// weights.
 template <class F>
 Exact rootOf(F f, Exact a, Exact b) {
   Exact fa = f(a), fb = f(b);
@@ -101,8 +103,8 @@ Exact rootOf(F f, Exact a, Exact b) {
   return b;
 }
 
-// The polynomial of f's relative error that is least on the interval, among those whose coefficients of t^first ... t^last
-// are free and whose others are those of `fixed`.
+// The polynomial of f's relative error that is least on the interval, among those whose
+// coefficients of t^first ... t^last are free and whose others are those of `fixed`.
 inline Polynomial fitRelative(const Polynomial& f, Polynomial fixed, int first, int last, const Interval& interval) {
   const int unknowns = last - first + 1, references = unknowns + 1;
   const Polynomial slopeOfF = derivative(f);
@@ -110,7 +112,8 @@ inline Polynomial fitRelative(const Polynomial& f, Polynomial fixed, int first, 
   p.resize(last + 1);
   fixed.push_back(0);
   std::vector<Exact> reference;
-  // Where the error vanishes at the lower end whatever the coefficients, that end can't belong to the reference.
+  // Where the error vanishes at the lower end whatever the coefficients, that end can't belong to
+  // the reference.
   const bool lowEndIsFixed = first > 0 && signOf(interval.low) == 0;
   for (int i = 0; i < references; ++i)
     reference.push_back(lowEndIsFixed ? interval.point(i + 1, references) : interval.point(i, references - 1));

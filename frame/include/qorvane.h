@@ -382,8 +382,8 @@ QORVANE_API nuvStatus nuvsAtanh_64f_A53_Idx(const Float64* src, int32_t srcOffse
 
 /* ---- Error functions ------------------------------------------------------------------------- */
 
-/* dst[i] = the error function of src[i]. No element fails: ±0 gives itself, |x| from 5.922 up and
-   ±Inf give ±1, a NaN gives itself, quieted.
+/* dst[i] = the error function of src[i]. No element fails: ±0 gives itself, |x| from 6 up, ±Inf
+   included, gives ±1, a NaN itself, quieted.
    Own modes at levels 1 to 4, the caller's at level 5. */
 QORVANE_API nuvStatus nuvsErf_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsErf_64f_A53 on arrays that begin at an offset, in elements. */
