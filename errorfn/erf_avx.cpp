@@ -48,10 +48,10 @@ INLINE Lanes4 isInside(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0x1p-5
 
 // Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over
 // what stands there.
-constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>, beyond = 2 * vector;
+constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>;
 struct Stretch {
-  alignas(32) Float64 u[longestStretch + beyond];
-  alignas(32) int offsets[longestStretch + beyond];
+  alignas(32) Float64 u[longestStretch];
+  alignas(32) int offsets[longestStretch];
 };
 
 // False if there are flagged elements.
@@ -63,7 +63,6 @@ INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
     const auto reduced = erfReduce(andBits(a, mask));
     store(c.u + i, reduced.u), storeWords(c.offsets + i, reduced.offset);
   }
-  store(c.u + count, Pack<Lanes4, 2>{}), storeWords(c.offsets + count, Pack<Words4, 2>{});
   return signMask(inside) == 15;
 }
 
@@ -72,10 +71,9 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
   const auto u = [&](int64_t i) INLINED { return load<Lanes4>(c.u + i); };
   const auto rows = [&](int64_t i) INLINED { return Rows{erfRows, c.offsets + i}; };
   pipeline<vector>(
-      count, [&](int64_t i, Lanes4 y) INLINED { store(dst + i, orBits(y, signOf(load<Lanes4>(src + i)))); },
-      [&](int64_t i) INLINED { high = erfHighTerms(u(i), rows(i)); },
+      count, [&](int64_t i) INLINED { high = erfHighTerms(u(i), rows(i)); },
       [&](int64_t i) INLINED { middle = erfMiddleTerms(high, u(i), rows(i)); },
-      [&](int64_t i) INLINED { return erfSum(middle, u(i), rows(i)); });
+      [&](int64_t i) INLINED { store(dst + i, orBits(erfSum(middle, u(i), rows(i)), signOf(load<Lanes4>(src + i)))); });
 }
 
 [[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {

@@ -22,10 +22,10 @@ namespace {
 // and above it stands m + 1023.
 constexpr Float64 keyShifter =
     fromBits(0x4328000000000000 + 2 * 1023 * 128);  // 1.5 * 2^51 + 1023 * 128; its unit is 2^-1
-constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>, beyond = 3 * vector;
+constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>;
 struct Stretch {
-  alignas(32) Float64 t[longestStretch + beyond], r[longestStretch], keys[longestStretch];
-  alignas(32) int offsets[longestStretch + beyond];
+  alignas(32) Float64 t[longestStretch], r[longestStretch], keys[longestStretch];
+  alignas(32) int offsets[longestStretch];
 };
 
 INLINE Lanes4 isInside(Lanes4 a) {
@@ -44,7 +44,6 @@ INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
     store(c.t + i, argument.t), storeWords(c.offsets + i, argument.offset);
     store(c.r + i, exponent.r), store(c.keys + i, exponent.k + keyShifter);
   }
-  store(c.t + count, Pack<Lanes4, 3>{}), storeWords(c.offsets + count, Pack<Words4, 3>{});
   return signMask(inside) == 15;
 }
 
@@ -64,15 +63,14 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
   const auto t = [&](int64_t i) INLINED { return load<Lanes4>(c.t + i); };
   const auto rows = [&](int64_t i) INLINED { return Rows{erfcRows, c.offsets + i}; };
   pipeline<vector>(
-      count, [&](int64_t i, Lanes4 y) INLINED { store(dst + i, y); },
-      [&](int64_t i) INLINED { q1 = erfcHighTerms(t(i), rows(i)); },
+      count, [&](int64_t i) INLINED { q1 = erfcHighTerms(t(i), rows(i)); },
       [&](int64_t i) INLINED { q2 = erfcMiddleTerms(q1, t(i), rows(i)); },
       [&](int64_t i) INLINED { g = erfcScaled(q2, t(i), rows(i)); },
       [&](int64_t i) INLINED {
         const Lanes4 x = load<Lanes4>(src + i);
         const auto power = powersAt(c.keys + i);
         const auto product = erfcProduct(g, erfcExpRest(load<Lanes4>(c.r + i), power), power.first);
-        return erfcResult(product, orBits(scaleAt(c.keys + i), signOf(x)), x);
+        store(dst + i, erfcResult(product, orBits(scaleAt(c.keys + i), signOf(x)), x));
       });
 }
 

@@ -44,10 +44,10 @@ namespace {
 
 // Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over
 // what stands there.
-constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>, beyond = 3 * vector;
+constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>;
 struct Stretch {
-  alignas(32) Float64 t0[longestStretch + beyond], t[longestStretch + beyond];
-  alignas(32) int offsets[longestStretch + beyond];
+  alignas(32) Float64 t0[longestStretch], t[longestStretch];
+  alignas(32) int offsets[longestStretch];
 };
 
 // False if there are flagged elements.
@@ -59,7 +59,6 @@ INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
     const auto reduced = erfInvReduce(andBits(a, mask));
     store(c.t0 + i, reduced.t0), store(c.t + i, reduced.t), storeWords(c.offsets + i, reduced.offset);
   }
-  store(c.t + count, Pack<Lanes4, 3>{}), storeWords(c.offsets + count, Pack<Words4, 3>{});
   return signMask(inside) == 15;
 }
 
@@ -68,11 +67,11 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
   const auto t = [&](int64_t i) INLINED { return load<Lanes4>(c.t + i); };
   const auto rows = [&](int64_t i) INLINED { return Rows{erfInvRows, c.offsets + i}; };
   pipeline<vector>(
-      count, [&](int64_t i, Lanes4 y) INLINED { store(dst + i, y); },
-      [&](int64_t i) INLINED { p1 = erfInvTopTerms(t(i), rows(i)); },
+      count, [&](int64_t i) INLINED { p1 = erfInvTopTerms(t(i), rows(i)); },
       [&](int64_t i) INLINED { p2 = erfInvFourTerms<10>(p1, t(i), rows(i)); },
       [&](int64_t i) INLINED { p3 = erfInvFourTerms<6>(p2, t(i), rows(i)); },
-      [&](int64_t i) INLINED { return erfInvSum(p3, load<Lanes4>(c.t0 + i), t(i), load<Lanes4>(src + i), rows(i)); });
+      [&](int64_t i)
+          INLINED { store(dst + i, erfInvSum(p3, load<Lanes4>(c.t0 + i), t(i), load<Lanes4>(src + i), rows(i))); });
 }
 
 [[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
