@@ -111,6 +111,15 @@ constexpr Bar bars[] = {
     {{"tanh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
     {{"tanh", "", "level 5"}, 8, "C library", 0.8},
     {{"tanh", "", "level 5"}, 1, "C library", 2.5},
+    {{"erf", "", "level 5"}, 1000, "SLEEF AVX", 0.15},
+    {{"erf", "", "level 1"}, 1000, "SLEEF SSE4", 0.35},
+    {{"erf", "", "level 5"}, 8, "C library", 0.8},
+    {{"erf", "", "level 5"}, 1, "C library", 2.5},
+    {{"erfInv", "", "level 5"}, 1000, "level 5", 1.5, "erf"},
+    {{"erfc", "", "level 5"}, 1000, "SLEEF AVX", 0.25},
+    {{"erfc", "", "level 1"}, 1000, "SLEEF SSE4", 0.35},
+    {{"erfc", "", "level 5"}, 8, "C library", 0.8},
+    {{"erfc", "", "level 5"}, 1, "C library", 2.5},
 };
 
 }  // namespace

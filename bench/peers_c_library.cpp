@@ -47,6 +47,8 @@ constexpr Contestant contestants[] = {
     CALL(sinh, sinh(a)),
     CALL(cosh, cosh(a)),
     CALL(tanh, tanh(a)),
+    CALL(erf, erf(a)),
+    CALL(erfc, erfc(a)),
     CALL(floor, floor(a)),
     CALL(ceil, ceil(a)),
     CALL(trunc, trunc(a)),

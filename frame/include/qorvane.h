@@ -393,10 +393,9 @@ QORVANE_API nuvStatus nuvsAtanh_64f_A53_Idx(const Float64* src, int32_t srcOffse
 
 /* ---- Error functions ------------------------------------------------------------------------- */
 
-/* dst[i] = the error function of src[i]. No element fails: ±0 gives itself, ±Inf gives ±1, a NaN a
-   NaN.
-   Own modes at levels 1 to 4, the caller's at level 5.
-   Not served yet: declared, not exported. */
+/* dst[i] = the error function of src[i]. No element fails: ±0 gives itself, |x| from 6 up, ±Inf
+   included, gives ±1, a NaN itself, quieted.
+   Own modes at levels 1 to 4, the caller's at level 5. */
 QORVANE_API nuvStatus nuvsErf_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsErf_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsErf_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -404,18 +403,18 @@ QORVANE_API nuvStatus nuvsErf_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 
 /* dst[i] = the inverse error function of src[i]; erfinv(±0) = ±0.
    Results: ±1 gives ±Inf, nuvStatusPole; |x| above 1, ±Inf included, gives the default NaN,
-   nuvStatusOutOfDomain; a NaN gives itself, quieted. The caller's modes. Raises: both statuses.
-   Not served yet: declared, not exported. */
+   nuvStatusOutOfDomain; a NaN gives itself, quieted. The caller's modes. Raises: both statuses. */
 QORVANE_API nuvStatus nuvsErfInv_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsErfInv_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsErfInv_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                              int32_t len);
 
 /* dst[i] = the complementary error function of src[i]; erfc(±0) = 1.
-   Results: arguments above 27.2259... give +0, nuvStatusUnderflow (subnormal results, from about
-   26.54 up, have no status); +Inf gives +0, -Inf gives 2; a NaN gives itself, quieted.
-   Own modes. Raises: none by itself.
-   Not served yet: declared, not exported. */
+   Results: finite arguments above 27.226017111108362 give nuvStatusUnderflow and +0 (subnormal
+   results, from about 26.54 up, have no status); +Inf gives +0, -Inf gives 2. A NaN gives itself,
+   quieted; but one whose 20 highest significand bits are clear, which only signalling ones can have,
+   counts as the infinity of its sign, and gives +0 or 2.
+   Own modes. Raises: none by itself. */
 QORVANE_API nuvStatus nuvsErfc_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsErfc_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsErfc_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
