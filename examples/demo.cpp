@@ -125,6 +125,7 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
                &axis = planets.columns.at("axis"), &period = planets.columns.at("period");
   const auto only = [](Column a) { return Job{{a, Column(a.size())}}; };
   const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }),
+               mercator = map(radians, [](double x) { return std::asinh(std::tan(x)); }),
                years = map(period, [](double x) { return x / 365.25; });
   const auto *c = &cities.labels, *s = &stars.labels, *p = &planets.labels;
   return {
@@ -149,6 +150,9 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"cos", "radius of the parallel over the equator's", only(radians), FORMULA(cos(a), 0), c},
       {"sinCos", "sine and cosine of the latitude", only(radians), FORMULA(sin(a), cos(a)), c},
       {"tan", "shadow at noon of an equinox over the height", only(radians), FORMULA(tan(a), 0), c},
+      {"sinh", "tangent of the latitude from the ordinate on Mercator's map", only(mercator), FORMULA(sinh(a), 0), c},
+      {"cosh", "scale of Mercator's map at the ordinate", only(mercator), FORMULA(cosh(a), 0), c},
+      {"tanh", "sine of the latitude from the ordinate", only(mercator), FORMULA(tanh(a), 0), c},
       {"floor", "full years of a period", only(years), FORMULA(floor(a), 0), p},
       {"ceil", "years of a period begun", only(years), FORMULA(ceil(a), 0), p},
       {"trunc", "latitude in whole degrees", only(latitude), FORMULA(trunc(a), 0), c},
