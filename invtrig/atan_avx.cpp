@@ -10,8 +10,9 @@
 //
 // Special values: infinities give +-pi/2, zeros themselves, a NaN itself, quiet.
 #include "frame/kernel_frame.h"
-#include "invtrig/atan_stages_avx.h"
+#include "invtrig/atan_stages.h"
 #include "invtrig/inverse_constants.h"
+#include "invtrig/masks_avx.h"
 
 namespace qorvane {
 namespace {
