@@ -140,6 +140,11 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish f
     if (magnitude(x) > 1.0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
     return {fast(x)};
   };
+  if (len == 1) {
+    nuvStatus status = nuvStatusOk;
+    takeElement<Raises::no>(status, dst, isOutlier(*src) ? lane(*src) : Element{fast(*src)});
+    return status;
+  }
   return stretchLoop<longestStretch, shortestStretch, vector>(
       len, [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(count, from, to, finish); },
       [=](int64_t count, const Float64* from, Float64* to)
