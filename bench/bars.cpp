@@ -96,6 +96,21 @@ constexpr Bar bars[] = {
     {{"atan2", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
     {{"atan2", "", "level 5"}, 8, "C library", 0.8},
     {{"atan2", "", "level 5"}, 1, "C library", 2.5},
+    {{"sinh", "", "level 5"}, 1000, "SLEEF AVX", 0.30},
+    {{"sinh", "", "level 5"}, 1000, "SLEEF AVX-512", 1.0},
+    {{"sinh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
+    {{"sinh", "", "level 5"}, 8, "C library", 0.8},
+    {{"sinh", "", "level 5"}, 1, "C library", 2.5},
+    {{"cosh", "", "level 5"}, 1000, "SLEEF AVX", 0.30},
+    {{"cosh", "", "level 5"}, 1000, "SLEEF AVX-512", 1.0},
+    {{"cosh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
+    {{"cosh", "", "level 5"}, 8, "C library", 0.8},
+    {{"cosh", "", "level 5"}, 1, "C library", 2.5},
+    {{"tanh", "", "level 5"}, 1000, "SLEEF AVX", 0.30},
+    {{"tanh", "", "level 5"}, 1000, "SLEEF AVX-512", 1.0},
+    {{"tanh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
+    {{"tanh", "", "level 5"}, 8, "C library", 0.8},
+    {{"tanh", "", "level 5"}, 1, "C library", 2.5},
 };
 
 }  // namespace
