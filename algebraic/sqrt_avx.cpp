@@ -96,8 +96,7 @@ bool stretch(const Float64* src, Float64* dst, int64_t count) {
         all = all + e0;
         sum0 = p4 * e0 + p3;
       },
-      [&](int64_t) INLINED { e1 = e0, sum1 = sum0 * e0 + p2; },
-      [&](int64_t) INLINED { s = (sum1 * e1 + p1) * e1; },
+      [&](int64_t) INLINED { e1 = e0, sum1 = sum0 * e0 + p2; }, [&](int64_t) INLINED { s = (sum1 * e1 + p1) * e1; },
       [&](int64_t i) INLINED {
         store(dst + i, load<V>(c.high + i) + (load<V>(c.low + i) + load<V>(src + i) * (s * load<V>(c.seeds + i))));
       });

@@ -30,7 +30,7 @@ enum class Exponents { each, same };
 
 constexpr int chunkLength = 128;
 
-struct Chunk {
+struct Scratch {
   alignas(32) Float64 high[chunkLength], low[chunkLength], t[chunkLength], r[chunkLength];
   alignas(32) uint32_t logRow[chunkLength], exp2Row[chunkLength];  // byte offsets
   int k[chunkLength], scale[chunkLength], leading[chunkLength];    // exponents of x, high words of 2^e and of P
@@ -92,7 +92,7 @@ INLINE auto tinyExponent(W w) {
 
 // The stages up to the product, for n elements, a multiple of eight. Whether any of them is outside.
 template <class Part, Program program, Repair repair, Exponents exponents>
-INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk& c) {
+INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Scratch& c) {
   using V = Block<Part>;
   auto outside = highWords(V{}) & 0;
   for (int64_t i = 0; i < n; i += 8) {
@@ -134,7 +134,7 @@ INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk
 }
 
 template <class Part, Program program>
-INLINE void lastStage(Float64* z, int64_t n, const Chunk& c) {
+INLINE void lastStage(Float64* z, int64_t n, const Scratch& c) {
   using V = Block<Part>;
   for (int64_t i = 0; i < n; i += 8) {
     const auto [th, tl] = twoColumns<V>(powExp2Table, [&](int lane) INLINED { return c.exp2Row[i + lane]; });
@@ -147,8 +147,8 @@ INLINE void lastStage(Float64* z, int64_t n, const Chunk& c) {
 // their arguments were ones, and without the errors that they raised as flags. `flags` has those that
 // stood before.
 template <Repair repair, Exponents exponents>
-[[gnu::noinline, gnu::cold]] void replaceOutside(const Float64* x, const Float64* y, int64_t n, int64_t count, Chunk& c,
-                                                 uint32_t flags) {
+[[gnu::noinline, gnu::cold]] void replaceOutside(const Float64* x, const Float64* y, int64_t n, int64_t count,
+                                                 Scratch& c, uint32_t flags) {
   constexpr bool each = exponents == Exponents::each;
   for (int64_t i = 0; i < n; ++i)
     c.isOutside[i] = outsideBase(highWords(x[i])) || outsideResult<repair>(c.leading[i]) ||
@@ -167,7 +167,7 @@ template <Repair repair, Exponents exponents>
 }
 template <Exponents exponents>
 [[gnu::noinline, gnu::cold]] nuvStatus repairChunk(const Float64* x, const Float64* y, Float64* z, int64_t count,
-                                                   const Chunk& c, nuvStatus status, PowScalarRoutine* scalar) {
+                                                   const Scratch& c, nuvStatus status, PowScalarRoutine* scalar) {
   for (int64_t i = 0; i < count; ++i)
     if (c.isOutside[i]) takeElement<Raises::yes>(status, z + i, scalar(x[i], y[exponents == Exponents::same ? 0 : i]));
   return status;
@@ -208,7 +208,7 @@ INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int
   constexpr bool same = exponents == Exponents::same;
   nuvStatus status = nuvStatusOk;
   if (len <= few<repair>) return oneByOne<program, repair, exponents>(x, y, dst, len, status, scalar);
-  Chunk c;
+  Scratch c;
   Float64 lastX[8], lastY[8];
   for (int64_t i = 0, count; i < len; i += count) {
     const int64_t blocks = (len - i) & ~7;

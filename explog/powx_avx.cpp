@@ -20,7 +20,7 @@ using V = Lanes4;
 constexpr int64_t longestStretch = 256, shortestStretch = 32;
 constexpr int64_t vector = laneCount<V>;
 
-struct Stretch {
+struct StretchScratch {
   alignas(32) Float64 high[longestStretch], low[longestStretch], t[longestStretch];
   alignas(32) uint32_t logRow[longestStretch];  // byte offsets in powRcpTable
   alignas(32) int k[longestStretch];
@@ -41,7 +41,7 @@ HighWordRange safeRange(Float64 y) {
 }
 
 // The rows of the stretch; whether all of x is in the range.
-INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& c) {
+INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, StretchScratch& c) {
   using Block = Pack<Lanes2, 4>;
   const unsigned toLowest = 0x80000000u - range.first;  // compared as signed numbers
   const int limit = static_cast<int>(range.end - range.first + 0x80000000u) - 1;
@@ -72,7 +72,7 @@ INLINE V powerOfTwo(const Float64* keys) {
 
 // The chain of a whole element takes some 140 cycles; n is a multiple of the vector's length.
 template <Split split>
-[[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
+[[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, StretchScratch& c) {
   LogRow<V> row;
   V big, lo;
   ReducedArgument<V> u;
@@ -132,7 +132,7 @@ nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len, uin
   const HighWordRange range = safeRange(value);
   if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
 
-  Stretch c;
+  StretchScratch c;
   return stretchLoop<longestStretch, shortestStretch, vector>(
       len,
       [&](int64_t count, const Float64* x, Float64* z) INLINED {
