@@ -1,0 +1,14 @@
+#include "frame/kernel_frame.h"
+#include "frame/loops.h"
+#include "hyperbolic/asinh.h"
+
+namespace qorvane {
+namespace {
+[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return plainLoop<Pack<Lanes2, 4>>(src, dst, len, [](auto x) INLINED { return asinhCore(x); });
+}
+}  // namespace
+nuvStatus asinhSsse3(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+}
+}  // namespace qorvane
