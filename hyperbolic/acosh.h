@@ -29,7 +29,7 @@ INLINE V acoshCore(V x) {
   const Pair<V> root = normalized(terms);
   const V sum = root.hi + xm;
   const V rest = (root.hi - (sum - xm)) + root.lo;
-  const V far = pairLn<V>({select(isLarge, x, sum), andNot(isLarge, rest)}, andBits(isLarge, broadcast<V>(1.0)));
+  const V far = pairLog<V>({select(isLarge, x, sum), andNot(isLarge, rest)}, andBits(isLarge, broadcast<V>(1.0)));
   const V Q = (((((((n8 * d + n7) * d + n6) * d + n5) * d + n4) * d + n3) * d + n2) * d + n1) * d;
   const V near = andBits(isAbove(x, broadcast<V>(1.0)), (Q * root.hi + terms.lo) + terms.hi);
   return select(isFar, far, near);

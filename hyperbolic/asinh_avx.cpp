@@ -1,11 +1,10 @@
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 #include "hyperbolic/asinh.h"
 
 namespace qorvane {
 namespace {
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return plainLoop<Pack<Lanes4, 2>>(src, dst, len, [](auto x) INLINED { return asinhCore(x); });
+  return asinhLoop<Pack<Lanes4, 2>, Pack<Lanes4, 4>>(src, dst, len);
 }
 }  // namespace
 nuvStatus asinhAvx(const Float64* src, Float64* dst, int32_t len) {

@@ -1,11 +1,10 @@
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 #include "hyperbolic/asinh.h"
 
 namespace qorvane {
 namespace {
 [[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return plainLoop<Pack<Lanes2, 4>>(src, dst, len, [](auto x) INLINED { return asinhCore(x); });
+  return asinhLoop<Pack<Lanes2, 4>, Pack<Lanes2, 8>>(src, dst, len);
 }
 }  // namespace
 nuvStatus asinhSsse3(const Float64* src, Float64* dst, int32_t len) {
