@@ -49,11 +49,26 @@ INLINE V withSmall(V y, V x) {
   return select(ordinary, y, asinhSeries(andNot(ordinary, a)));
 }
 
+INLINE bool all(Float64 mask) { return toBits(mask) != 0; }
+INLINE bool all(Lanes2 mask) { return _mm_movemask_pd(mask) == 3; }
+#ifdef __AVX__
+INLINE bool all(Lanes4 mask) { return _mm256_movemask_pd(mask) == 15; }
+#endif
+template <class V, int K>
+INLINE bool all(Pack<V, K> mask) {
+  V both = mask.part[0];
+  for (int i = 1; i < K; ++i) both = andBits(both, mask.part[i]);
+  return all(both);
+}
+
 template <class V>
 INLINE V asinhCore(V x) {
   const V a = magnitude(x), bounded = smaller(a, broadcast<V>(twoTo28));
   const Pair<V> root = normalized(pairRoot(squarePlusOne(bounded)));
-  const Argument<V> arg = withLarge(rootPlus(root, bounded), a);
+  const Pair<V> u = rootPlus(root, bounded);
+  if (all(andNot(isAbove(a, bounded), isAbove(a, broadcast<V>(0.125))))) [[likely]]
+    return orBits(pairLog(u, broadcast<V>(0.0)), signOf(x));
+  const Argument<V> arg = withLarge(u, a);
   return orBits(withSmall(pairLog(arg.u, arg.extra), x), signOf(x));
 }
 
@@ -86,7 +101,7 @@ template <class V>
 template <class V>
 [[gnu::noinline]] void residuals(int64_t count, Strip& b) {
   each<V>(count, [&](int64_t i) INLINED {
-    const V hi = load<V>(b.hi + i), y = seed(hi, b.key + i);
+    const V hi = load<V>(b.hi + i), y = seed(hi, Keys{b.key + i});
     const RootTerms<V> terms = rootTerms<V>({hi, load<V>(b.lo + i)}, y);
     store(b.y + i, y);
     store(b.e + i, terms.residual);
@@ -124,7 +139,7 @@ template <class V, bool ordinary>
     const V hi = load<V>(b.hi + i);
     V exponent = exponentOf(hi);
     if constexpr (!ordinary) exponent = exponent + load<V>(b.extra + i);
-    const LogTerms<V> terms = logTerms<V>({hi, load<V>(b.lo + i)}, exponent, b.key + i);
+    const LogTerms<V> terms = logTerms<V>({hi, load<V>(b.lo + i)}, exponent, Keys{b.key + i});
     store(b.e + i, terms.w);
     store(b.lo + i, terms.lo);
     store(b.hi + i, terms.hi);
@@ -145,9 +160,19 @@ template <class V, bool ordinary>
     });
 }
 
+INLINE Float64 asinhOne(Float64 x) {
+  const Float64 a = magnitude(x);
+  if (!(a > 0.125 && a <= largestFinite)) return orBits(asinhSeries(a), signOf(x));
+  if (a > twoTo28) return orBits(pairLog<Float64>({a, 0}, 1), signOf(x));
+  return orBits(pairLog(rootPlus(normalized(pairRoot(squarePlusOne(a))), a), 0.0), signOf(x));
+}
+
+template <class V>
+[[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
+  return plainLoop<V>(src, dst, len, [](auto x) INLINED { return asinhCore(x); });
+}
 template <class V, class W>
-INLINE nuvStatus asinhLoop(const Float64* src, Float64* dst, int64_t len) {
-  if (len <= laneCount<V>) return plainLoop<V>(src, dst, len, [](auto x) INLINED { return asinhCore(x); });
+[[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
   Strip b;
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
     count = len < strip ? len : strip;
@@ -175,6 +200,12 @@ INLINE nuvStatus asinhLoop(const Float64* src, Float64* dst, int64_t len) {
     if (whole != count) __builtin_memcpy(dst, b.result, static_cast<size_t>(count) * sizeof *dst);
   }
   return nuvStatusOk;
+}
+template <class V, class W>
+INLINE nuvStatus asinhLoop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1) return *dst = asinhOne(*src), nuvStatusOk;
+  if (len <= laneCount<V>) return shortLoop<V>(src, dst, len);
+  return longLoop<V, W>(src, dst, len);
 }
 
 }  // namespace

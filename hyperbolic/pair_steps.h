@@ -126,15 +126,26 @@ INLINE V numbersOf(WordsOf<V> words) {
 
 // Keys are numbers whose lowest 16 bits are an integer, an index with a constant beside it. They
 // are taken from memory, which leaves the vector units alone.
-template <class V>
 struct Keys {
-  alignas(32) Float64 lane[laneCount<V>];
+  const Float64* keys;
+  INLINE uint64_t operator[](int lane) const {
+    uint16_t low;
+    __builtin_memcpy(&low, keys + lane, sizeof low);
+    return low;
+  }
 };
-INLINE uint64_t keyAt(const Float64* key) {
-  uint16_t low;
-  __builtin_memcpy(&low, key, sizeof low);
-  return low;
-}
+template <class V>
+struct KeysOf {
+  alignas(32) Float64 lane[laneCount<V>];
+  INLINE KeysOf(V keys) { store(lane, keys); }
+  INLINE uint64_t operator[](int i) const { return Keys{lane}[i]; }
+};
+template <>
+struct KeysOf<Float64> {
+  Float64 key;
+  INLINE KeysOf(Float64 k) : key(k) {}
+  INLINE uint64_t operator[](int) const { return toBits(key) & 0xffff; }
+};
 
 // The square root of r = hi + lo with hi from 2^-52 to 2^57, a sum of two numbers: first + rest,
 // where first is exact and good to 2^-10. The seed y approximates 1 / sqrt(hi) in 11 bits, so that
@@ -148,9 +159,9 @@ INLINE V seedKey(V hi) {
   const V half = exclusiveOr(masked(hi, 0x0010000000000000), broadcast<V>(1.0));  // 0.5, or 1.0 for odd u
   return withExponent(hi, 0x3fe0000000000000) + (half + fromBits(0x42a0000000000000));  // 2^43
 }
-template <class V>
-INLINE V seed(V hi, const Float64* keys) {
-  const auto y = oneColumnAt<V>([&](int lane) INLINED { return sqrtSeedTable + keyAt(keys + lane) - 512; });
+template <class V, class K>
+INLINE V seed(V hi, const K& keys) {
+  const auto y = oneColumnAt<V>([&](int lane) INLINED { return sqrtSeedTable + keys[lane] - 512; });
   const auto floorOfHalf = ((highWords(hi) + 0x00100000) >> 1) & 0x7ff00000;
   return y * fromHighWords<V>(0x5ff00000 - floorOfHalf);
 }
@@ -193,10 +204,10 @@ template <class V>
 INLINE V exponentOf(V x) {
   return numbersOf<V>((highWords(x) >> 20) - 1023);
 }
-template <class V>
-INLINE LogTerms<V> logTerms(Pair<V> u, V exponent, const Float64* keys) {
+template <class V, class K>
+INLINE LogTerms<V> logTerms(Pair<V> u, V exponent, const K& keys) {
   constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800), ln2Lo = fromBits(0x3d2ef35793c76730);
-  const auto rowAt = [&](int lane) INLINED { return lnTable64[keyAt(keys + lane) - 64]; };
+  const auto rowAt = [&](int lane) INLINED { return lnTable64[keys[lane] - 64]; };
   const TwoColumns<V> row = twoColumnsAt<V>(rowAt);  // c/2, high part of -ln(c)
   const V rowLow = oneColumnAt<V>([&](int lane) INLINED { return rowAt(lane) + 2; });
   const V m = withExponent(u.hi, 0x4000000000000000), scale = andNot(u.hi, broadcast<V>(fromBits(0x7ff0000000000000)));
@@ -216,17 +227,13 @@ INLINE V logSeries(V w) {  // ln(1 + w) - w
 // Both as one expression.
 template <class V>
 INLINE Pair<V> pairRoot(Pair<V> r) {
-  Keys<V> keys;
-  store(keys.lane, seedKey(r.hi));
-  const V y = seed(r.hi, keys.lane);
+  const V y = seed(r.hi, KeysOf<V>(seedKey(r.hi)));
   const RootTerms<V> terms = rootTerms(r, y);
   return {terms.first, (rootSeries(terms.residual) * y) * terms.head + terms.rest};
 }
 template <class V>
 INLINE V pairLog(Pair<V> u, V extra) {
-  Keys<V> keys;
-  store(keys.lane, logKey(u.hi));
-  const LogTerms<V> terms = logTerms(u, exponentOf(u.hi) + extra, keys.lane);
+  const LogTerms<V> terms = logTerms(u, exponentOf(u.hi) + extra, KeysOf<V>(logKey(u.hi)));
   return (logSeries(terms.w) + terms.lo) + terms.hi;
 }
 
