@@ -21,7 +21,7 @@ INLINE bool flagged(Float64 x) { return highWord(x) - 0x3ff00200 >= 0x7e700000u 
   return x != x ? nuvStatusOk : nuvStatusOutOfDomain;
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   ExtendedChunk chunk;
   nuvStatus status = nuvStatusOk;
   for (int count; len > 0; src += count, dst += count, len -= count) {

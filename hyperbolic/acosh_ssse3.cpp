@@ -3,7 +3,7 @@
 
 namespace qorvane {
 namespace {
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return guardedUnaryLoop<Pack<Lanes2, 4>, Raises::yes>(
       src, dst, len, [](auto x) INLINED { return acoshCore(x); }, [](auto x) INLINED { return acoshFlagged(x); }, acoshSpecialLane);
 }

@@ -3,7 +3,7 @@
 
 namespace qorvane {
 namespace {
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return asinhLoop<Pack<Lanes4, 2>, Pack<Lanes4, 4>>(src, dst, len);
 }
 }  // namespace

@@ -18,7 +18,7 @@ INLINE bool flagged(Float64 x) { return (highWord(x) & 0x7fffffff) - 0x3f600000 
   return withSignOf(static_cast<Float64>(a + a * (w * (b3 * w + b1))), x);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   ExtendedChunk chunk;
   for (int count; len > 0; src += count, dst += count, len -= count) {
     count = len < extendedChunk ? static_cast<int>(len) : extendedChunk;

@@ -3,7 +3,7 @@
 
 namespace qorvane {
 namespace {
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return asinhLoop<Pack<Lanes2, 4>, Pack<Lanes2, 8>>(src, dst, len);
 }
 }  // namespace

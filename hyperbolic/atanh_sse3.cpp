@@ -3,7 +3,7 @@
 
 namespace qorvane {
 namespace {
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return atanhLoop(src, dst, len); }
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return atanhLoop(src, dst, len); }
 }  // namespace
 nuvStatus atanhSse3(const Float64* src, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, loop, X87::fix>(len, src, dst);
