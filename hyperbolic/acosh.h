@@ -1,51 +1,178 @@
 #pragma once
 #include "frame/loops.h"
-#include "hyperbolic/pair_steps.h"
+#include "hyperbolic/pair_strip.h"
 
 namespace qorvane {
 namespace {
 
-constexpr Float64 twoTo28 = 0x1p28;
-constexpr int fastRangeFrom = 0x3ff00000, fastRangeTo = 0x7ff00000;
-
 // x^2 - 1
 template <class V>
-INLINE Pair<V> squareMinusOne(V x) {
-  const V xh = andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
-  const V t = (x - xh) * (x + xh), s = xh * xh - 1.0, hi = t + s;
+INLINE Pair<V> squareLess1(V x) {
+  const V head = masked(x, 0xfffffffff8000000);
+  const V t = (x - head) * (x + head), s = head * head - 1.0, hi = t + s;
   return {hi, (s - hi) + t};
 }
-
+// x + root; the root is smaller.
 template <class V>
-INLINE V acoshCore(V x) {
-  constexpr Float64 n8 = fromBits(0x3f050e16464bfb1b), n7 = fromBits(0xbf1c73d6f559c80f), n6 = fromBits(0x3f31c45756012e6a),
-                    n5 = fromBits(0xbf46e8b7818c0c1d), n4 = fromBits(0x3f5f1c71bfecd52d), n3 = fromBits(0xbf76db6db6d6156f),
+INLINE Pair<V> sumWith(V x, Pair<V> root) {
+  const Pair<V> r = normalized(root);
+  const V sum = r.hi + x;
+  return {sum, (r.hi - (sum - x)) + r.lo};
+}
+// Near 1, from sqrt(2d) with d = x - 1.
+template <class V>
+INLINE V nearSeries(V d, Pair<V> root) {
+  constexpr Float64 n8 = fromBits(0x3f050e16464bfb1b), n7 = fromBits(0xbf1c73d6f559c80f),
+                    n6 = fromBits(0x3f31c45756012e6a), n5 = fromBits(0xbf46e8b7818c0c1d),
+                    n4 = fromBits(0x3f5f1c71bfecd52d), n3 = fromBits(0xbf76db6db6d6156f),
                     n2 = fromBits(0x3f93333333333147), n1 = fromBits(0xbfb5555555555555);
+  const V q = (((((((n8 * d + n7) * d + n6) * d + n5) * d + n4) * d + n3) * d + n2) * d + n1) * d;
+  return (q * (root.hi + root.lo) + root.lo) + root.hi;
+}
+
+// High words of ordinary arguments, and of those that a special lane serves: not from 1 to infinity.
+constexpr int ordinaryFrom = 0x3ff10001, ordinaryTo = 0x41b00000;
+template <class V>
+INLINE auto outsideOrdinary(V x) {
+  const auto word = highWords(x);
+  return (ordinaryFrom > word) | (word > ordinaryTo - 1);
+}
+constexpr auto isFlagged = [](auto x) INLINED {
+  const auto word = highWords(x);
+  return any((0x3ff00000 > word) | (word > 0x7fefffff));
+};
+
+// Arguments by their formulas: near 1, the logarithm of the sum up to 2^28, and that of 2x above.
+template <class V>
+struct Classes {
+  V isNear, bySum, byDouble;
+};
+template <class V>
+INLINE Classes<V> classesOf(V x) {
+  const V isFar = lessLanes(broadcast<V>(1.0625), x), isLarge = lessLanes(broadcast<V>(0x1p28), x);
+  return {withoutBits(equalLanes(x, x), isFar), withoutBits(isFar, isLarge), isLarge};
+}
+template <class V>
+INLINE V logOfDouble(V x) {
+  return pairLog<V>({x, broadcast<V>(0.0)}, exponentOf(x) + 1.0);
+}
+// d for those near 1, and 1 for 1 itself, whose result is 0
+template <class V>
+INLINE V nearDistance(V x) {
   const V one = broadcast<V>(1.0);
-  const V d = x - 1.0, isFar = lessLanes(broadcast<V>(1.0625), x), isLarge = lessLanes(broadcast<V>(twoTo28), x);
-  const V xm = select(isLarge, broadcast<V>(twoTo28), x);
-  const Pair<V> square = squareMinusOne(xm);
-  const V d2 = select(lessLanes(one, x), d + d, one);
-  const Pair<V> terms = pairRoot<V>({select(isFar, square.hi, d2), andBits(isFar, square.lo)});
-  const Pair<V> root = normalized(terms);
-  const V sum = root.hi + xm;
-  const V rest = (root.hi - (sum - xm)) + root.lo;
-  const V hi = select(isLarge, x, sum);
-  const V far = pairLog<V>({hi, withoutBits(rest, isLarge)}, exponentOf(hi) + andBits(isLarge, one));
-  const V Q = (((((((n8 * d + n7) * d + n6) * d + n5) * d + n4) * d + n3) * d + n2) * d + n1) * d;
-  const V near = andBits(lessLanes(one, x), (Q * root.hi + terms.lo) + terms.hi);
-  return select(isFar, far, near);
+  return select(andBits(classesOf(x).isNear, lessLanes(one, x)), x - 1.0, one);
+}
+template <class V>
+INLINE V nearOne(V x, V d, Pair<V> root) {
+  return andBits(lessLanes(broadcast<V>(1.0), x), nearSeries(d, root));
 }
 
 template <class V>
-INLINE bool acoshFlagged(V x) {
-  return any(wrappingSum(highWords(x), 0x40100000) > static_cast<int>(0xbfffffff));
+INLINE V logOfSum(V x) {
+  const Pair<V> u = sumWith(x, pairRoot(squareLess1(x)));
+  return pairLog(u, exponentOf(u.hi));
+}
+template <class V>
+INLINE V acoshOf(V x) {
+  if (!any(outsideOrdinary(x))) [[likely]]
+    return logOfSum(x);
+  const Classes<V> classes = classesOf(x);
+  V y = broadcast<V>(0.0);
+  if (signMask(classes.bySum) != 0) y = logOfSum(select(classes.bySum, x, broadcast<V>(2.0)));
+  if (signMask(classes.byDouble) != 0) y = select(classes.byDouble, logOfDouble(x), y);
+  if (signMask(classes.isNear) != 0) {
+    const V d = nearDistance(x), zero = broadcast<V>(0.0);
+    y = select(classes.isNear, nearOne(x, d, pairRoot<V>({d + d, zero})), y);
+  }
+  return y;
 }
 
-[[gnu::noinline, gnu::cold]] nuvStatus acoshSpecialLane(Float64 x, Float64* result) {
-  if (x >= 1.0 && x <= fromBits(0x7fefffffffffffff)) return *result = acoshCore(x), nuvStatusOk;
-  if (x > 1.0 || x != x) return *result = x + x, nuvStatusOk;
-  return *result = opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain;
+[[gnu::noinline, gnu::cold]] Element acoshSpecialLane(Float64 x) {
+  if (!isFlagged(x)) return {acoshOf(x)};
+  if (x != x || x > 1.0) return {opaque(x) + opaque(x)};
+  return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
+}
+
+template <class V, class W, class Take>
+INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Take take) {
+  eachRoot<V, W>(
+      count, strip, [&](int64_t i) INLINED { return squareLess1(load<V>(src + i)); },
+      [&](int64_t i, Pair<V> root) INLINED { setLog(strip, i, sumWith(load<V>(src + i), root)); });
+  eachLog<V, W>(count, strip, take);
+}
+// Arguments from 1 up.
+template <class V, class W>
+[[gnu::noinline]] void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
+  V bySum = broadcast<V>(0.0), byDouble = bySum, isNear = bySum;
+  alignas(32) Float64 y[stripLength];
+  eachVector<V>(count, [&](int64_t i) INLINED {
+    const V x = load<V>(src + i);
+    const Classes<V> classes = classesOf(x);
+    store(strip.argument + i, select(classes.bySum, x, broadcast<V>(2.0)));
+    bySum = orBits(bySum, classes.bySum);
+    byDouble = orBits(byDouble, classes.byDouble);
+    isNear = orBits(isNear, classes.isNear);
+  });
+  if (signMask(bySum) != 0)
+    logsOfSums<V, W>(strip.argument, count, strip, [&](int64_t i, W v) INLINED { store(y + i, v); });
+  if (signMask(byDouble) != 0) eachVector<V>(count, [&](int64_t i) INLINED {
+      const V x = load<V>(src + i);
+      store(y + i, select(classesOf(x).byDouble, logOfDouble(x), load<V>(y + i)));
+    });
+  if (signMask(isNear) != 0)
+    eachRoot<V, W>(
+        count, strip,
+        [&](int64_t i) INLINED {
+          const V d = nearDistance(load<V>(src + i));
+          return Pair<V>{d + d, broadcast<V>(0.0)};
+        },
+        [&](int64_t i, Pair<V> root) INLINED {
+          const V x = load<V>(src + i);
+          store(y + i, select(classesOf(x).isNear, nearOne(x, nearDistance(x), root), load<V>(y + i)));
+        });
+  __builtin_memcpy(dst, y, static_cast<size_t>(count) * sizeof *y);
+}
+
+template <class V, class W>
+INLINE nuvStatus acoshStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
+  WordsOf<V> outside{};
+  for (int64_t i = 0; i < count; i += laneCount<V>) outside = outside | outsideOrdinary(load<V>(src + i));
+  nuvStatus status = nuvStatusOk;
+  if (!any(outside)) [[likely]] {
+    logsOfSums<V, W>(src, count, strip, [&](int64_t i, W y) INLINED { store(dst + i, y); });
+    return status;
+  }
+  Float64 x[stripLength];
+  alignas(32) Float64 served[stripLength];
+  for (int64_t i = 0; i < count; ++i) {
+    x[i] = src[i];
+    served[i] = isFlagged(x[i]) ? 2.0 : x[i];
+  }
+  mixedStrip<V, W>(served, dst, count, strip);
+  for (int64_t i = 0; i < count; ++i)
+    if (isFlagged(x[i])) [[unlikely]]
+      takeElement<Raises::yes>(status, dst + i, acoshSpecialLane(x[i]));
+  return status;
+}
+
+template <class V>
+[[gnu::noinline]] nuvStatus acoshShort(const Float64* src, Float64* dst, int64_t len) {
+  return guardedUnaryLoop<V, Raises::yes>(
+      src, dst, len, [](auto x) INLINED { return acoshOf(x); }, isFlagged, acoshSpecialLane);
+}
+template <class V, class W>
+[[gnu::noinline]] nuvStatus acoshLong(const Float64* src, Float64* dst, int64_t len) {
+  nuvStatus status = nuvStatusOk;
+  eachStrip<W>(src, dst, len, [&](const Float64* x, Float64* y, int64_t count, Strip& strip) INLINED {
+    takeStatus<Raises::no>(status, acoshStrip<V, W>(x, y, count, strip));
+  });
+  return status;
+}
+
+template <class V, class W>
+INLINE nuvStatus acoshLoop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !isFlagged(*src)) return *dst = acoshOf(*src), nuvStatusOk;
+  return len <= laneCount<V> ? acoshShort<V>(src, dst, len) : acoshLong<V, W>(src, dst, len);
 }
 
 }  // namespace

@@ -4,8 +4,7 @@
 namespace qorvane {
 namespace {
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(
-      src, dst, len, [](auto x) INLINED { return acoshCore(x); }, [](auto x) INLINED { return acoshFlagged(x); }, acoshSpecialLane);
+  return acoshLoop<Pack<Lanes4, 2>, Pack<Lanes4, 4>>(src, dst, len);
 }
 }  // namespace
 nuvStatus acoshAvx(const Float64* src, Float64* dst, int32_t len) {

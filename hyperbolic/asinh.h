@@ -77,11 +77,12 @@ INLINE V asinhOf(V x) {
 }
 
 // The logarithm of the sum for a strip.
-template <class V, class W, class Finish>
-INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Finish finish) {
-  rootAndLog<V, W>(
+template <class V, class W, class Take>
+INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Take take) {
+  eachRoot<V, W>(
       count, strip, [&](int64_t i) INLINED { return squareAnd1(magnitude(load<V>(src + i))); },
-      [&](int64_t i, Pair<V> root) INLINED { return sumWith(magnitude(load<V>(src + i)), root); }, finish);
+      [&](int64_t i, Pair<V> root) INLINED { setLog(strip, i, sumWith(magnitude(load<V>(src + i)), root)); });
+  eachLog<V, W>(count, strip, take);
 }
 template <class V, class W>
 INLINE void asinhStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {

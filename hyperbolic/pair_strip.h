@@ -21,10 +21,10 @@ template <class V, class Stage>
   for (int64_t i = 0; i < count; i += laneCount<V>) stage(i);
 }
 
-// start(i) -> Pair<V>, the number under the root; sum(i, root) -> Pair<V> u; finish(i, y) takes ln(u),
-// in vectors W.
-template <class V, class W, class Start, class Sum, class Finish>
-INLINE void rootAndLog(int64_t count, Strip& strip, Start start, Sum sum, Finish finish) {
+// Square roots: start(i) -> Pair<V> is the number under the root; take(i, root) gets the two numbers
+// that are the root.
+template <class V, class W, class Start, class Take>
+INLINE void eachRoot(int64_t count, Strip& strip, Start start, Take take) {
   eachVector<V>(count, [&](int64_t i) INLINED {
     const Pair<V> r = start(i);
     store(strip.hi + i, r.hi);
@@ -46,11 +46,18 @@ INLINE void rootAndLog(int64_t count, Strip& strip, Start start, Sum sum, Finish
   });
   eachVector<V>(count, [&](int64_t i) INLINED {
     const V low = load<V>(strip.series + i) * load<V>(strip.head + i) + load<V>(strip.rest + i);
-    const Pair<V> u = sum(i, Pair<V>{load<V>(strip.hi + i), low});
-    store(strip.hi + i, u.hi);
-    store(strip.lo + i, u.lo);
-    store(strip.key + i, logKey(u.hi));
+    take(i, Pair<V>{load<V>(strip.hi + i), low});
   });
+}
+// Logarithms of what setLog has put into the strip: take(i, y).
+template <class V>
+INLINE void setLog(Strip& strip, int64_t i, Pair<V> u) {
+  store(strip.hi + i, u.hi);
+  store(strip.lo + i, u.lo);
+  store(strip.key + i, logKey(u.hi));
+}
+template <class V, class W, class Take>
+INLINE void eachLog(int64_t count, Strip& strip, Take take) {
   eachVector<V>(count, [&](int64_t i) INLINED {
     const Pair<V> u = {load<V>(strip.hi + i), load<V>(strip.lo + i)};
     const auto offsets = [&](int lane) INLINED { return (keyAt(strip.key + i + lane) - firstLogKey) << 5; };
@@ -60,7 +67,7 @@ INLINE void rootAndLog(int64_t count, Strip& strip, Start start, Sum sum, Finish
     store(strip.hi + i, terms.hi);
   });
   eachVector<W>(count, [&](int64_t i) INLINED {
-    finish(i, (logSeries(load<W>(strip.series + i)) + load<W>(strip.lo + i)) + load<W>(strip.hi + i));
+    take(i, (logSeries(load<W>(strip.series + i)) + load<W>(strip.lo + i)) + load<W>(strip.hi + i));
   });
 }
 
