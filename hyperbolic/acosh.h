@@ -37,10 +37,12 @@ INLINE auto outsideOrdinary(V x) {
   const auto word = highWords(x);
   return (ordinaryFrom > word) | (word > ordinaryTo - 1);
 }
-constexpr auto isFlagged = [](auto x) INLINED {
+template <class V>
+INLINE auto outsideFormulas(V x) {
   const auto word = highWords(x);
-  return any((0x3ff00000 > word) | (word > 0x7fefffff));
-};
+  return (0x3ff00000 > word) | (word > 0x7fefffff);
+}
+constexpr auto isFlagged = [](auto x) INLINED { return any(outsideFormulas(x)); };
 
 // Arguments by their formulas: near 1, the logarithm of the sum up to 2^28, and that of 2x above.
 template <class V>
@@ -100,59 +102,75 @@ INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Take tak
       [&](int64_t i, Pair<V> root) INLINED { setLog(strip, i, sumWith(load<V>(src + i), root)); });
   eachLog<V, W>(count, strip, take);
 }
-// Arguments from 1 up.
+// Arguments from 1 up. One pass gives all the roots.
 template <class V, class W>
-[[gnu::noinline]] void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
-  V bySum = broadcast<V>(0.0), byDouble = bySum, isNear = bySum;
-  alignas(32) Float64 y[stripLength];
-  eachVector<V>(count, [&](int64_t i) INLINED {
-    const V x = load<V>(src + i);
-    const Classes<V> classes = classesOf(x);
-    store(strip.argument + i, select(classes.bySum, x, broadcast<V>(2.0)));
+INLINE void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
+  const V two = broadcast<V>(2.0);
+  V isNear = broadcast<V>(0.0), bySum = isNear, byDouble = isNear;
+  for (int64_t i = 0; i < count; i += laneCount<V>) {
+    const Classes<V> classes = classesOf(load<V>(src + i));
+    isNear = orBits(isNear, classes.isNear);
     bySum = orBits(bySum, classes.bySum);
     byDouble = orBits(byDouble, classes.byDouble);
-    isNear = orBits(isNear, classes.isNear);
-  });
+  }
+  alignas(32) Float64 first[stripLength], rest[stripLength], y[stripLength];
+  eachRoot<V, W>(
+      count, strip,
+      [&](int64_t i) INLINED {
+        const V x = load<V>(src + i), d = nearDistance(x), isFar = classesOf(x).bySum;
+        const Pair<V> square = squareLess1(select(isFar, x, two));
+        return Pair<V>{select(isFar, square.hi, d + d), andBits(isFar, square.lo)};
+      },
+      [&](int64_t i, Pair<V> root) INLINED {
+        const V x = load<V>(src + i);
+        setLog(strip, i, sumWith(select(classesOf(x).bySum, x, two), root));
+        store(first + i, root.hi);
+        store(rest + i, root.lo);
+      });
+  if (signMask(isNear) != 0) eachVector<W>(count, [&](int64_t i) INLINED {
+      const W x = load<W>(src + i);
+      store(y + i, nearOne(x, nearDistance(x), Pair<W>{load<W>(first + i), load<W>(rest + i)}));
+    });
   if (signMask(bySum) != 0)
-    logsOfSums<V, W>(strip.argument, count, strip, [&](int64_t i, W v) INLINED { store(y + i, v); });
+    eachLog<V, W>(count, strip, [&](int64_t i, W v) INLINED {
+      store(y + i, select(classesOf(load<W>(src + i)).bySum, v, load<W>(y + i)));
+    });
   if (signMask(byDouble) != 0) eachVector<V>(count, [&](int64_t i) INLINED {
       const V x = load<V>(src + i);
       store(y + i, select(classesOf(x).byDouble, logOfDouble(x), load<V>(y + i)));
     });
-  if (signMask(isNear) != 0)
-    eachRoot<V, W>(
-        count, strip,
-        [&](int64_t i) INLINED {
-          const V d = nearDistance(load<V>(src + i));
-          return Pair<V>{d + d, broadcast<V>(0.0)};
-        },
-        [&](int64_t i, Pair<V> root) INLINED {
-          const V x = load<V>(src + i);
-          store(y + i, select(classesOf(x).isNear, nearOne(x, nearDistance(x), root), load<V>(y + i)));
-        });
   __builtin_memcpy(dst, y, static_cast<size_t>(count) * sizeof *y);
 }
-
+// With some that a special lane serves.
 template <class V, class W>
-INLINE nuvStatus acoshStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
-  WordsOf<V> outside{};
-  for (int64_t i = 0; i < count; i += laneCount<V>) outside = outside | outsideOrdinary(load<V>(src + i));
+[[gnu::noinline, gnu::cold]] nuvStatus flaggedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
+  alignas(32) Float64 x[stripLength], served[stripLength];
   nuvStatus status = nuvStatusOk;
-  if (!any(outside)) [[likely]] {
-    logsOfSums<V, W>(src, count, strip, [&](int64_t i, W y) INLINED { store(dst + i, y); });
-    return status;
-  }
-  Float64 x[stripLength];
-  alignas(32) Float64 served[stripLength];
   for (int64_t i = 0; i < count; ++i) {
     x[i] = src[i];
     served[i] = isFlagged(x[i]) ? 2.0 : x[i];
   }
   mixedStrip<V, W>(served, dst, count, strip);
   for (int64_t i = 0; i < count; ++i)
-    if (isFlagged(x[i])) [[unlikely]]
-      takeElement<Raises::yes>(status, dst + i, acoshSpecialLane(x[i]));
+    if (isFlagged(x[i])) takeElement<Raises::yes>(status, dst + i, acoshSpecialLane(x[i]));
   return status;
+}
+
+template <class V, class W>
+INLINE nuvStatus acoshStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
+  WordsOf<V> outside{}, flagged{};
+  for (int64_t i = 0; i < count; i += laneCount<V>) {
+    const V x = load<V>(src + i);
+    outside = outside | outsideOrdinary(x);
+    flagged = flagged | outsideFormulas(x);
+  }
+  if (any(flagged)) [[unlikely]]
+    return flaggedStrip<V, W>(src, dst, count, strip);
+  if (any(outside)) [[unlikely]]
+    mixedStrip<V, W>(src, dst, count, strip);
+  else
+    logsOfSums<V, W>(src, count, strip, [&](int64_t i, W y) INLINED { store(dst + i, y); });
+  return nuvStatusOk;
 }
 
 template <class V>
