@@ -2,10 +2,9 @@
 #include "hyperbolic/atanh.h"
 
 namespace qorvane {
-namespace {
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return atanhLoop(src, dst, len); }
-}  // namespace
+
 nuvStatus atanhSse3(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, atanhLoop, X87::fix>(len, src, dst);
 }
+
 }  // namespace qorvane

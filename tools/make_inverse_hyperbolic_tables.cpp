@@ -50,9 +50,23 @@ void writeTable64(FILE* out) {
   std::fprintf(out, "};\n");
 }
 
+void writeHalfLogs(FILE* out) {
+  std::fprintf(out,
+               "// Written by tools/make_inverse_hyperbolic_tables.cpp.\n\n"
+               "// Row i, x = 1 + i/128: high = -ln(x)/2 to a multiple of 2^-44, low = RN(-ln(x)/2 - high)\n"
+               "alignas(64) constexpr Float64 halfLogTable[128][2] = {\n");
+  for (int i = 0; i < 128; ++i) {
+    const Exact value = call(mpfr_log, Exact(1 + i / 128.0)) / Exact(-2), high = roundToUnit(value, -44);
+    writeRow(out, {nearest(high) + 0.0, nearest(value - high) + 0.0});
+  }
+  std::fprintf(out, "};\n");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   return tables::writeTables(count, arguments,
-                             {{"ln_256_tables.inc", writeTable256}, {"ln_64_tables.inc", writeTable64}});
+                             {{"ln_256_tables.inc", writeTable256},
+                              {"ln_64_tables.inc", writeTable64},
+                              {"half_log_tables.inc", writeHalfLogs}});
 }
