@@ -76,6 +76,22 @@ constexpr Bar bars[] = {
     {{"sinCos", "huge arguments", "level 5"}, 1000, "level 5", 5.0, "sinCos"},
     {{"tan", "", "level 5"}, 1000, "SLEEF AVX", 0.75},
     {{"tan", "", "level 1"}, 1000, "SLEEF AVX", 0.75},
+    {{"acosh", "", "level 5"}, 1000, "SLEEF AVX", 0.35},
+    {{"acosh", "", "level 5"}, 1000, "SLEEF AVX-512", 1.0},
+    {{"acosh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
+    {{"acosh", "", "level 4"}, 1000, "SLEEF SSE4", 0.6},
+    {{"acosh", "", "level 5"}, 8, "C library", 0.8},
+    {{"acosh", "", "level 5"}, 1, "C library", 2.5},
+    {{"asinh", "", "level 5"}, 1000, "SLEEF AVX", 0.35},
+    {{"asinh", "", "level 5"}, 1000, "SLEEF AVX-512", 1.0},
+    {{"asinh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
+    {{"asinh", "", "level 4"}, 1000, "SLEEF SSE4", 0.6},
+    {{"asinh", "", "level 5"}, 8, "C library", 0.8},
+    {{"asinh", "", "level 5"}, 1, "C library", 2.5},
+    {{"atanh", "", "level 5"}, 1000, "SLEEF AVX", 0.5},
+    {{"atanh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
+    {{"atanh", "", "level 5"}, 8, "C library", 0.8},
+    {{"atanh", "", "level 5"}, 1, "C library", 2.5},
 };
 
 }  // namespace

@@ -1,3 +1,5 @@
+// What levels 2 to 5 of acosh share: the arithmetic of their one program, and the loops, in vectors V
+// and, where chains are shortest, W.
 #pragma once
 #include "frame/loops.h"
 #include "hyperbolic/pair_strip.h"
@@ -5,32 +7,37 @@
 namespace qorvane {
 namespace {
 
-// x^2 - 1
+// x^2 - 1, x up to 2^28: the head's square and what 1 leaves of it are exact.
 template <class V>
 INLINE Pair<V> squareLess1(V x) {
   const V head = masked(x, 0xfffffffff8000000);
   const V t = (x - head) * (x + head), s = head * head - 1.0, hi = t + s;
   return {hi, (s - hi) + t};
 }
-// x + root; the root is smaller.
+// x + root, the root below x
 template <class V>
 INLINE Pair<V> sumWith(V x, Pair<V> root) {
   const Pair<V> r = normalized(root);
   const V sum = r.hi + x;
   return {sum, (r.hi - (sum - x)) + r.lo};
 }
-// Near 1, from sqrt(2d) with d = x - 1.
+// Near 1 it is sqrt(2d) (1 - d/12 + ...) with d = x - 1, fitted.
 template <class V>
 INLINE V nearSeries(V d, Pair<V> root) {
-  constexpr Float64 n8 = fromBits(0x3f050e16464bfb1b), n7 = fromBits(0xbf1c73d6f559c80f),
-                    n6 = fromBits(0x3f31c45756012e6a), n5 = fromBits(0xbf46e8b7818c0c1d),
-                    n4 = fromBits(0x3f5f1c71bfecd52d), n3 = fromBits(0xbf76db6db6d6156f),
-                    n2 = fromBits(0x3f93333333333147), n1 = fromBits(0xbfb5555555555555);
+  constexpr Float64 n8 = fromBits(0x3f050e16464bfb1b);  // 4.015927769351041e-05
+  constexpr Float64 n7 = fromBits(0xbf1c73d6f559c80f);  // -0.00010853766920052042
+  constexpr Float64 n6 = fromBits(0x3f31c45756012e6a);  // 0.00027110225892521564
+  constexpr Float64 n5 = fromBits(0xbf46e8b7818c0c1d);  // -0.0006991287255860877
+  constexpr Float64 n4 = fromBits(0x3f5f1c71bfecd52d);  // 0.0018988715016353228
+  constexpr Float64 n3 = fromBits(0xbf76db6db6d6156f);  // -0.0055803571425533235
+  constexpr Float64 n2 = fromBits(0x3f93333333333147);  // 0.018749999999998292
+  constexpr Float64 n1 = fromBits(0xbfb5555555555555);  // -0.08333333333333333
   const V q = (((((((n8 * d + n7) * d + n6) * d + n5) * d + n4) * d + n3) * d + n2) * d + n1) * d;
   return (q * (root.hi + root.lo) + root.lo) + root.hi;
 }
 
-// High words of ordinary arguments, and of those that a special lane serves: not from 1 to infinity.
+// Ordinary arguments, by their high words, are above 1.0625 and below 2^28 and go straight through the
+// logarithm of the sum. Those from 1 to infinity have formulas; the special lane has the others.
 constexpr int ordinaryFrom = 0x3ff10001, ordinaryTo = 0x41b00000;
 template <class V>
 INLINE auto outsideOrdinary(V x) {
@@ -44,7 +51,7 @@ INLINE auto outsideFormulas(V x) {
 }
 constexpr auto isFlagged = [](auto x) INLINED { return any(outsideFormulas(x)); };
 
-// Arguments by their formulas: near 1, the logarithm of the sum up to 2^28, and that of 2x above.
+// Masks for arguments from 1 up: near 1, the logarithm of the sum above 1.0625, that of 2x above 2^28.
 template <class V>
 struct Classes {
   V isNear, bySum, byDouble;
@@ -58,7 +65,8 @@ template <class V>
 INLINE V logOfDouble(V x) {
   return pairLog<V>({x, broadcast<V>(0.0)}, exponentOf(x) + 1.0);
 }
-// d for those near 1, and 1 for 1 itself, whose result is 0
+// d where x is near 1. The root of 0 is beyond the seeds, so for 1 itself it is another, and the
+// result is cleared.
 template <class V>
 INLINE V nearDistance(V x) {
   const V one = broadcast<V>(1.0);
@@ -89,6 +97,7 @@ INLINE V acoshOf(V x) {
   return y;
 }
 
+// Any argument; those outside the domain raise invalid by their division.
 [[gnu::noinline, gnu::cold]] Element acoshSpecialLane(Float64 x) {
   if (!isFlagged(x)) return {acoshOf(x)};
   if (x != x || x > 1.0) return {opaque(x) + opaque(x)};
@@ -102,7 +111,7 @@ INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Take tak
       [&](int64_t i, Pair<V> root) INLINED { setLog(strip, i, sumWith(load<V>(src + i), root)); });
   eachLog<V, W>(count, strip, take);
 }
-// Arguments from 1 up. One pass gives all the roots.
+// Arguments from 1 up. One pass gives all the roots, of harmless numbers where there is no root.
 template <class V, class W>
 INLINE void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
   const V two = broadcast<V>(2.0);
@@ -127,7 +136,8 @@ INLINE void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& s
         store(first + i, root.hi);
         store(rest + i, root.lo);
       });
-  if (signMask(isNear) != 0) eachVector<W>(count, [&](int64_t i) INLINED {
+  if (signMask(isNear) != 0)
+    eachVector<W>(count, [&](int64_t i) INLINED {
       const W x = load<W>(src + i);
       store(y + i, nearOne(x, nearDistance(x), Pair<W>{load<W>(first + i), load<W>(rest + i)}));
     });
@@ -135,13 +145,14 @@ INLINE void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& s
     eachLog<V, W>(count, strip, [&](int64_t i, W v) INLINED {
       store(y + i, select(classesOf(load<W>(src + i)).bySum, v, load<W>(y + i)));
     });
-  if (signMask(byDouble) != 0) eachVector<V>(count, [&](int64_t i) INLINED {
+  if (signMask(byDouble) != 0)
+    eachVector<V>(count, [&](int64_t i) INLINED {
       const V x = load<V>(src + i);
       store(y + i, select(classesOf(x).byDouble, logOfDouble(x), load<V>(y + i)));
     });
   __builtin_memcpy(dst, y, static_cast<size_t>(count) * sizeof *y);
 }
-// With some that a special lane serves.
+// The same with some for the special lane.
 template <class V, class W>
 [[gnu::noinline, gnu::cold]] nuvStatus flaggedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
   alignas(32) Float64 x[stripLength], served[stripLength];

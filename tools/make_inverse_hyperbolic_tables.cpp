@@ -16,7 +16,8 @@ void writeTable256(FILE* out) {
     const double reciprocal = nearest(Exact(1) / x), high = mpfr_get_d(log.value, MPFR_RNDZ);
     // Row 1 has a low part 3 units off, 2^-116: the bits of results are defined with it.
     const double low = i == 1 ? number(0x3c02821ad5a6d350) : nearest(log - Exact(high));
-    if (i == 1) require(0x3f6ff00aa2b10bc0, high, "lnTable256", i), require(0x3fefe01fe01fe020, reciprocal, "lnTable256", i);
+    if (i == 1)
+      require(0x3f6ff00aa2b10bc0, high, "lnTable256", i), require(0x3fefe01fe01fe020, reciprocal, "lnTable256", i);
     if (i == 128) {
       require(0x3fd9f323ecbf984b, high, "lnTable256", i), require(0x3c8e56d1aecde80a, low, "lnTable256", i);
       require(0x3fe5555555555555, reciprocal, "lnTable256", i);
