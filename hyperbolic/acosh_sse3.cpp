@@ -2,7 +2,7 @@
 //
 // Method: ln(x + sqrt(x^2 - 1)) from 1 + 2^-13 up; below, sqrt(2d) times a polynomial in d = x - 1.
 //
-// Error: at most 0.762 ulp, just above 1 + 2^-13, where the logarithm is that of a number near 1. The
+// Error: at most 0.763 ulp, just above 1 + 2^-13, where the logarithm is that of a number near 1. The
 // kernel runs in round-to-nearest with subnormals honoured and 64-bit significands, whatever the
 // caller's mode.
 //
