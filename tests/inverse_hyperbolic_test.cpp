@@ -179,7 +179,11 @@ TEST(InverseHyperbolic, AtanhInPairs) {
     uint64_t x, partner, alone, paired;
   } pairs[] = {{0x3f7c478f490bc500, 0x3fe74bac9e20a984, 0x3f7c47acbbf1101e, 0x3f7c47acbbf1101d},
                {0x3f8f2864e0fefb80, 0x3fd3c5470b89f496, 0x3f8f29027190d8c3, 0x3f8f29027190d8c4},
-               {0x3fc75323163c5e04, 0x3fc6f7ad018a0510, 0x3fc79693fca212fb, 0x3fc79693fca212fc}};
+               {0x3fc75323163c5e04, 0x3fc6f7ad018a0510, 0x3fc79693fca212fb, 0x3fc79693fca212fc},
+               // beyond 0.6 of the bound that lanes allow for
+               {0x3f8365c41fcfa30f, 0x3fdbf4fb20b2803b, 0x3f8365ea23c95098, 0x3f8365ea23c95099},
+               {0x3f83ad5b5515f6fe, 0x3f9fb07699628a51, 0x3f83ad8304165eab, 0x3f83ad8304165eac},
+               {0x3f86d6077452bf1e, 0x3f77d5e81a31fc88, 0x3f86d6457bb9d78b, 0x3f86d6457bb9d78a}};
   for (int level : supportedLevels())
     for (const auto& p : pairs)
       for (size_t len : {2u, 3u, 63u, 64u, 66u, 129u}) {
