@@ -7,7 +7,7 @@
 // and A is added last.
 //
 // Error: at most 0.751 ulp, near 0.002, in round-to-nearest (docs/accuracy.md has the arguments);
-// 1.25 ulp in directed rounding.
+// 5/4 of a unit in the last place in directed rounding.
 //
 // Special values: a NaN gives the NaN quieted, infinities +Inf; from 710.475860073944 up +Inf and
 // overflow, which raises its flag. Rounding mode, FTZ and DAZ are the caller's.

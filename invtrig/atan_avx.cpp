@@ -5,7 +5,7 @@
 // in the uppermost pi/2 - atan(1 / |x|). The quotient is made in two parts without a division
 // (atan_division.h); atan u is a polynomial, atan c stands in the table in two parts.
 //
-// Error: largest found 0.686 ulp, just below 7/16 (docs/accuracy.md has the arguments), in
+// Error: largest found 0.687 ulp, just below 7/16 (docs/accuracy.md has the arguments), in
 // round-to-nearest; rounding mode, FTZ and DAZ are the caller's.
 //
 // Special values: infinities give +-pi/2, zeros themselves, a NaN itself, quiet.
