@@ -10,8 +10,9 @@
 //   Sum, fastTwoSum                a number as a sum of two, and the exact sum of two numbers
 //   toMultiple, leadingPart        short parts of a number, whose products are exact
 //   wholePart, toInt32             integers
-//   smallPowerOfTwo, powerOfTwo    factors 2^m
+//   powerOfTwo                     factors 2^m
 //   overflowed, underflowed        results with their flags
+//   tinyOdd                        what the odd functions give for a tiny argument
 #pragma once
 #include "frame/bits.h"
 
@@ -119,15 +120,14 @@ INLINE int32_t toInt32(Extended80 integer) {
   return result;
 }
 
-// floor(x) for 0 <= x < 2^32, x not below 2^-32: its significand shifted. No flag is raised.
+// floor(x) for 0 <= x < 2^32: its significand shifted. No flag is raised.
 INLINE uint32_t floorOf(Extended80 x) {
   const Pattern p = patternOf(x);
-  return static_cast<uint32_t>((p.significand >> 32) >> ((0x401e - p.field) & 63));
+  const unsigned shift = 0x401eu - p.field;
+  return shift > 31 ? 0 : static_cast<uint32_t>(p.significand >> 32) >> shift;
 }
 
-// 2^m as a factor: in single precision for m from -126 to 127, in double precision for m from -1022
-// to 1023. The unit multiplies by them as they stand in memory.
-INLINE float smallPowerOfTwo(int32_t m) { return __builtin_bit_cast(float, (static_cast<uint32_t>(m) + 127) << 23); }
+// 2^m as a factor, m from -1022 to 1023: the unit multiplies by it as it stands in memory.
 INLINE Float64 powerOfTwo(int32_t m) { return fromBits((static_cast<uint64_t>(static_cast<int64_t>(m)) + 1023) << 52); }
 
 // The same number, but the compiler can't know it: an operation on it is made at run time and raises
@@ -151,8 +151,13 @@ INLINE Extended80 underflowed() { return opaque(tinyFactor) * tinyFactor; }
 constexpr Float64 twoTo75 = fromBits(0x44a0000000000000);
 constexpr Float64 twoToMinus75 = fromBits(0x3b40000000000000);
 
-// x for an odd function's tiny argument, x + O(x^3): x with the inexact flag.
-INLINE Extended80 inexactly(Extended80 x) { return (twoTo75 * x + x) * twoToMinus75; }
+// x + O(x^3) where that is x: x with the inexact flag, and with underflow where x is subnormal. A
+// zero stays exact.
+INLINE Extended80 tinyOdd(Extended80 x) {
+  if (x == 0) return x;
+  if (__builtin_fabsl(x) < constantPowerOfTwo(-16382)) [[unlikely]] discard(underflowed());
+  return (twoTo75 * x + x) * twoToMinus75;
+}
 
 }  // namespace
 }  // namespace qorvane

@@ -1,0 +1,73 @@
+// What the exponential kernels share: the reduction and the two halves of an exponential.
+//
+// Method: a = k ln 2 / 256 + r with the integer k = 256 m + j, -128 <= j <= 127, so that
+// e^a = 2^m * 2^(j/256) * e^r with |r| <= ln 2 / 512. 2^(j/256) comes from a table as high + low with
+// a high part of 32 bits, e^r - 1 is a polynomial of degree 6.
+#pragma once
+#include "complex/extended/extended.h"
+
+namespace qorvane {
+
+// 2^(j/256) in the row j + 128, j from -128 to 128.
+struct ExpRow {
+  Float64 hi, lo;
+};
+extern const ExpRow expTable256[257];
+
+namespace {
+
+struct ExpRemainder {
+  Extended80 rh, rl, r;  // the remainder as rh + rl, and rounded
+  int32_t j, m;
+};
+
+constexpr Extended80 invLn2By256 = extended(0x4007, 0xb8aa3b295c17f000);  // 369.329930467574633 = 256 / ln 2
+constexpr Extended80 ln2By256Hi = extended(0x3ff6, 0xb17217f800000000);   // 0.0027076061742263: k times it is exact
+constexpr Extended80 ln2By256Lo = extended(0xbfd4, 0xb8c21950d8713000);   // -1.6409824502659e-13
+
+// For |a| below 16384. rh is the remainder rounded, rl what the last subtraction lost.
+INLINE ExpRemainder reduceExp(Extended80 a) {
+  const Extended80 k = wholePart(a * invLn2By256);
+  const int32_t n = toInt32(k), j = static_cast<int8_t>(n);
+  const Extended80 t = a - k * ln2By256Hi, kLo = k * ln2By256Lo;
+  const Extended80 rh = t - kLo, rl = (t - rh) - kLo;
+  return {rh, rl, rh + rl, j, (n - j) >> 8};
+}
+
+// e^r - 1 = r + s2 r^2 + ... + s6 r^6
+constexpr Extended80 s2 = 0.5;
+constexpr Extended80 s3 = extended(0x3ffc, 0xaaaaaaaaaaa0293e);  // 0.16666666666665178
+constexpr Extended80 s4 = extended(0x3ffa, 0xaaaaaaaaaaa0e910);  // 0.041666666666663214
+constexpr Extended80 s5 = extended(0x3ff8, 0x88888b443e6bdc82);  // 0.0083333358788683
+constexpr Extended80 s6 = extended(0x3ff5, 0xb60b6439b9331bc1);  // 0.0013888892980150
+
+// e^r - 1 - rh = even + odd, e^-r - 1 + rh = even - odd
+struct ExpTail {
+  Extended80 even, odd;
+};
+INLINE ExpTail expTail(const ExpRemainder& p) {
+  const Extended80 r2 = p.r * p.r;
+  return {(s2 + (s4 + s6 * r2) * r2) * r2, (r2 * (s5 * r2 + s3)) * p.r + p.rl};
+}
+
+// 2^(j/256) * e^r and 2^(-j/256) * e^-r
+INLINE Sum risingExp(const ExpRemainder& p, const ExpTail& tail) {
+  const ExpRow& row = expTable256[p.j + 128];
+  const Extended80 hi = row.hi, lo = row.lo, product = hi * p.rh, sum = hi + product;
+  return {sum, ((lo + (hi - sum)) + (p.rh * lo + (hi + lo) * (tail.even + tail.odd))) + product};
+}
+INLINE Sum fallingExp(const ExpRemainder& p, const ExpTail& tail) {
+  const ExpRow& row = expTable256[128 - p.j];
+  const Extended80 hi = row.hi, lo = row.lo, product = hi * p.rh, sum = hi - product;
+  return {sum, (((hi - sum) + lo) + ((tail.even - tail.odd) * (hi + lo) - lo * p.rh)) - product};
+}
+
+// x * 2^m in steps that neither overflow nor underflow before the last one does.
+[[gnu::noinline, gnu::cold, maybe_unused]] Extended80 scaled(Extended80 x, int32_t m) {
+  for (; m > 1000; m -= 1000) x *= powerOfTwo(1000);
+  for (; m < -1000; m += 1000) x *= powerOfTwo(-1000);
+  return x * powerOfTwo(m);
+}
+
+}  // namespace
+}  // namespace qorvane
