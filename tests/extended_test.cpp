@@ -95,7 +95,8 @@ TEST(Extended, ErrorsStayWithinTheirBounds) {
   };
   const char* const count = getenv("QORVANE_EXTENDED_COUNT");
   for (const Row& row : rows) {
-    const Worst worst = worstIn(row.kernel, row.exact, row.from, std::min(row.to, 0x1.fffffffffffffp1023), count ? atoi(count) : 300, 1);
+    const Worst worst = worstIn(row.kernel, row.exact, row.from, std::min(row.to, 0x1.fffffffffffffp1023),
+                                count ? atoi(count) : 300, 1);
     EXPECT_LE(worst.error, row.bound) << row.name << " at " << std::hexfloat << worst.x;
     if (count) printf("%s %g %g: %.4f at %.17g\n", row.name, row.from, row.to, worst.error, worst.x);
   }

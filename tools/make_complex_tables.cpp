@@ -78,7 +78,8 @@ void writeFourOverPi(FILE* out) {
   for (int i = 0; i < words; ++i) {
     mpz_fdiv_q_2exp(word, digits, static_cast<mp_bitcnt_t>(64 * (words - 1 - i)));
     mpz_fdiv_r_2exp(word, word, 64);
-    std::fprintf(out, "%s0x%016" PRIx64 ",%s", i % 5 == 0 ? "  " : " ", mpz_get_ui(word), i % 5 == 4 || i == words - 1 ? "\n" : "");
+    std::fprintf(out, "%s0x%016" PRIx64 ",%s", i % 5 == 0 ? "  " : " ", mpz_get_ui(word),
+                 i % 5 == 4 || i == words - 1 ? "\n" : "");
   }
   std::fprintf(out, "};\n");
   mpz_clears(digits, word, nullptr);
@@ -91,7 +92,8 @@ void writeTan(FILE* out) {
              "// part rounded to nearest.\n"
              "const TanRow tanTable[9] = {");
   for (int i = 0; i <= 8; ++i) {
-    const Exact exact = i == 8 ? Exact(1) : call(mpfr_tan, pi() * Exact(i) / Exact(32)), high = roundSignificant(exact, 32);
+    const Exact exact = i == 8 ? Exact(1) : call(mpfr_tan, pi() * Exact(i) / Exact(32)),
+                high = roundSignificant(exact, 32);
     writeRow(out, {nearest(high), nearest(exact - high)});
   }
   std::fprintf(out, "};\n");

@@ -96,8 +96,10 @@ INLINE ScaledExp extExpScaled(Extended80 x) {
 }
 
 INLINE Extended80 extExp(Argument a) {
-  if (a.key < keyFrom(0x3ffa)) [[unlikely]] return extExpOfSmall(a);
-  if (a.key >= 0x4008b100) [[unlikely]] return extExpOfLarge(a);  // from 708 up
+  if (a.key < keyFrom(0x3ffa)) [[unlikely]]
+    return extExpOfSmall(a);
+  if (a.key >= 0x4008b100) [[unlikely]]
+    return extExpOfLarge(a);  // from 708 up
   const ScaledExp e = extExpScaled(a.x);
   return (e.sum.lo + e.sum.hi) * powerOfTwo(e.m());
 }

@@ -136,8 +136,10 @@ INLINE Extended80 extCos(Argument a) {
 // Which polynomial is the sine is as good as random, so that a branch would be mispredicted every
 // other time: both are made, and each result is the sum of both times +-1 and 0.
 INLINE SinCos extSinCos(Argument a) {
-  if (a.key < keyFrom(0x3ffa)) [[unlikely]] return extSinCosOfSmall(a);
-  if (a.key >= keyOfInfinity) [[unlikely]] return {trigOfNonFinite(a.x), trigOfNonFinite(a.x)};
+  if (a.key < keyFrom(0x3ffa)) [[unlikely]]
+    return extSinCosOfSmall(a);
+  if (a.key >= keyOfInfinity) [[unlikely]]
+    return {trigOfNonFinite(a.x), trigOfNonFinite(a.x)};
   static constexpr Float64 choice[8][2] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}, {0, 1}, {-1, 0}, {0, -1}};
   const TrigRemainder r = reduceTrig(a, leading10);
   const TrigPowers p = trigPowers(r);

@@ -96,8 +96,9 @@ INLINE Extended80 halfSum(const TwoExponentials& e) {
 // From 26.17 up: e^a / 2, +Inf and NaN included.
 constexpr uint32_t keyOfOneExponential = 0x4003d154;
 INLINE Extended80 halfExp(const Argument& a) {
-  constexpr Extended80 limit = extended(0x400c, 0xb174ddc031aec0e9);  // 11357.216553474703895: the largest a with a finite result
-  if (a.key >= 0x4008b100) [[unlikely]] {                              // from 708 up
+  constexpr Extended80 limit =
+      extended(0x400c, 0xb174ddc031aec0e9);  // 11357.216553474703895: the largest a with a finite result
+  if (a.key >= 0x4008b100) [[unlikely]] {    // from 708 up
     if (a.key >= keyOfInfinity) return a.x != a.x ? a.x * a.sign() : a.magnitude;
     if (a.magnitude > limit) return overflowed();
   }

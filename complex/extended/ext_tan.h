@@ -30,8 +30,8 @@ INLINE Extended80 compensatedQuotient(Sum n, Sum d) {
 }
 
 INLINE Extended80 tanOfSmall(const Argument& a) {
-  constexpr Extended80 third = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);           // 1/3
-  constexpr Extended80 twoFifteenths = extended(0x3ffc, 0x8888888888888889);   // 2/15
+  constexpr Extended80 third = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);            // 1/3
+  constexpr Extended80 twoFifteenths = extended(0x3ffc, 0x8888888888888889);    // 2/15
   constexpr Extended80 seventeen315ths = extended(0x3ffa, 0xdd0dd0dd0dd0dd0e);  // 17/315
   const Extended80 x = a.x, t = x * x;
   if (a.key >= keyFrom(0x3ff3)) return x + (t * ((seventeen315ths * t + twoFifteenths) * t + third)) * x;

@@ -55,7 +55,8 @@ INLINE TrigRemainder reduceTrig(const Argument& a, Float64 factor) {
     constexpr Float64 fourOverPi = fromBits(0x3ff45f306dc9c883);  // 1.2732395447351628
     quarters = (floorOf(a.magnitude * fourOverPi) + 1) & ~1u;
     const Extended80 n = static_cast<int32_t>(quarters);
-    r = a.key < keyFrom(exponentField(17)) ? quartersRemainder(a.magnitude, n) : quartersRemainderOfLarge(a.magnitude, n);
+    r = a.key < keyFrom(exponentField(17)) ? quartersRemainder(a.magnitude, n)
+                                           : quartersRemainderOfLarge(a.magnitude, n);
     factor = leading11;
   } else {
     Float64 parts[2];

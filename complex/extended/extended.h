@@ -20,6 +20,13 @@ namespace qorvane {
 
 using Extended80 = long double;
 
+// The same number, but the compiler can't know it: an operation on it is made at run time and raises
+// its flags.
+INLINE static Extended80 opaque(Extended80 x) {
+  asm volatile("" : "+m"(x));
+  return x;
+}
+
 namespace {
 
 // 2^n, folded.
@@ -130,13 +137,6 @@ INLINE uint32_t floorOf(Extended80 x) {
 // 2^m as a factor, m from -1022 to 1023: the unit multiplies by it as it stands in memory.
 INLINE Float64 powerOfTwo(int32_t m) { return fromBits((static_cast<uint64_t>(static_cast<int64_t>(m)) + 1023) << 52); }
 
-// The same number, but the compiler can't know it: an operation on it is made at run time and raises
-// its flags.
-INLINE Extended80 opaque(Extended80 x) {
-  asm volatile("" : "+m"(x));
-  return x;
-}
-
 // The number is made, and its flags raised, though nobody reads it.
 INLINE void discard(Extended80 x) { asm volatile("" : : "t"(x)); }
 INLINE void discard(Float64 x) { asm volatile("" : : "x"(x)); }
@@ -155,7 +155,8 @@ constexpr Float64 twoToMinus75 = fromBits(0x3b40000000000000);
 // zero stays exact.
 INLINE Extended80 tinyOdd(Extended80 x) {
   if (x == 0) return x;
-  if (__builtin_fabsl(x) < constantPowerOfTwo(-16382)) [[unlikely]] discard(underflowed());
+  if (__builtin_fabsl(x) < constantPowerOfTwo(-16382)) [[unlikely]]
+    discard(underflowed());
   return (twoTo75 * x + x) * twoToMinus75;
 }
 

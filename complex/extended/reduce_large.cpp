@@ -25,9 +25,7 @@ int32_t extReduceLarge(Extended80 x, int32_t addend, Float64* remainder) {
   const Pattern p = patternOf(x);
   const uint32_t place = p.field - (0x3fffu + 63 - 61);
   const uint64_t* const words = fourOverPi + (place >> 6);
-  const auto window = [&](int i) {
-    return highHalf((Wide{words[i]} << 64 | words[i + 1]) << (place & 63));
-  };
+  const auto window = [&](int i) { return highHalf((Wide{words[i]} << 64 | words[i + 1]) << (place & 63)); };
   const uint64_t m = p.significand;
   const Wide p3 = Wide{m} * window(3);
   const Wide p2 = Wide{m} * window(2) + highHalf(p3);
@@ -51,7 +49,8 @@ int32_t extReduceLarge(Extended80 x, int32_t addend, Float64* remainder) {
 
   constexpr uint64_t quarterHi = 0xc90fdaa22168c234, quarterLo = 0xc4c6628b80dc1cd1;  // pi/4 * 2^128
   const Wide product = Wide{hi} * quarterHi + highHalf(Wide{hi} * quarterLo) + highHalf(Wide{lo} * quarterHi);
-  const uint64_t upper = static_cast<uint64_t>(product >> 75), lower = static_cast<uint64_t>(product >> 22) & 0x1fffffffffffff;
+  const uint64_t upper = static_cast<uint64_t>(product >> 75),
+                 lower = static_cast<uint64_t>(product >> 22) & 0x1fffffffffffff;
   const Float64 unit = flip != 0 ? -powerOfTwo(-53 - zeros) : powerOfTwo(-53 - zeros);
   remainder[0] = static_cast<Float64>(static_cast<int64_t>(upper)) * unit;
   remainder[1] = static_cast<Float64>(static_cast<int64_t>(lower)) * (unit * powerOfTwo(-53));
