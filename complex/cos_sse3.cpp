@@ -7,9 +7,7 @@ namespace {
 // cos z = cosh(iz). A NaN keeps its sign.
 INLINE Complex64 complexCos(Complex64 z) { return complexCosh({negatedUnlessNaN(z.im), z.re}); }
 
-[[gnu::noinline]] nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
-  return elementLoop<complexCos>(src, dst, len);
-}
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexCos>(src, dst, len); }
 
 }  // namespace
 

@@ -7,28 +7,20 @@
 //
 // Special values: as C99's Annex G has them for ccosh; a subnormal imaginary part underflows.
 #pragma once
-#include "complex/extended/ext_sin_cos.h"
-#include "complex/extended/ext_sinh_cosh.h"
-#include "complex/scalar.h"
+#include "complex/ordinary.h"
 
 namespace qorvane {
 
-// A part that is zero, infinite or NaN, or |x| from 2048 up.
-Complex64 complexCoshRare(Float64 x, Float64 y);
+// Any z.
+Complex64 complexCoshAny(Complex64 z);
 
 namespace {
 
 INLINE Complex64 complexCosh(Complex64 z) {
-  Complex64 result;
-  if (exponentFieldOf(z.re) < 0x40a && !isZero(z.re) && isFinite(z.im) && !isZero(z.im)) [[likely]] {
-    const SinhCosh h = extSinhCosh(z.re);
-    const SinCos t = extSinCos(z.im);
-    result = {static_cast<Float64>(h.cosh * t.cos), static_cast<Float64>(h.sinh * t.sin)};
-  } else {
-    result = complexCoshRare(z.re, z.im);
-  }
-  raiseUnderflowOf(result.im);
-  return result;
+  if (!isOrdinary(z)) [[unlikely]]
+    return complexCoshAny(z);
+  const OrdinaryParts p = ordinaryParts(z);
+  return {static_cast<Float64>(p.cosh * p.cos), static_cast<Float64>(p.sinh * p.sin)};
 }
 
 }  // namespace

@@ -4,9 +4,7 @@
 namespace qorvane {
 namespace {
 
-[[gnu::noinline]] nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
-  return elementLoop<complexCosh>(src, dst, len);
-}
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexCosh>(src, dst, len); }
 
 }  // namespace
 

@@ -18,8 +18,8 @@ INLINE Complex64 make(Extended80 re, Extended80 im) { return {static_cast<Float6
 
 // A part that is zero, infinite or NaN, or |x| from 2048 up.
 [[gnu::noinline, gnu::cold]] Complex64 complexExpRare(Float64 x, Float64 y) {
-  constexpr Extended80 largestPower = extended(0x7ffe, 0x8000000000000000);   // 2^16383
-  constexpr Extended80 smallestPower = extended(0x0001, 0x8000000000000000);  // 2^-16382
+  constexpr Extended80 largestPower = extendedNumber(0x7ffe, 0x8000000000000000);   // 2^16383
+  constexpr Extended80 smallestPower = extendedNumber(0x0001, 0x8000000000000000);  // 2^-16382
   const bool tinyY = exponentFieldOf(y) == 0;
   if (isZero(y)) return {static_cast<Float64>(extExp(x)), y};
   if (!isFinite(y)) {

@@ -37,7 +37,7 @@ INLINE void raiseUnderflowOf(Float64 part) {
 
 // One routine for each element: the loop of every complex function that has no vectors.
 template <Complex64 routine(Complex64)>
-INLINE nuvStatus elementLoop(const Complex64* src, Complex64* dst, int64_t len) {
+INLINE nuvStatus complexLoop(const Complex64* src, Complex64* dst, int64_t len) {
   for (int64_t i = 0; i < len; ++i) dst[i] = routine(src[i]);
   return nuvStatusOk;
 }

@@ -10,9 +10,7 @@ INLINE Complex64 complexSin(Complex64 z) {
   return {result.im, negatedUnlessNaN(result.re)};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
-  return elementLoop<complexSin>(src, dst, len);
-}
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexSin>(src, dst, len); }
 
 }  // namespace
 

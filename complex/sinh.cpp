@@ -2,11 +2,12 @@
 #include "complex/sinh.h"
 
 namespace qorvane {
+namespace {
 
-Complex64 complexSinhRare(Float64 x, Float64 y) {
-  const auto make = [](Extended80 re, Extended80 im) {
-    return Complex64{static_cast<Float64>(re), static_cast<Float64>(im)};
-  };
+INLINE Complex64 make(Extended80 re, Extended80 im) { return {static_cast<Float64>(re), static_cast<Float64>(im)}; }
+
+// A part that is zero, infinite or NaN, or |x| from 2048 up.
+INLINE Complex64 ofRare(Float64 x, Float64 y) {
   const bool tinyY = exponentFieldOf(y) == 0;
   if (isZero(y)) return {static_cast<Float64>(extSinh(x)), y};
   if (!isFinite(y)) {
@@ -25,6 +26,22 @@ Complex64 complexSinhRare(Float64 x, Float64 y) {
   }
   const Float64 infinity = overflowedDouble();
   return make((extCos(y) * infinity) * x, tinyY ? Extended80{infinity * y} : extSin(y) * infinity);
+}
+
+}  // namespace
+
+Complex64 complexSinhAny(Complex64 z) {
+  Complex64 result;
+  if (exponentFieldOf(z.re) < 0x40a && !isZero(z.re) && isFinite(z.im) && !isZero(z.im)) {
+    const SinCos t = extSinCos(z.im);
+    const SinhCosh h = extSinhCosh(z.re);
+    result = make(h.sinh * t.cos, h.cosh * t.sin);
+  } else {
+    result = ofRare(z.re, z.im);
+  }
+  raiseUnderflowOf(result.re);
+  raiseUnderflowOf(result.im);
+  return result;
 }
 
 }  // namespace qorvane

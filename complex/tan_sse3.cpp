@@ -10,9 +10,7 @@ INLINE Complex64 complexTan(Complex64 z) {
   return {result.im, negatedUnlessNaN(result.re)};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
-  return elementLoop<complexTan>(src, dst, len);
-}
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexTan>(src, dst, len); }
 
 }  // namespace
 

@@ -1,6 +1,9 @@
 // tanh z: the elements that complex/tanh.h leaves out.
 #include "complex/tanh.h"
 
+#include "complex/extended/ext_tan.h"
+#include "complex/extended/ext_tanh.h"
+
 namespace qorvane {
 namespace {
 
@@ -15,9 +18,8 @@ INLINE Float64 zeroOfSmallAngle(Float64 y) {
   return zeroWithSign(isNegative(y));
 }
 
-}  // namespace
-
-Complex64 complexTanhRare(Float64 x, Float64 y) {
+// A part that is zero, infinite or NaN, or |x| from 512 up.
+INLINE Complex64 ofRare(Float64 x, Float64 y) {
   if (isNaN(x)) {
     const Float64 nan = x * x;
     return {nan, isZero(y) ? y : isNaN(y) ? y * y : nan};
@@ -40,6 +42,23 @@ Complex64 complexTanhRare(Float64 x, Float64 y) {
   const Float64 im = exponentFieldOf(y) == 0 ? zeroOfSmallAngle(y) : zeroOfDoubleAngle(y);
   raiseUnderflow();
   return {withSignOf(opaque(1.0) - smallestNormal, x), im};
+}
+
+}  // namespace
+
+Complex64 complexTanhAny(Complex64 z) {
+  Complex64 result;
+  if (exponentFieldOf(z.re) < 0x408 && !isZero(z.re) && isFinite(z.im) && !isZero(z.im)) {
+    const SinCos t = extSinCos(z.im);
+    const SinhCosh h = extSinhCosh(z.re);
+    const Extended80 d = h.sinh * h.sinh + t.cos * t.cos;
+    result = {static_cast<Float64>((h.sinh * h.cosh) / d), static_cast<Float64>((t.cos * t.sin) / d)};
+  } else {
+    result = ofRare(z.re, z.im);
+  }
+  raiseUnderflowOf(result.re);
+  raiseUnderflowOf(result.im);
+  return result;
 }
 
 }  // namespace qorvane

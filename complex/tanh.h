@@ -8,32 +8,21 @@
 // Special values: as C99's Annex G has them for ctanh; subnormal parts underflow, and so does a zero
 // that isn't exact.
 #pragma once
-#include "complex/extended/ext_sin_cos.h"
-#include "complex/extended/ext_sinh_cosh.h"
-#include "complex/extended/ext_tan.h"
-#include "complex/extended/ext_tanh.h"
-#include "complex/scalar.h"
+#include "complex/ordinary.h"
 
 namespace qorvane {
 
-// A part that is zero, infinite or NaN, or |x| from 512 up.
-Complex64 complexTanhRare(Float64 x, Float64 y);
+// Any z.
+Complex64 complexTanhAny(Complex64 z);
 
 namespace {
 
 INLINE Complex64 complexTanh(Complex64 z) {
-  Complex64 result;
-  if (exponentFieldOf(z.re) < 0x408 && !isZero(z.re) && isFinite(z.im) && !isZero(z.im)) [[likely]] {
-    const SinhCosh h = extSinhCosh(z.re);
-    const SinCos t = extSinCos(z.im);
-    const Extended80 d = h.sinh * h.sinh + t.cos * t.cos;
-    result = {static_cast<Float64>((h.sinh * h.cosh) / d), static_cast<Float64>((t.cos * t.sin) / d)};
-  } else {
-    result = complexTanhRare(z.re, z.im);
-  }
-  raiseUnderflowOf(result.re);
-  raiseUnderflowOf(result.im);
-  return result;
+  if (!isOrdinary(z)) [[unlikely]]
+    return complexTanhAny(z);
+  const OrdinaryParts p = ordinaryParts(z);
+  const Extended80 cos = p.cos, d = p.sinh * p.sinh + cos * cos;
+  return {static_cast<Float64>((p.sinh * p.cosh) / d), static_cast<Float64>((cos * p.sin) / d)};
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ void writeTanhTail(FILE* out) {
   beginTable(out,
              "// The coefficients of x^3, x^5, ..., x^29 of tanh x on [0, 0.5], those of x^3 and x^5 less -1365/4096\n"
              "// and 273/2048; the polynomial's error is below 2^-76 of tanh x.\n"
-             "constexpr Extended80 tanhTail[14] = {");
+             "constexpr Constant tanhTail[14] = {");
   std::vector<Exact> c = interpolate(tanhSeries, count, Exact(0.25));
   c[0] = c[0] + Exact(1365) / Exact(4096);
   c[1] = c[1] - Exact(273) / Exact(2048);

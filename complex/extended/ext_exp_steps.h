@@ -16,50 +16,50 @@ extern const ExpRow expTable256[257];
 
 namespace {
 
+// The remainder as rh + rl, rh being it rounded.
 struct ExpRemainder {
-  Extended80 rh, rl, r;  // the remainder as rh + rl, and rounded
+  Extended80 rh, rl;
   int32_t j, m;
 };
 
-constexpr Extended80 invLn2By256 = extended(0x4007, 0xb8aa3b295c17f000);  // 369.329930467574633 = 256 / ln 2
-constexpr Extended80 ln2By256Hi = extended(0x3ff6, 0xb17217f800000000);   // 0.0027076061742263: k times it is exact
-constexpr Extended80 ln2By256Lo = extended(0xbfd4, 0xb8c21950d8713000);   // -1.6409824502659e-13
+constexpr Constant invLn2By256 = extended(0x4007, 0xb8aa3b295c17f000);  // 369.329930467574633 = 256 / ln 2
+constexpr Constant ln2By256Hi = extended(0x3ff6, 0xb17217f800000000);   // 0.0027076061742263: k times it is exact
+constexpr Constant ln2By256Lo = extended(0xbfd4, 0xb8c21950d8713000);   // -1.6409824502659e-13
 
-// For |a| below 16384. rh is the remainder rounded, rl what the last subtraction lost.
+// For |a| below 16384.
 INLINE ExpRemainder reduceExp(Extended80 a) {
   const Extended80 k = wholePart(a * invLn2By256);
   const int32_t n = toInt32(k), j = static_cast<int8_t>(n);
-  const Extended80 t = a - k * ln2By256Hi, kLo = k * ln2By256Lo;
-  const Extended80 rh = t - kLo, rl = (t - rh) - kLo;
-  return {rh, rl, rh + rl, j, (n - j) >> 8};
+  const Extended80 t = a - k * ln2By256Hi, kLo = k * ln2By256Lo, rh = t - kLo;
+  return {rh, (t - rh) - kLo, j, (n - j) >> 8};
 }
 
 // e^r - 1 = r + s2 r^2 + ... + s6 r^6
-constexpr Extended80 s2 = 0.5;
-constexpr Extended80 s3 = extended(0x3ffc, 0xaaaaaaaaaaa0293e);  // 0.16666666666665178
-constexpr Extended80 s4 = extended(0x3ffa, 0xaaaaaaaaaaa0e910);  // 0.041666666666663214
-constexpr Extended80 s5 = extended(0x3ff8, 0x88888b443e6bdc82);  // 0.0083333358788683
-constexpr Extended80 s6 = extended(0x3ff5, 0xb60b6439b9331bc1);  // 0.0013888892980150
+constexpr Float64 s2 = 0.5;
+constexpr Constant s3 = extended(0x3ffc, 0xaaaaaaaaaaa0293e);  // 0.16666666666665178
+constexpr Constant s4 = extended(0x3ffa, 0xaaaaaaaaaaa0e910);  // 0.041666666666663214
+constexpr Constant s5 = extended(0x3ff8, 0x88888b443e6bdc82);  // 0.0083333358788683
+constexpr Constant s6 = extended(0x3ff5, 0xb60b6439b9331bc1);  // 0.0013888892980150
 
 // e^r - 1 - rh = even + odd, e^-r - 1 + rh = even - odd
 struct ExpTail {
   Extended80 even, odd;
 };
 INLINE ExpTail expTail(const ExpRemainder& p) {
-  const Extended80 r2 = p.r * p.r;
-  return {(s2 + (s4 + s6 * r2) * r2) * r2, (r2 * (s5 * r2 + s3)) * p.r + p.rl};
+  const Extended80 r2 = p.rh * p.rh, odd = (r2 * (s5 * r2 + s3)) * p.rh + p.rl;
+  return {(s2 + (s4 + s6 * r2) * r2) * r2, odd};
 }
 
-// 2^(j/256) * e^r and 2^(-j/256) * e^-r
-INLINE Sum risingExp(const ExpRemainder& p, const ExpTail& tail) {
+// 2^(j/256) * e^r and 2^(-j/256) * e^-r, from e^r - 1 - rh and e^-r - 1 + rh.
+INLINE Sum risingExp(const ExpRemainder& p, Extended80 tail) {
   const ExpRow& row = expTable256[p.j + 128];
-  const Extended80 hi = row.hi, lo = row.lo, product = hi * p.rh, sum = hi + product;
-  return {sum, ((lo + (hi - sum)) + (p.rh * lo + (hi + lo) * (tail.even + tail.odd))) + product};
+  const Extended80 product = row.hi * p.rh, sum = row.hi + product;
+  return {sum, ((row.lo + (row.hi - sum)) + (p.rh * row.lo + (Extended80{row.hi} + row.lo) * tail)) + product};
 }
-INLINE Sum fallingExp(const ExpRemainder& p, const ExpTail& tail) {
+INLINE Sum fallingExp(const ExpRemainder& p, Extended80 tail) {
   const ExpRow& row = expTable256[128 - p.j];
-  const Extended80 hi = row.hi, lo = row.lo, product = hi * p.rh, sum = hi - product;
-  return {sum, (((hi - sum) + lo) + ((tail.even - tail.odd) * (hi + lo) - lo * p.rh)) - product};
+  const Extended80 product = row.hi * p.rh, sum = row.hi - product;
+  return {sum, (((row.hi - sum) + row.lo) + (tail * (Extended80{row.hi} + row.lo) - row.lo * p.rh)) - product};
 }
 
 // x * 2^m in steps that neither overflow nor underflow before the last one does.

@@ -18,47 +18,49 @@ struct SinCos {
   Extended80 sin, cos;
 };
 
-// rh^2 and what rl adds to r^2 and r^4.
+// The powers of the remainder r = rh + rl. Those of rh are exact in double precision.
 struct TrigPowers {
-  Extended80 rh, rl, d, v, v2, w, y, d2;  // d = r^2 - rh^2, v = rh^2, w = r^2, y = r^4, d2 = r^4 - rh^4
+  Float64 rh, v, v2;           // v = rh^2, v2 = rh^4
+  Extended80 rl, d, d2, w, y;  // w = r^2, y = r^4, d = w - v, d2 = y - v2
 };
 INLINE TrigPowers trigPowers(const TrigRemainder& r) {
-  const Extended80 s = r.rh + r.rl, d = (r.rh + s) * r.rl, v = r.rh * r.rh, w = d + v, v2 = v * v, d2 = (w + v) * d;
-  return {r.rh, r.rl, d, v, v2, w, v2 + d2, d2};
+  const Float64 v = r.rh * r.rh, v2 = v * v;
+  const Extended80 s = r.rh + r.rl, d = (r.rh + s) * r.rl, w = d + v, d2 = (w + v) * d;
+  return {r.rh, v, v2, r.rl, d, d2, w, v2 + d2};
 }
 
 INLINE Extended80 sinPolynomial(const TrigPowers& p) {
-  constexpr Extended80 s3h = extended(0xbffc, 0xaaa0000000000000);  // -0.1666259765625
-  constexpr Extended80 s5h = extended(0x3ff8, 0x8800000000000000);  // 0.00830078125
-  constexpr Extended80 s3r = extended(0xbff0, 0xaaaaaaaaaaaaaaab);  // -4.0690104166667e-05: -1/6 - s3h
-  constexpr Extended80 s5r = extended(0x3ff0, 0x8888888888888884);  // 3.2552083333333e-05: 1/120 - s5h
-  constexpr Extended80 s7 = extended(0xbff2, 0xd00d00d00d00cffb);   // -0.00019841269841270
-  constexpr Extended80 s9 = extended(0x3fec, 0xb8ef1d2ab6397771);   // 2.7557319223985e-06
-  constexpr Extended80 s11 = extended(0xbfe5, 0xd7322b3fa9c82df0);  // -2.5052108385435e-08
-  constexpr Extended80 s13 = extended(0x3fde, 0xb092309ca8e0b798);  // 1.6059043833459e-10
-  constexpr Extended80 s15 = extended(0xbfd6, 0xd73f9df8b7a1cef7);  // -7.6471630522879e-13
-  constexpr Extended80 s17 = extended(0x3fce, 0xca949fed3a4f8a69);  // 2.8113700990391e-15
-  constexpr Extended80 s19 = extended(0xbfc6, 0x967bc63b3fe9053c);  // -8.1577265299753e-18
-  const Extended80 t = p.v * s3h;
+  constexpr Float64 s3h = fromBits(0xbfc5540000000000);                  // -0.1666259765625
+  constexpr Float64 s5h = fromBits(0x3f81000000000000);                  // 0.00830078125
+  static constexpr Constant s3r = extended(0xbff0, 0xaaaaaaaaaaaaaaab);  // -4.0690104166667e-05: -1/6 - s3h
+  static constexpr Constant s5r = extended(0x3ff0, 0x8888888888888884);  // 3.2552083333333e-05: 1/120 - s5h
+  static constexpr Constant s7 = extended(0xbff2, 0xd00d00d00d00cffb);   // -0.00019841269841270
+  static constexpr Constant s9 = extended(0x3fec, 0xb8ef1d2ab6397771);   // 2.7557319223985e-06
+  static constexpr Constant s11 = extended(0xbfe5, 0xd7322b3fa9c82df0);  // -2.5052108385435e-08
+  static constexpr Constant s13 = extended(0x3fde, 0xb092309ca8e0b798);  // 1.6059043833459e-10
+  static constexpr Constant s15 = extended(0xbfd6, 0xd73f9df8b7a1cef7);  // -7.6471630522879e-13
+  static constexpr Constant s17 = extended(0x3fce, 0xca949fed3a4f8a69);  // 2.8113700990391e-15
+  static constexpr Constant s19 = extended(0xbfc6, 0x967bc63b3fe9053c);  // -8.1577265299753e-18
+  const Float64 t = p.v * s3h, lead = p.rh * t;                          // both exact
   const Extended80 tail = p.y * (((s17 * p.y + s13) * p.y + s9) * p.y + s5r) +
                           ((((s19 * p.y + s15) * p.y + s11) * p.y + s7) * p.y + s3r) * p.w;
   const Extended80 u = p.v2 * s5h + (p.d * s3h + (p.d2 * s5h + tail));
-  const Sum lead = fastTwoSum(p.rh, p.rh * t);  // rh t is exact
-  return lead.hi + (lead.lo + (p.rh * u + (p.rl + p.rl * (t + u))));
+  const Extended80 sum = Extended80{p.rh} + lead;
+  return sum + (((p.rh - sum) + lead) + (p.rh * u + (p.rl + p.rl * (t + u))));
 }
 INLINE Extended80 cosPolynomial(const TrigPowers& p) {
-  constexpr Extended80 c2h = -0.5;
-  constexpr Extended80 c4h = extended(0x3ffa, 0xa800000000000000);  // 0.041015625
-  constexpr Extended80 c2r = extended(0x3fb2, 0xabec40714050c9af);  // 8.8882034531872e-24
-  constexpr Extended80 c4r = extended(0x3ff4, 0xaaaaaaaaaaaaaaa5);  // 0.00065104166666667: 1/24 - c4h
-  constexpr Extended80 c6 = extended(0xbff5, 0xb60b60b60b60b5dd);   // -0.0013888888888889
-  constexpr Extended80 c8 = extended(0x3fef, 0xd00d00d00d006edc);   // 2.4801587301587e-05
-  constexpr Extended80 c10 = extended(0xbfe9, 0x93f27dbbc47e5d08);  // -2.7557319223981e-07
-  constexpr Extended80 c12 = extended(0x3fe2, 0x8f76c77efc0fc2ca);  // 2.0876756981003e-09
-  constexpr Extended80 c14 = extended(0xbfda, 0xc9cba3a10e36fe20);  // -1.1470744171546e-11
-  constexpr Extended80 c16 = extended(0x3fd2, 0xd73d83472c35360a);  // 4.7792943912097e-14
-  constexpr Extended80 c18 = extended(0xbfca, 0xb28dfb9ba5869f05);  // -1.5487144594802e-16
-  const Extended80 t = p.v2 * c4h + p.v * c2h;
+  constexpr Float64 c2h = -0.5;
+  constexpr Float64 c4h = fromBits(0x3fa5000000000000);                  // 0.041015625
+  static constexpr Constant c2r = extended(0x3fb2, 0xabec40714050c9af);  // 8.8882034531872e-24
+  static constexpr Constant c4r = extended(0x3ff4, 0xaaaaaaaaaaaaaaa5);  // 0.00065104166666667: 1/24 - c4h
+  static constexpr Constant c6 = extended(0xbff5, 0xb60b60b60b60b5dd);   // -0.0013888888888889
+  static constexpr Constant c8 = extended(0x3fef, 0xd00d00d00d006edc);   // 2.4801587301587e-05
+  static constexpr Constant c10 = extended(0xbfe9, 0x93f27dbbc47e5d08);  // -2.7557319223981e-07
+  static constexpr Constant c12 = extended(0x3fe2, 0x8f76c77efc0fc2ca);  // 2.0876756981003e-09
+  static constexpr Constant c14 = extended(0xbfda, 0xc9cba3a10e36fe20);  // -1.1470744171546e-11
+  static constexpr Constant c16 = extended(0x3fd2, 0xd73d83472c35360a);  // 4.7792943912097e-14
+  static constexpr Constant c18 = extended(0xbfca, 0xb28dfb9ba5869f05);  // -1.5487144594802e-16
+  const Extended80 t = Extended80{p.v2 * c4h} + p.v * c2h;               // both products are exact
   const Extended80 tail = p.y * (((c16 * p.y + c12) * p.y + c8) * p.y + c4r) +
                           ((((c18 * p.y + c14) * p.y + c10) * p.y + c6) * p.y + c2r) * p.w;
   const Extended80 u = p.d * c2h + (p.d2 * c4h + tail);
@@ -73,20 +75,20 @@ INLINE Float64 signFrom(uint32_t bit) { return fromBits(0x3ff0000000000000 | sta
 INLINE Extended80 sinOfSmall(const Argument& a) {
   const Extended80 x = a.x, t = x * x;
   if (a.key >= keyFrom(0x3ff4)) {
-    constexpr Extended80 f3 = extended(0xbffc, 0xaaaaaaaaaaaaaaaa);  // -0.16666666666667
-    constexpr Extended80 f5 = extended(0x3ff8, 0x88888888888830e6);  // 0.0083333333333333
-    constexpr Extended80 f7 = extended(0xbff2, 0xd00d00cf1ce4a850);  // -0.00019841269835925
-    constexpr Extended80 f9 = extended(0x3fec, 0xb8ee0e12bdeada13);  // 2.7556702828428e-06
+    static constexpr Constant f3 = extended(0xbffc, 0xaaaaaaaaaaaaaaaa);  // -0.16666666666667
+    static constexpr Constant f5 = extended(0x3ff8, 0x88888888888830e6);  // 0.0083333333333333
+    static constexpr Constant f7 = extended(0xbff2, 0xd00d00cf1ce4a850);  // -0.00019841269835925
+    static constexpr Constant f9 = extended(0x3fec, 0xb8ee0e12bdeada13);  // 2.7556702828428e-06
     const Extended80 u = t * t;
     return x + (((f9 * u + f5) * u) + (f7 * u + f3) * t) * x;
   }
   if (a.key >= keyFrom(0x3fec)) {
-    constexpr Extended80 d3 = extended(0xbffc, 0xaaaaaaaaaaaaa8ca);  // -0.16666666666667
-    constexpr Extended80 d5 = extended(0x3ff8, 0x88888874e04e0633);  // 0.0083333332618
+    static constexpr Constant d3 = extended(0xbffc, 0xaaaaaaaaaaaaa8ca);  // -0.16666666666667
+    static constexpr Constant d5 = extended(0x3ff8, 0x88888874e04e0633);  // 0.0083333332618
     return x + (t * (d5 * t + d3)) * x;
   }
   if (a.key >= keyFrom(0x3fb4)) {
-    constexpr Extended80 b = extended(0xbffc, 0xaaaaaaaaaa884444);  // -0.16666666666665
+    static constexpr Constant b = extended(0xbffc, 0xaaaaaaaaaa884444);  // -0.16666666666665
     return x + ((b * x) * x) * x;
   }
   return tinyOdd(x);
@@ -94,20 +96,20 @@ INLINE Extended80 sinOfSmall(const Argument& a) {
 INLINE Extended80 cosOfSmall(const Argument& a) {
   const Extended80 x = a.x, t = x * x;
   if (a.key >= keyFrom(0x3ff4)) {
-    constexpr Extended80 e2 = extended(0xbffd, 0xffffffffffffffff);  // -0.5
-    constexpr Extended80 e4 = extended(0x3ffa, 0xaaaaaaaaaaa9b9ad);  // 0.041666666666666
-    constexpr Extended80 e6 = extended(0xbff5, 0xb60b60b4c13a3733);  // -0.0013888888883
-    constexpr Extended80 e8 = extended(0x3fef, 0xd00b8c0f465d9116);  // 2.4800909267838e-05
+    static constexpr Constant e2 = extended(0xbffd, 0xffffffffffffffff);  // -0.5
+    static constexpr Constant e4 = extended(0x3ffa, 0xaaaaaaaaaaa9b9ad);  // 0.041666666666666
+    static constexpr Constant e6 = extended(0xbff5, 0xb60b60b4c13a3733);  // -0.0013888888883
+    static constexpr Constant e8 = extended(0x3fef, 0xd00b8c0f465d9116);  // 2.4800909267838e-05
     const Extended80 u = t * t;
     return 1.0L + ((e6 * u + e2) * t + (e8 * u + e4) * u);
   }
   if (a.key >= keyFrom(0x3fec)) {
-    constexpr Extended80 c2 = extended(0xbffd, 0xfffffffffffff96f);  // -0.5
-    constexpr Extended80 c4 = extended(0x3ffa, 0xaaaaaa884444473e);  // 0.0416666661661
+    static constexpr Constant c2 = extended(0xbffd, 0xfffffffffffff96f);  // -0.5
+    static constexpr Constant c4 = extended(0x3ffa, 0xaaaaaa884444473e);  // 0.0416666661661
     return (c4 * t + c2) * t + 1.0L;
   }
   if (a.key >= keyFrom(0x3fb4)) {
-    constexpr Extended80 c = extended(0xbffd, 0xffffffffffaa0000);  // -0.5
+    static constexpr Constant c = extended(0xbffd, 0xffffffffffaa0000);  // -0.5
     return (c * x) * x + 1.0L;
   }
   return x == 0 ? 1.0L : 1.0L - opaque(tinyFactor);
@@ -131,22 +133,21 @@ INLINE Extended80 extCos(Argument a) {
   return ((r.halfTurns & 1) != 0 ? sinPolynomial(p) : cosPolynomial(p)) * signFrom((r.halfTurns + 1) >> 1 & 1);
 }
 
-[[gnu::noinline, gnu::cold]] SinCos extSinCosOfSmall(Argument a) { return {sinOfSmall(a), cosOfSmall(a)}; }
-
 // Which polynomial is the sine is as good as random, so that a branch would be mispredicted every
 // other time: both are made, and each result is the sum of both times +-1 and 0.
-INLINE SinCos extSinCos(Argument a) {
-  if (a.key < keyFrom(0x3ffa)) [[unlikely]]
-    return extSinCosOfSmall(a);
-  if (a.key >= keyOfInfinity) [[unlikely]]
-    return {trigOfNonFinite(a.x), trigOfNonFinite(a.x)};
-  static constexpr Float64 choice[8][2] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}, {0, 1}, {-1, 0}, {0, -1}};
-  const TrigRemainder r = reduceTrig(a, leading10);
+INLINE SinCos sinCosOfRemainder(const TrigRemainder& r, bool negative) {
+  static constexpr Float64 choice[5][2] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}};
   const TrigPowers p = trigPowers(r);
   const Extended80 s = sinPolynomial(p), c = cosPolynomial(p);
-  const Float64* const ofSin = choice[(r.halfTurns + 2 * a.negative) & 3];
+  const Float64* const ofSin = choice[(r.halfTurns + 2 * negative) & 3];
   const Float64* const ofCos = choice[(r.halfTurns & 3) + 1];
   return {s * ofSin[0] + c * ofSin[1], s * ofCos[0] + c * ofCos[1]};
+}
+
+INLINE SinCos extSinCos(Argument a) {
+  if (a.key < keyFrom(0x3ffa)) return {sinOfSmall(a), cosOfSmall(a)};
+  if (a.key >= keyOfInfinity) return {trigOfNonFinite(a.x), trigOfNonFinite(a.x)};
+  return sinCosOfRemainder(reduceTrig(a, leading10), a.negative);
 }
 
 }  // namespace

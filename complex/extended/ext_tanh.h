@@ -19,20 +19,20 @@ namespace {
 INLINE Extended80 tanhOfSmall(const Argument& a) {
   const Extended80 x = a.x, t = x * x;
   if (a.key >= keyFrom(0x3ff3)) {
-    constexpr Extended80 g3 = extended(0xbffd, 0xaaaaaaaaaaaaaaa8);  // -0.33333333333333
-    constexpr Extended80 g5 = extended(0x3ffc, 0x888888888883bdf3);  // 0.13333333333333
-    constexpr Extended80 g7 = extended(0xbffa, 0xdd0dd0d497125d40);  // -0.053968253845
-    constexpr Extended80 g9 = extended(0x3ff9, 0xb32418b434548180);  // 0.021867798090
+    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaaaaaaaa8);  // -0.33333333333333
+    static constexpr Constant g5 = extended(0x3ffc, 0x888888888883bdf3);  // 0.13333333333333
+    static constexpr Constant g7 = extended(0xbffa, 0xdd0dd0d497125d40);  // -0.053968253845
+    static constexpr Constant g9 = extended(0x3ff9, 0xb32418b434548180);  // 0.021867798090
     const Extended80 u = t * t;
     return x + (((g9 * u + g5) * u) + (g7 * u + g3) * t) * x;
   }
   if (a.key >= keyFrom(0x3fed)) {
-    constexpr Extended80 g3 = extended(0xbffd, 0xaaaaaaaaaaaa8d33);  // -0.33333333333333
-    constexpr Extended80 g5 = extended(0x3ffc, 0x88888820ea0ed956);  // 0.13333332730
+    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaaaaa8d33);  // -0.33333333333333
+    static constexpr Constant g5 = extended(0x3ffc, 0x88888820ea0ed956);  // 0.13333332730
     return x + (t * (g5 * t + g3)) * x;
   }
   if (a.key >= keyFrom(0x3fb4)) {
-    constexpr Extended80 g3 = extended(0xbffd, 0xaaaaaaaaa5555555);  // -0.33333333333
+    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaa5555555);  // -0.33333333333
     return x + ((g3 * x) * x) * x;
   }
   return tinyOdd(x);
@@ -40,8 +40,8 @@ INLINE Extended80 tanhOfSmall(const Argument& a) {
 
 // 2^-7 <= a < 0.5. With a = ah + al: d = a^2 - ah^2, v = ah^2, w = a^2, y = a^4.
 INLINE Extended80 splitTanh(Extended80 a) {
-  constexpr Extended80 h3 = extended(0xbffd, 0xaaa0000000000000);  // -0.333251953125
-  constexpr Extended80 h5 = extended(0x3ffc, 0x8880000000000000);  // 0.13330078125
+  static constexpr Constant h3 = extended(0xbffd, 0xaaa0000000000000);  // -0.333251953125
+  static constexpr Constant h5 = extended(0x3ffc, 0x8880000000000000);  // 0.13330078125
   const Extended80 ah = leadingPart(a, leading11), al = a - ah, d = (ah + a) * al, v = ah * ah, w = d + v;
   const Extended80 v2 = v * v, d2 = (w + v) * d, y = v2 + d2;
   const auto& h = tanhTail;
@@ -55,7 +55,8 @@ INLINE Extended80 splitTanh(Extended80 a) {
 // 0.5 <= a < 32.
 INLINE Extended80 tanhByExp(Extended80 a, uint32_t key) {
   const ExpRemainder p = reduceExp(2.0 * a);
-  const Sum e = risingExp(p, expTail(p));
+  const ExpTail tail = expTail(p);
+  const Sum e = risingExp(p, tail.even + tail.odd);
   const Float64 scale = powerOfTwo(p.m);
   const Sum normalised = fastTwoSum(e.hi, e.lo);
   Sum s = fastTwoSum(normalised.hi * scale, 1.0L);
@@ -69,8 +70,8 @@ INLINE Extended80 tanhByExp(Extended80 a, uint32_t key) {
 
 INLINE Extended80 extTanh(Argument a) {
   if (a.key < keyFrom(0x3ff8)) return tanhOfSmall(a);
-  if (a.key < keyFrom(0x3ffe)) return splitTanh(a.magnitude) * a.sign();
-  if (a.key < keyFrom(0x4004)) return tanhByExp(a.magnitude, a.key) * a.sign();
+  if (a.key < keyFrom(0x3ffe)) return splitTanh(a.magnitude()) * a.sign();
+  if (a.key < keyFrom(0x4004)) return tanhByExp(a.magnitude(), a.key) * a.sign();
   if (a.x != a.x) return a.x * 1.0L;
   return a.key >= keyOfInfinity ? a.sign() : (1.0L - opaque(tinyFactor)) * a.sign();
 }

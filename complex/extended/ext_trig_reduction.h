@@ -18,53 +18,67 @@ int32_t extReduceLarge(Extended80 x, int32_t addend, Float64* remainder);
 
 namespace {
 
+// rh has 12 bits at most, so that it, its square and its fourth power are exact in double precision.
 struct TrigRemainder {
-  Extended80 rh, rl;
+  Float64 rh;
+  Extended80 rl;
   uint32_t halfTurns;  // h
 };
 
-// The parts of pi/4. n = 2h is below 2^18 with three parts, 2^31 with five.
-INLINE Sum quartersRemainder(Extended80 a, Extended80 n) {
-  constexpr Float64 p1 = fromBits(0x3fe921fb54442d00);  // 0.785398163397448, 45 bits
-  constexpr Float64 p2 = fromBits(0x3ce8469898cc5180);  // 2.6951514290790572e-15, 46 bits
-  constexpr Float64 p3 = fromBits(0xb9dfc8f8cbb5bf6c);  // -6.268495103473e-30
-  const Extended80 d = a - n * p1, w = leadingPart(d, leading31);
-  const Sum r = fastTwoSum(w, (d - w) - n * p2);
-  return {r.hi, r.lo - n * p3};
+// a - h pi/2, for h below 2^17 and below 2^30.
+INLINE Sum remainderInThreeParts(Extended80 a, Extended80 h) {
+  constexpr Float64 p1 = fromBits(0x3ff921fb54442d00);  // 1.570796326794896, 45 bits
+  constexpr Float64 p2 = fromBits(0x3cf8469898cc5180);  // 5.3903028581581144e-15, 46 bits
+  constexpr Float64 p3 = fromBits(0xb9efc8f8cbb5bf6c);  // -1.253699020694572e-29
+  const Sum r = fastTwoSum(a - h * p1, -(h * p2));
+  return {r.hi, r.lo - h * p3};
 }
-INLINE Sum quartersRemainderOfLarge(Extended80 a, Extended80 n) {
-  constexpr Float64 q1 = fromBits(0x3fe921fb54400000);  // 0.7853981633670628, 31 bits
-  constexpr Float64 q2 = fromBits(0x3dc0b4611a600000);  // 3.038550253151983e-11, 32 bits
-  constexpr Float64 q3 = fromBits(0x3b93198a2e000000);  // 1.0111331243632e-21, 28 bits
-  constexpr Float64 q4 = fromBits(0x396b839a25200000);  // 4.2392138301654e-32, 32 bits
-  constexpr Float64 q5 = fromBits(0x37027044533e63a0);  // 1.0335160549096e-43
-  const Extended80 d = a - n * q1, w = leadingPart(d, leading31);
-  Sum r = fastTwoSum(w, (d - w) - n * q2);
-  r = fastTwoSum(r.hi, r.lo - n * q3);
-  r = fastTwoSum(r.hi, r.lo - n * q4);
-  return {r.hi, r.lo - n * q5};
+INLINE Sum remainderInFiveParts(Extended80 a, Extended80 h) {
+  constexpr Float64 q1 = fromBits(0x3ff921fb54400000);  // 1.5707963267341256, 31 bits
+  constexpr Float64 q2 = fromBits(0x3dd0b4611a600000);  // 6.077100506303966e-11, 32 bits
+  constexpr Float64 q3 = fromBits(0x3ba3198a2e000000);  // 2.022266248726479e-21, 28 bits
+  constexpr Float64 q4 = fromBits(0x397b839a25200000);  // 8.478427660334835e-32, 32 bits
+  constexpr Float64 q5 = fromBits(0x37127044533e63a0);  // 2.0670321098263e-43
+  Sum r = fastTwoSum(a - h * q1, -(h * q2));
+  r = fastTwoSum(r.hi, r.lo - h * q3);
+  r = fastTwoSum(r.hi, r.lo - h * q4);
+  return {r.hi, r.lo - h * q5};
 }
 
-constexpr uint32_t keyOfLargeReduction = keyFrom(exponentField(30));
+// h is half the even number next to N = floor(|x| * 4/pi), half of an odd N rounded up. So it is
+// |x| * 2/pi rounded to nearest, but for a half rounded to even, which 4/pi, rounded, makes rarely,
+// but does make.
+struct HalfTurns {
+  Extended80 number;
+  uint32_t integer;
+};
+INLINE HalfTurns halfTurnsOf(Extended80 a) {
+  constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);  // 0.6366197723675814
+  const Extended80 turns = a * twoOverPi;
+  Extended80 h = wholePart(turns);
+  if (turns - h == 0.5) [[unlikely]] h += 1.0;
+  return {h, static_cast<uint32_t>(toInt32(h))};
+}
 
-// `factor` cuts the remainder that extReduceLarge gives.
+INLINE TrigRemainder splitRemainder(Sum r, uint32_t halfTurns, Float64 factor) {
+  const Float64 rh = static_cast<Float64>(leadingPart(r.hi, factor));
+  return {rh, (r.hi - rh) + r.lo, halfTurns};
+}
+
+constexpr uint32_t keyOfFiveParts = keyFrom(exponentField(17)), keyOfLargeReduction = keyFrom(exponentField(30));
+
+// For finite |x| from 2^-5 up. `factor` cuts the remainder that extReduceLarge gives.
 INLINE TrigRemainder reduceTrig(const Argument& a, Float64 factor) {
-  Sum r;
-  uint32_t quarters;
-  if (a.key < keyOfLargeReduction) [[likely]] {
-    constexpr Float64 fourOverPi = fromBits(0x3ff45f306dc9c883);  // 1.2732395447351628
-    quarters = (floorOf(a.magnitude * fourOverPi) + 1) & ~1u;
-    const Extended80 n = static_cast<int32_t>(quarters);
-    r = a.key < keyFrom(exponentField(17)) ? quartersRemainder(a.magnitude, n)
-                                           : quartersRemainderOfLarge(a.magnitude, n);
-    factor = leading11;
-  } else {
-    Float64 parts[2];
-    quarters = static_cast<uint32_t>(extReduceLarge(a.magnitude, 0, parts)) + 1;
-    r = fastTwoSum(parts[0], parts[1]);
+  const Extended80 magnitude = a.magnitude();
+  if (a.key < keyOfLargeReduction) {
+    const HalfTurns h = halfTurnsOf(magnitude);
+    const Sum r =
+        a.key < keyOfFiveParts ? remainderInThreeParts(magnitude, h.number) : remainderInFiveParts(magnitude, h.number);
+    return splitRemainder(r, h.integer, leading11);
   }
-  const Extended80 rh = leadingPart(r.hi, factor);
-  return {rh, (r.hi - rh) + r.lo, quarters >> 1};
+  Float64 parts[2];
+  const uint32_t quarters = static_cast<uint32_t>(extReduceLarge(magnitude, 0, parts));
+  return splitRemainder(fastTwoSum(parts[0], parts[1]), (quarters + 1) >> 1, factor);
 }
 
 }  // namespace

@@ -5,7 +5,8 @@
 // Every operation of a formula is rounded to 64 bits by itself. All is in an unnamed namespace: a
 // kernel is compiled into its callers, since a call would send its numbers through memory.
 //
-//   extended(field, significand)   a constant, folded at compile time
+//   extended(field, significand)   a constant
+//   Stored                         a number in memory
 //   Argument                       a number and its exponent key, by which a kernel picks its range
 //   Sum, fastTwoSum                a number as a sum of two, and the exact sum of two numbers
 //   toMultiple, leadingPart        short parts of a number, whose products are exact
@@ -39,14 +40,55 @@ consteval Extended80 constantPowerOfTwo(int n) {
   return power;
 }
 
-// The constant with this sign and exponent field and this significand.
-consteval Extended80 extended(unsigned field, uint64_t significand) {
+// The number with this sign and exponent field and this significand.
+consteval Extended80 extendedNumber(unsigned field, uint64_t significand) {
   const int exponent = static_cast<int>(field & 0x7fff) - 0x3fff - 63;
   const int half = exponent / 2;  // 2^exponent may be too small by itself
   const Extended80 magnitude = static_cast<Extended80>(significand) * constantPowerOfTwo(half);
   return (field & 0x8000) != 0 ? -(magnitude * constantPowerOfTwo(exponent - half))
                                : magnitude * constantPowerOfTwo(exponent - half);
 }
+
+// A constant with more than 53 bits is kept as the sum of two double-precision numbers, the lower one
+// with 11 bits, and added up, exactly, where it is used: loading 80 bits takes some fifteen times as
+// long as loading 64. Sum and operation are one piece of code, since the compiler would fold the sum
+// to 80 bits, or make it where registers are short. It takes one register more.
+struct Constant {
+  Float64 hi, lo;
+};
+// clang-format off
+INLINE Extended80 operator+(Extended80 x, const Constant& c) {
+  if (c.lo == 0) return x + c.hi;
+  asm("fldl %1\n\tfaddl %2\n\tfaddp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
+  return x;
+}
+INLINE Extended80 operator*(Extended80 x, const Constant& c) {
+  if (c.lo == 0) return x * c.hi;
+  asm("fldl %1\n\tfaddl %2\n\tfmulp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
+  return x;
+}
+// clang-format on
+INLINE Extended80 operator+(const Constant& c, Extended80 x) { return x + c; }
+INLINE Extended80 operator*(const Constant& c, Extended80 x) { return x * c; }
+
+// The constant with this sign and exponent field and this significand, its exponent in the range of
+// double precision.
+consteval Constant extended(unsigned field, uint64_t significand) {
+  return {static_cast<Float64>(extendedNumber(field, significand & ~uint64_t{0x7ff})),
+          static_cast<Float64>(extendedNumber(field, significand & 0x7ff))};
+}
+
+// A number in memory for later, in two double-precision numbers; it must be 0 or from 2^-960 to 2^1023
+// in magnitude, or a double-precision number. Storing and loading all 80 bits at once takes longer
+// than this.
+class Stored {
+ public:
+  INLINE explicit Stored(Extended80 x) : hi(static_cast<Float64>(x)), lo(static_cast<Float64>(x - hi)) {}
+  INLINE operator Extended80() const { return Extended80{hi} + lo; }
+
+ private:
+  Float64 hi, lo;
+};
 
 // The fields of a number. A number is read this way, but never made: a load that takes in two
 // stores waits until they have reached the cache.
@@ -74,18 +116,18 @@ struct Argument {
   Extended80 x;
   uint32_t key;
   bool negative;
-  Extended80 magnitude;
 
-  INLINE Argument(Extended80 v) : x(v), magnitude(__builtin_fabsl(v)) {
+  INLINE Argument(Extended80 v) : x(v) {
     const Pattern p = patternOf(v);
     key = static_cast<uint32_t>(p.field & 0x7fff) << 16 | static_cast<uint32_t>(p.significand >> 48);
     negative = (p.field & 0x8000) != 0;
   }
-  INLINE Argument(Float64 v) : x(v), negative(toBits(v) >> 63 != 0), magnitude(__builtin_fabsl(Extended80{v})) {
+  INLINE Argument(Float64 v) : x(v), negative(toBits(v) >> 63 != 0) {
     const uint32_t high = highWord(v) & 0x7fffffff, exponent = high >> 20;
     key = (exponent == 0x7ff ? 0x7fff : exponent + (0x3fff - 0x3ff)) << 16 | 0x8000 | (high >> 5 & 0x7fff);
   }
   INLINE uint32_t field() const { return key >> 16; }
+  INLINE Extended80 magnitude() const { return __builtin_fabsl(x); }
   INLINE Float64 sign() const { return negative ? -1.0 : 1.0; }
 };
 
@@ -141,8 +183,8 @@ INLINE Float64 powerOfTwo(int32_t m) { return fromBits((static_cast<uint64_t>(st
 INLINE void discard(Extended80 x) { asm volatile("" : : "t"(x)); }
 INLINE void discard(Float64 x) { asm volatile("" : : "x"(x)); }
 
-constexpr Extended80 hugeFactor = extended(0x670f, 0x8000000000000000);  // 2^10000: its square overflows
-constexpr Extended80 tinyFactor = extended(0x18ef, 0x8000000000000000);  // 2^-10000: its square underflows to 0
+constexpr Extended80 hugeFactor = extendedNumber(0x670f, 0x8000000000000000);  // 2^10000: its square overflows
+constexpr Extended80 tinyFactor = extendedNumber(0x18ef, 0x8000000000000000);  // 2^-10000: its square underflows to 0
 
 // Flags in the x87 unit.
 INLINE Extended80 overflowed() { return opaque(hugeFactor) * hugeFactor; }
