@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "tests/function_table.h"
+#include "tests/arguments.h"
 #include "tests/test_support.h"
 
 namespace qorvane::test {
@@ -43,27 +43,28 @@ uint64_t estimatesHere() {
   }();
   return all;
 }
-uint64_t estimatesIn(const Function& f, int level) {
-  const bool logarithm = f.name == "nuvsLn_64f_A53" || f.name == "nuvsLog10_64f_A53";
-  const bool root = (f.name == "nuvsSqrt_64f_A53" && level != 4) || f.name == "nuvsInvSqrt_64f_A53";
-  return root || (logarithm && level == 5) ? estimatesHere() : 0;
-}
+uint64_t estimatesIn(const Function& f, int level) { return f.at(level).usesEstimates ? estimatesHere() : 0; }
 
 uint64_t digestOf(const Function& f, int level) {
   AtLevel at(level);
   Digest digest;
   const auto take = [&](double v) { digest(v != v ? 0x7ff8000000000000u : bits(v)); };
-  const auto takeResults = [&](const std::vector<double>& x, const std::vector<double>& y) {
-    std::vector<double> a(x.size()), b(x.size());
-    take(f(x.data(), y.data(), 1.75, a.data(), b.data(), static_cast<int32_t>(x.size())));
+  const auto takeResults = [&](const Inputs& x) {
+    const size_t size = x.in[0].size();
+    std::vector<double> a(size), b(size);
+    take(f({{x.in[0].data(), x.in[1].data()},
+            {a.data(), b.data()},
+            {x.value[0], x.value[1]},
+            static_cast<int32_t>(size / f.reals(1)),
+            {},
+            {}}));
     for (double v : a) take(v);
-    if (f.hasSecondOutput())
+    if (f.signature.outputs == 2)
       for (double v : b) take(v);
   };
-  takeResults(mixedArguments(21, 3000), mixedArguments(22, 3000));
-  const int count =
-      estimatesIn(f, level) != 0 ? 100'000 : 3000;  // a coefficient's last bit moves one result in thousands
-  takeResults(ordinaryArguments(23, count), ordinaryArguments(24, count));
+  takeResults(mixedInputs(f, 21, 3000));
+  // A coefficient's last bit moves one result in thousands.
+  takeResults(ordinaryInputs(f, 23, f.at(level).usesEstimates ? 100'000 : 3000));
   return digest.value;
 }
 
@@ -88,7 +89,7 @@ TEST(RecordedBits, Recorder) {
   std::fprintf(out, "// Written by recorded_bits_test.cpp.\n");
   for (const Function& f : functions())
     for (int level : supportedLevels())
-      std::fprintf(out, "{\"%s\", %d, 0x%016llx, 0x%016llx},\n", f.name.c_str(), level,
+      std::fprintf(out, "{\"%s\", %d, 0x%016llx, 0x%016llx},\n", f.name.data(), level,
                    static_cast<unsigned long long>(digestOf(f, level)),
                    static_cast<unsigned long long>(estimatesIn(f, level)));
   std::fclose(out);
