@@ -119,19 +119,20 @@ INLINE Parts<V> expOf(Parts<V> z) {
   return {re, select(equalLanes(z.im, broadcast<V>(0.0)), z.im, im)};
 }
 
-// A block with flagged elements: their parts count as 0 among the vectors, and complexExp then gives
-// their results.
+// A block with flagged elements: they count as 0 among the vectors, which leaves no flag, and
+// complexExp gives their results.
 template <class V>
 [[gnu::noinline, gnu::cold]] void expOfFlagged(const Complex64* src, Complex64* dst, int64_t count) {
-  const auto isFlagged = [](Float64 part) { return (highWord(part) & 0x7fffffff) >= expFlaggedHighWord; };
   Complex64 arguments[laneCount<V>], cleared[laneCount<V>] = {}, results[laneCount<V>];
   for (int64_t i = 0; i < count; ++i) {
     arguments[i] = src[i];
-    cleared[i] = {isFlagged(src[i].re) ? 0.0 : src[i].re, isFlagged(src[i].im) ? 0.0 : src[i].im};
+    if (!anyPartFrom(Parts<Float64>{src[i].re, src[i].im}, expFlaggedHighWord)) cleared[i] = src[i];
   }
   storeParts(results, expOf(loadParts<V>(cleared)));
-  for (int64_t i = 0; i < count; ++i)
-    dst[i] = isFlagged(arguments[i].re) || isFlagged(arguments[i].im) ? complexExp(arguments[i]) : results[i];
+  for (int64_t i = 0; i < count; ++i) {
+    const Complex64 z = arguments[i];
+    dst[i] = anyPartFrom(Parts<Float64>{z.re, z.im}, expFlaggedHighWord) ? complexExp(z) : results[i];
+  }
 }
 
 template <class V>

@@ -56,7 +56,9 @@ INLINE void storeParts(Complex64* p, Parts<V> z) {
 // Whether any part is at least fromBits(limit << 32) in magnitude, infinite or NaN.
 template <class V>
 INLINE bool anyPartFrom(Parts<V> z, int limit) {
-  if constexpr (isPack<V>) {
+  if constexpr (laneCount<V> == 1) {
+    return anyMagnitudeFrom(z.re, limit) || anyMagnitudeFrom(z.im, limit);
+  } else if constexpr (isPack<V>) {
     Pack<PartOf<V>, 2 * packSize<V>> all;
     for (int i = 0; i < packSize<V>; ++i) all.part[2 * i] = z.re.part[i], all.part[2 * i + 1] = z.im.part[i];
     return anyMagnitudeFrom(all, limit);
