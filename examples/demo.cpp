@@ -121,11 +121,20 @@ T fraction(T x) {
 
 std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& planets) {
   const Column &elevation = cities.columns.at("elevation"), &latitude = cities.columns.at("latitude"),
-               &parallax = stars.columns.at("parallax"), &magnitude = stars.columns.at("magnitude"),
-               &axis = planets.columns.at("axis"), &period = planets.columns.at("period");
+               &longitude = cities.columns.at("longitude"), &parallax = stars.columns.at("parallax"),
+               &magnitude = stars.columns.at("magnitude"), &axis = planets.columns.at("axis"),
+               &period = planets.columns.at("period");
   const auto only = [](Column a) { return Job{{a, Column(a.size())}}; };
   const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }),
                years = map(period, [](double x) { return x / 365.25; });
+  const auto sine = [](double degrees) { return std::sin(degrees * (M_PI / 180)); };
+  const auto cosine = [](double degrees) { return std::cos(degrees * (M_PI / 180)); };
+  // The way to Greenwich, at 51.48 degrees north: its parts to the east and to the north.
+  Column east, north;
+  for (size_t i = 0; i < latitude.size(); ++i) {
+    east.push_back(sine(-longitude[i]) * cosine(51.48));
+    north.push_back(cosine(latitude[i]) * sine(51.48) - sine(latitude[i]) * cosine(51.48) * cosine(longitude[i]));
+  }
   const auto *c = &cities.labels, *s = &stars.labels, *p = &planets.labels;
   return {
       {"exp", "air pressure over that at sea level, from the elevation",
@@ -149,6 +158,14 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"cos", "radius of the parallel over the equator's", only(radians), FORMULA(cos(a), 0), c},
       {"sinCos", "sine and cosine of the latitude", only(radians), FORMULA(sin(a), cos(a)), c},
       {"tan", "shadow at noon of an equinox over the height", only(radians), FORMULA(tan(a), 0), c},
+      {"asin", "largest angle between the Sun and the inner one of the planet and the Earth",
+       only(map(axis, [](double r) { return r < 1 ? r : 1 / r; })), FORMULA(asin(a), 0), p},
+      {"acos", "half a day at the June solstice, in radians of the Earth's turn",
+       only(map(radians, [&](double x) { return -std::tan(x) * sine(23.44) / cosine(23.44); })), FORMULA(acos(a), 0),
+       c},
+      {"atan", "latitude as seen from the Earth's centre",
+       only(map(radians, [](double x) { return 0.99330562 * std::tan(x); })), FORMULA(atan(a), 0), c},
+      {"atan2", "bearing of Greenwich, from north to east", Job{{east, north}}, FORMULA(atan2(a, b), 0), c},
       {"floor", "full years of a period", only(years), FORMULA(floor(a), 0), p},
       {"ceil", "years of a period begun", only(years), FORMULA(ceil(a), 0), p},
       {"trunc", "latitude in whole degrees", only(latitude), FORMULA(trunc(a), 0), c},
