@@ -111,6 +111,14 @@ constexpr Bar bars[] = {
     {{"tanh", "", "level 1"}, 1000, "SLEEF SSE4", 0.6},
     {{"tanh", "", "level 5"}, 8, "C library", 0.8},
     {{"tanh", "", "level 5"}, 1, "C library", 2.5},
+    {{"complexExp", "", "level 5"}, 1000, "C library", 0.40},
+    {{"complexExp", "", "level 1"}, 1000, "C library", 0.75},
+    {{"complexSin", "", "level 5"}, 1000, "C library", 3.5},
+    {{"complexCos", "", "level 5"}, 1000, "C library", 3.5},
+    {{"complexTan", "", "level 5"}, 1000, "C library", 3.5},
+    {{"complexSinh", "", "level 5"}, 1000, "C library", 3.5},
+    {{"complexCosh", "", "level 5"}, 1000, "C library", 3.5},
+    {{"complexTanh", "", "level 5"}, 1000, "C library", 3.5},
 };
 
 }  // namespace
