@@ -52,7 +52,7 @@ struct ScaledExp {
   Sum sum;
   int32_t k;  // 256 m + j
 
-  INLINE int32_t m() const { return (k - static_cast<int8_t>(k)) >> 8; }
+  INLINE int32_t m() const { return (k - signedLowByte(k)) >> 8; }
 };
 INLINE ScaledExp extExpScaled(Extended80 x) {
   const Extended80 k = wholePart(x * invLn2By256);
@@ -62,7 +62,7 @@ INLINE ScaledExp extExpScaled(Extended80 x) {
   const Extended80 rh = toMultiple(r, shifterTo31), rl = (r - rh) + ((t - r) - kLo);
   const Extended80 r2 = r * r;
   const Extended80 rest = rl + r2 * ((s5 * r2 + s3) * r + ((s6 * r2 + s4) * r2 + s2));
-  const ExpRow& row = expTable256[static_cast<int8_t>(n) + 128];
+  const ExpRow& row = expTable256[signedLowByte(n) + 128];
   const Extended80 product = row.hi * rh, sum = row.hi + product;
   return {{sum, ((product + (row.hi - sum)) + row.lo) + (row.lo * (rh + rest) + row.hi * rest)}, n};
 }

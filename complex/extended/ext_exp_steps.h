@@ -26,10 +26,13 @@ constexpr Constant invLn2By256 = extended(0x4007, 0xb8aa3b295c17f000);  // 369.3
 constexpr Constant ln2By256Hi = extended(0x3ff6, 0xb17217f800000000);   // 0.0027076061742263846: k times it is exact
 constexpr Constant ln2By256Lo = extended(0xbfd4, 0xb8c21950d8713000);   // -1.6409824502660487e-13
 
+// n modulo 256, from -128 to 127.
+INLINE int32_t signedLowByte(int32_t n) { return ((n & 0xff) ^ 0x80) - 0x80; }
+
 // For |a| below 16384.
 INLINE ExpRemainder reduceExp(Extended80 a) {
   const Extended80 k = wholePart(a * invLn2By256);
-  const int32_t n = toInt32(k), j = static_cast<int8_t>(n);
+  const int32_t n = toInt32(k), j = signedLowByte(n);
   const Extended80 t = a - k * ln2By256Hi, kLo = k * ln2By256Lo, rh = t - kLo;
   return {rh, (t - rh) - kLo, j, (n - j) >> 8};
 }
