@@ -79,26 +79,7 @@ INLINE Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
 // Two columns of the rows of four elements, from `first` on.
 template <class F>
 INLINE TwoColumns<Four> columns(const Places& places, int64_t i, int first) {
-  const auto row = [&](int lane) INLINED { return rowAt(F::table[0] + first, places.offset[i + lane]); };
-#ifdef __AVX__
-  const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1),
-               rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
-  return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
-#else
-  const __m128d row0 = row(0), row1 = row(1), row2 = row(2), row3 = row(3);
-  return {{{_mm_unpacklo_pd(row0, row1), _mm_unpacklo_pd(row2, row3)}},
-          {{_mm_unpackhi_pd(row0, row1), _mm_unpackhi_pd(row2, row3)}}};
-#endif
-}
-INLINE Four scaleAt(const Places& places, int64_t i) {
-  const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(places.scale + i)), zero = _mm_setzero_si128();
-  const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, words)),
-                high = _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words));
-#ifdef __AVX__
-  return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
-#else
-  return {{low, high}};
-#endif
+  return twoColumns<Four>(F::table[0] + first, [&](int lane) INLINED { return places.offset[i + lane]; });
 }
 
 // The steps on four elements, cut in three for the loop: the relative distance v from the centre,
@@ -120,7 +101,8 @@ template <class F>
 INLINE Four finish(HalfPolynomial h, const Places& places, int64_t i) {
   const Four v = h.v, p = ((h.sum * v + F::c[5]) * v + F::c[6]) * v + F::c[7];
   const auto [high, low] = columns<F>(places, i, 2);
-  return ((p * (high * v) + low) + high) * scaleAt(places, i);  // the scale is exact
+  return ((p * (high * v) + low) + high) *
+         fromHighWords<Four>(loadWords<Four>(places.scale + i));  // the scale is exact
 }
 
 template <class F>
@@ -133,21 +115,19 @@ Float64 ofNormal(Float64 x) {
 }
 
 template <class F>
-[[gnu::noinline, gnu::cold]] nuvStatus cbrtLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element cbrtFixLane(Float64 x) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff, sign = b ^ magnitude;
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude == 0)
-    return F::inverse ? give(fromBits(sign | 0x7ff0000000000000), nuvStatusPole) : give(x, nuvStatusOk);
-  if (F::inverse && magnitude == 0x7ff0000000000000) return give(fromBits(sign), nuvStatusOk);
-  if (magnitude >= 0x7ff0000000000000) return give(opaque(x) + opaque(x), nuvStatusOk);
-  if (magnitude >= 0x0010000000000000) return give(ofNormal<F>(x), nuvStatusOk);
+  if (magnitude == 0) return F::inverse ? Element{fromBits(sign | 0x7ff0000000000000), nuvStatusPole} : Element{x};
+  if (F::inverse && magnitude == 0x7ff0000000000000) return {fromBits(sign)};
+  if (magnitude >= 0x7ff0000000000000) return {opaque(x) + opaque(x)};
+  if (magnitude >= 0x0010000000000000) return {ofNormal<F>(x)};
   constexpr Float64 scale = fromBits(0x7e30000000000000);                                        // 2^996
   constexpr Float64 rootScale = fromBits(F::inverse ? 0x54b0000000000000 : 0x2b30000000000000);  // 2^332, 2^-332
-  return give(ofNormal<F>(x * scale) * rootScale, nuvStatusOk);
+  return {ofNormal<F>(x * scale) * rootScale};
 }
 
 template <class F>
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   Places places;
   return stagedLoop<Raises::no>(
       src, dst, len,
@@ -155,7 +135,7 @@ template <class F>
           INLINED { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), places, i); },
       [&](const Float64* x, int64_t i) INLINED { return distance<F>(load<Four>(x), places, i); },
       [](const auto& v) INLINED { return halfPolynomial<F>(v); },
-      [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, places, i); }, cbrtLane<F>);
+      [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, places, i); }, cbrtFixLane<F>);
 }
 
 }  // namespace

@@ -50,10 +50,10 @@ INLINE nuvStatus divide(const Float64* srcA, const Float64* srcB, Float64* dst, 
   return nuvStatusPole;
 }
 
-[[gnu::noinline]] nuvStatus invLoop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus invLoop(const Float64* src, Float64* dst, int64_t len) {
   return divide<Numerators::ones>(nullptr, src, dst, len);
 }
-[[gnu::noinline]] nuvStatus divLoop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+nuvStatus divLoop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
   return divide<Numerators::given>(srcA, srcB, dst, len);
 }
 

@@ -15,18 +15,13 @@
 // like one; over the numerators, no pole is seen, since its quotient is no finite numerator. The
 // last element of an odd length is tested as it came.
 #include "frame/kernel_frame.h"
-#include "frame/lanes.h"
 #include "frame/raise_fp_status.h"
+#include "frame/words.h"
 
 namespace qorvane {
 namespace {
 
 enum class Numerators { ones, given };
-
-INLINE int lowWords(Float64 v) { return static_cast<int>(toBits(v)); }
-INLINE Words4 lowWords(Lanes2 v) {
-  return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(v), _mm_castpd_ps(v), 0x88));
-}
 
 // By the bits, whatever DAZ is; in halves, since SSE2 has no comparison of 64-bit integers.
 template <class V>
@@ -62,10 +57,10 @@ INLINE nuvStatus divide(const Float64* srcA, const Float64* srcB, Float64* dst, 
   return nuvStatusPole;
 }
 
-[[gnu::noinline]] nuvStatus invLoop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus invLoop(const Float64* src, Float64* dst, int64_t len) {
   return divide<Numerators::ones>(nullptr, src, dst, len);
 }
-[[gnu::noinline]] nuvStatus divLoop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+nuvStatus divLoop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
   return divide<Numerators::given>(srcA, srcB, dst, len);
 }
 

@@ -41,19 +41,18 @@ struct Steps : Series {
 };
 Float64 ofPositiveNormal(Float64 x) { return rootOf<Steps>(x, rootSeed(x)); }
 
-[[gnu::noinline, gnu::cold]] nuvStatus invSqrtLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element invSqrtFixLane(Float64 x) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
-  if (magnitude == 0) return give(fromBits(b | 0x7ff0000000000000), nuvStatusPole);
-  if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
-  if (b == 0x7ff0000000000000) return give(0.0, nuvStatusOk);
-  if (b < 0x0010000000000000) return give(ofPositiveNormal(x * subnormalScale) * subnormalRootScale, nuvStatusOk);
-  return give(ofPositiveNormal(x), nuvStatusOk);
+  if (magnitude > 0x7ff0000000000000) return {x * opaque(1.0)};
+  if (magnitude == 0) return {fromBits(b | 0x7ff0000000000000), nuvStatusPole};
+  if (b != magnitude) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
+  if (b == 0x7ff0000000000000) return {0.0};
+  if (b < 0x0010000000000000) return {ofPositiveNormal(x * subnormalScale) * subnormalRootScale};
+  return {ofPositiveNormal(x)};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, invSqrtLane);
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, invSqrtFixLane);
 }
 
 }  // namespace

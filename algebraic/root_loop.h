@@ -39,7 +39,7 @@ struct Seeded {
   V series, y;
 };
 
-// Any arguments. lane(x, y) -> status serves the elements that aren't positive normal numbers.
+// Any arguments. lane(x) -> Element serves the elements that aren't positive normal numbers.
 template <class F, uint32_t kept, Raises raises, class Lane>
 [[gnu::noinline]] nuvStatus inStages(const Float64* src, Float64* dst, int64_t len, Lane lane) {
   SeedChunk seeds;

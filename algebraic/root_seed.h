@@ -10,40 +10,21 @@
 namespace qorvane {
 namespace {
 
-// Integer work on words wraps around.
-INLINE Words4 sum(Words4 a, Words4 b) {
-  return reinterpret_cast<Words4>(_mm_add_epi32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
-}
-INLINE Words4 difference(Words4 a, Words4 b) {
-  return reinterpret_cast<Words4>(_mm_sub_epi32(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
-}
-INLINE Words4 words(uint32_t word) { return reinterpret_cast<Words4>(_mm_set1_epi32(static_cast<int>(word))); }
-
 // u of four elements: the lowest exponent bit and 23 fraction bits; an odd biased exponent belongs
 // to [1, 2), an even one to [2, 4).
 INLINE __m128 reducedSingles(Lanes2 a, Lanes2 b) {
   const Words4 fractions =
       packHighWords(reinterpret_cast<Lanes2>(bitsOf(a) << 11), reinterpret_cast<Lanes2>(bitsOf(b) << 11));
-  return reinterpret_cast<__m128>(sum(fractions >> 8, words(0x40000000)));
+  return reinterpret_cast<__m128>(wrappingSum(fractions >> 8, 0x40000000));
 }
 
-// The doubles with these high words, their low words zero.
-struct TwoPairs {
-  Lanes2 a, b;
-};
-INLINE TwoPairs fromHighWords(Words4 words) {
-  const __m128i zero = _mm_setzero_si128();
-  return {reinterpret_cast<Lanes2>(_mm_unpacklo_epi32(zero, reinterpret_cast<__m128i>(words))),
-          reinterpret_cast<Lanes2>(_mm_unpackhi_epi32(zero, reinterpret_cast<__m128i>(words)))};
-}
-
-// The seeds of four elements, with 20 fraction bits.
-INLINE TwoPairs rootSeeds(Lanes2 a, Lanes2 b) {
+// The high words of the seeds of four elements, with 20 fraction bits.
+INLINE Words4 rootSeeds(Lanes2 a, Lanes2 b) {
   const Words4 root = reinterpret_cast<Words4>(_mm_rsqrt_ps(reducedSingles(a, b)));
   // The exponent of x, halved and negated; the constant also takes the bias of single precision
   // off, and the cut fraction of x under it doesn't borrow.
-  const Words4 exponents = difference(words(0xb00fffff), packHighWords(a, b)) >> 1 & 0x7ff00000;
-  return fromHighWords(sum(root >> 3, exponents));
+  const Words4 exponents = wrappingSum(-packHighWords(a, b), 0xb00fffff) >> 1 & 0x7ff00000;
+  return wrappingSum(root >> 3, exponents);
 }
 
 // The seeds of a chunk's elements. storeSeeds makes those of the four elements at x, with the bits
@@ -68,7 +49,8 @@ INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
   if constexpr (kept != 0xffffffff) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
   _mm_store_ps(chunk.roots + i, root);
   // High words from 0x01000000 to 0x7fefffff are ordinary.
-  return difference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), words(0x81000000)) > words(0xfeefffff);
+  return wrappingDifference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), 0x81000000) >
+         static_cast<int>(0xfeefffff);
 }
 INLINE Lanes4 seedsAt(Lanes4 x, const SeedChunk& chunk, int64_t i) {
   const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
@@ -84,17 +66,15 @@ template <uint32_t kept>
 INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
   static_assert(kept == 0xfffffff8);
   const Lanes2 a = load<Lanes2>(x), b = load<Lanes2>(x + 2);
-  const TwoPairs seeds = rootSeeds(a, b);
-  store(chunk.seeds + i, seeds.a);
-  store(chunk.seeds + i + 2, seeds.b);
+  store(chunk.seeds + i, fromHighWords<Four>({{rootSeeds(a, b)}}));
   // High words from 0x00100000 to 0x7fefffff are ordinary.
-  return difference(packHighWords(a, b), words(0x80100000)) > words(0xffdfffff);
+  return wrappingDifference(packHighWords(a, b), 0x80100000) > static_cast<int>(0xffdfffff);
 }
 INLINE Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
 #endif
 constexpr uint32_t twentyBits = 0xfffffff8;
 
-INLINE Float64 rootSeed(Float64 x) { return rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)).a[0]; }
+INLINE Float64 rootSeed(Float64 x) { return fromHighWords<Lanes2>(rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)))[0]; }
 
 constexpr Float64 subnormalScale = fromBits(0x4350000000000000);      // 2^54
 constexpr Float64 subnormalRootScale = fromBits(0x41a0000000000000);  // 2^27

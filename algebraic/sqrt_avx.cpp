@@ -32,19 +32,17 @@ struct Steps : RootSteps<0xfffffffff8000000> {
   }
 };
 
-[[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLaneAvx(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element sqrtFixLane(Float64 x) {
   const uint64_t b = toBits(x);
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if ((b & 0x7ff0000000000000) == 0x7ff0000000000000 && b != 0xfff0000000000000)
-    return give(opaque(x) + opaque(x), nuvStatusOk);
-  if (b == 0xfff0000000000000) return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
-  if (x == 0.0) return give(x, nuvStatusOk);
-  if (b >> 63 != 0) return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
+  if ((b & 0x7ff0000000000000) == 0x7ff0000000000000 && b != 0xfff0000000000000) return {opaque(x) + opaque(x)};
+  if (b == 0xfff0000000000000) return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
+  if (x == 0.0) return {x};
+  if (b >> 63 != 0) return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
 
   if (b >= 0x0010000000000000) {
     const Float64 root = _mm_cvtss_f32(_mm_rsqrt_ps(reducedSingles(_mm_set_sd(x), _mm_set_sd(x))));
     const Float64 seed = root * fromBits((0xbfefffffffffffff - b) >> 1 & 0x7ff0000000000000);
-    return give(rootOf<Steps>(x, seed), nuvStatusOk);
+    return {rootOf<Steps>(x, seed)};
   }
 
   // A subnormal number, scaled by 2^200. x = v * 2^(2h) with v in [1, 4).
@@ -63,11 +61,11 @@ struct Steps : RootSteps<0xfffffffff8000000> {
   }
   const Float64 t = g * fromBits(0x41a0000002000000), u = t - g, gh = t - u, gl = g - gh;  // 2^27 + 1
   const Float64 rest = ((v - gh * gh) - (gh * gl) * 2.0) - gl * gl;
-  return give((g + rest * h) * fromBits(static_cast<uint64_t>(half + 1023) << 52), nuvStatusOk);
+  return {(g + rest * h) * fromBits(static_cast<uint64_t>(half + 1023) << 52)};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return rootLoop<Steps, 0xffffffff, Raises::yes>(src, dst, len, sqrtSpecialLaneAvx);
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return rootLoop<Steps, 0xffffffff, Raises::yes>(src, dst, len, sqrtFixLane);
 }
 
 }  // namespace

@@ -19,24 +19,23 @@ namespace {
 
 struct Steps : RootSteps<withoutLowWord>, Series {};
 
-[[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element sqrtFixLane(Float64 x) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
-  if (magnitude == 0 || b == 0x7ff0000000000000) return give(x, nuvStatusOk);
-  if (b != magnitude) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
-  if (b >= 0x0010000000000000) return give(rootOf<Steps>(x, rootSeed(x)), nuvStatusOk);
+  if (magnitude > 0x7ff0000000000000) return {x * opaque(1.0)};
+  if (magnitude == 0 || b == 0x7ff0000000000000) return {x};
+  if (b != magnitude) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
+  if (b >= 0x0010000000000000) return {rootOf<Steps>(x, rootSeed(x))};
 
   // Seed and polynomial of the scaled number serve x itself, but for the root of the scale. The
   // halves of x have fewer bits than those of a normal number, and the three terms are rounded to
   // multiples of the same small unit: hence the larger error.
   const Float64 scaled = x * subnormalScale;
   const Float64 y = rootSeed(scaled);
-  return give(rootFrom<Steps>(seriesOf<Steps>(scaled, y), x, y) * subnormalRootScale, nuvStatusOk);
+  return {rootFrom<Steps>(seriesOf<Steps>(scaled, y), x, y) * subnormalRootScale};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, sqrtSpecialLane);
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, sqrtFixLane);
 }
 
 }  // namespace

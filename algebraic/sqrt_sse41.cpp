@@ -29,18 +29,17 @@ INLINE bool anyNotPositiveNormal(V x) {
     return any(makePack<packSize<V> / 2>([&](int i) INLINED -> Words4 { return outside(words.part[i]); }));
 }
 
-[[gnu::noinline, gnu::cold]] nuvStatus sqrtSpecialLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element sqrtFixLane(Float64 x) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if (magnitude > 0x7ff0000000000000) return give(x * opaque(1.0), nuvStatusOk);
-  if (b != magnitude && magnitude != 0) return give(fromBits(0xfff8000000000000), nuvStatusOutOfDomain);
-  return give(core(x), nuvStatusOk);
+  if (magnitude > 0x7ff0000000000000) return {x * opaque(1.0)};
+  if (b != magnitude && magnitude != 0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
+  return {core(x)};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return guardedUnaryLoop<Pack<Lanes2, 4>, Raises::no>(
       src, dst, len, [](auto x) INLINED { return core(x); }, [](auto x) INLINED { return anyNotPositiveNormal(x); },
-      sqrtSpecialLane);
+      sqrtFixLane);
 }
 
 }  // namespace

@@ -9,16 +9,9 @@ namespace {
 
 constexpr int64_t chunkSize = 128;
 
-// Four elements; a chunk's table is made of rows of them.
-#ifdef __AVX__
-using Four = Lanes4;
-#else
-using Four = Pack<Lanes2, 2>;
-#endif
-
 // first(x, i) does the first stage of the four elements at x, the i-th and following of the chunk,
-// without an operation that raises flags, and returns a mask of those that lane(x, y) -> status
-// must serve. finish(middle(begin(x, i)), x, i) gives the results of four ordinary ones; these
+// without an operation that raises flags, and returns a mask of those that lane(x) -> Element must
+// serve. finish(middle(begin(x, i)), x, i) gives the results of four ordinary ones; these
 // three run for three successive fours at a time.
 template <Raises raises, class First, class Begin, class Middle, class Finish, class Lane>
 INLINE nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First first, Begin begin, Middle middle,

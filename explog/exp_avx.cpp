@@ -11,7 +11,7 @@
 // overflow; below -708.39641853226408 a subnormal result or +0, and underflow. Statuses raise their
 // flags.
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
+#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -59,7 +59,7 @@ INLINE V core(V x) {
 // The number with this exponent field, 2^(field - 1023).
 Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 52); }
 
-[[gnu::noinline, gnu::cold]] nuvStatus expSpecialLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element expSpecialLane(Float64 x) {
   // The polynomial is of one degree more than the fast path's: 1 + r + r^2 * (p2 + p3 r + ... + p6
   // r^4).
   constexpr Float64 p6 = fromBits(0x3f56c16a1c2a3ffd);  // 0.0013888870459233254
@@ -74,11 +74,10 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   constexpr Float64 smallestNormal =
       fromBits(0xc086232bdd7abcd2);  // -708.39641853226408: the smallest x with a normal result
   constexpr Float64 largest = fromBits(0x7fefffffffffffff), aboveSmallest = fromBits(0x0010000000000001);
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
 
-  if ((highWord(x) & 0x7ff00000) == 0x7ff00000) return give(toBits(x) == 0xfff0000000000000 ? 0.0 : x * x, nuvStatusOk);
-  if (x > largestFinite) return give(opaque(largest) * opaque(largest), nuvStatusOverflow);
-  if (x < smallestNonZero) return give(opaque(aboveSmallest) * opaque(aboveSmallest), nuvStatusUnderflow);
+  if ((highWord(x) & 0x7ff00000) == 0x7ff00000) return {toBits(x) == 0xfff0000000000000 ? 0.0 : x * x};
+  if (x > largestFinite) return {opaque(largest) * opaque(largest), nuvStatusOverflow};
+  if (x < smallestNonZero) return {opaque(aboveSmallest) * opaque(aboveSmallest), nuvStatusUnderflow};
 
   const Float64 s = shiftedOf(x), r = remainder(x, s - shifter);
   const int n = lowWords(s), m = n >> 6;
@@ -87,8 +86,8 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   const Float64 t = (p + relativeLo) * hi;
   if (x >= smallestNormal) {
     const Float64 v = t + hi;
-    if (m == 1024) return give((v * powerOfTwo(0x7fe)) * 2.0, nuvStatusOk);
-    return give(v * powerOfTwo(m + 0x3ff), nuvStatusOk);
+    if (m == 1024) return {(v * powerOfTwo(0x7fe)) * 2.0};
+    return {v * powerOfTwo(m + 0x3ff)};
   }
 
   // The result is subnormal or nearly so: t + hi, scaled by 2^(m + 60), is brought down in two
@@ -97,20 +96,17 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   const int field = m + 0x43b;
   const Float64 scaledT = t * powerOfTwo(field), scaledHi = powerOfTwo(field) * hi, sum = scaledT + scaledHi;
   constexpr Float64 down = fromBits(0x3c30000000000000);  // 2^-60
-  if (field <= 0x32) return give(sum * down, nuvStatusUnderflow);
+  if (field <= 0x32) return {sum * down, nuvStatusUnderflow};
   const Float64 rest = (scaledHi - sum) + scaledT;
   const Float64 cut = sum * fromBits(0x41f8000000000000);  // 1.5 * 2^32
   const Float64 upper = (sum + cut) - cut, lower = (sum - upper) + rest;
-  return give((upper * down) + (lower * down), nuvStatusUnderflow);
+  return {(upper * down) + (lower * down), nuvStatusUnderflow};
 }
 
 constexpr auto isFlagged = [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); };
 
 // Any argument. In a block with flagged elements the others have the bits that they have elsewhere.
-nuvStatus expLane(Float64 x, Float64* result) {
-  if (isFlagged(x)) return expSpecialLane(x, result);
-  return *result = core(x), nuvStatusOk;
-}
+Element expFixLane(Float64 x) { return isFlagged(x) ? expSpecialLane(x) : Element{core(x)}; }
 
 INLINE bool anyFlagged(const Float64* x, int64_t count) {
   constexpr int64_t step = 16;
@@ -119,87 +115,63 @@ INLINE bool anyFlagged(const Float64* x, int64_t count) {
   return false;
 }
 
-// The rows of expTableNearest and the factors 2^m for four keys.
-INLINE TwoColumns<Lanes4> rowsAt(const Float64* keys) {
-  const auto offset = [&](int lane)
-                          INLINED { return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + lane)[0]; };
-  return transposeRows(rowAt(expTableNearest, offset(0)), rowAt(expTableNearest, offset(1)),
-                       rowAt(expTableNearest, offset(2)), rowAt(expTableNearest, offset(3)));
-}
+// The factors 2^m for four keys.
 INLINE Lanes4 powerAt(const Float64* keys) {
   const BitsOf<Lanes4> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
-  return _mm256_and_pd(valueOf<Lanes4>(shifted), _mm256_set1_pd(fromBits(0x7ff0000000000000)));
+  return andBits(valueOf<Lanes4>(shifted), broadcast<Lanes4>(fromBits(0x7ff0000000000000)));
 }
 
-// A stretch without flagged elements, its length a multiple of 4 and at least 20. One vector's
-// chain of operations takes some seventy cycles, and the processor doesn't look far enough ahead to
-// fill them with other vectors. So the chain is cut into six stages, and a turn of the loop makes
-// one stage for each of six successive vectors, the oldest first: its operands were ready a turn
-// ago. The operations are those of `core`, and so are the bits.
+// A stretch without flagged elements, its length a multiple of 4 and at least 20. One vector's chain
+// of operations takes some seventy cycles. The operations are those of `core`, and so are the bits.
 // k goes through memory, as the key k + keyShifter: the lowest byte of its pattern is 4j, so that
 // one load a lane gives the address of a row, and above it stands m + 1023.
 constexpr int64_t longestStretch = 1024, shortestStretch = 32;
-INLINE void pipeline(const Float64* src, Float64* dst, int64_t count) {
+INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
   using V = Lanes4;
   alignas(32) Float64 keys[longestStretch + 20];
-  V x, s, partial, k, r, z, rNext, zNext, q, hi, lo;  // what one stage leaves to the next
-  const auto stage1 = [&](int64_t i) INLINED {
-    x = load<V>(src + i);
-    s = shiftedOf(x);
-  };
-  const auto stage2 = [&](int64_t i) INLINED {
-    k = s - shifter;
-    store(keys + i, k + keyShifter);
-    partial = x - (k * ln2By64Hi);
-  };
-  const auto stage3 = [&]() INLINED {
-    r = partial - (k * ln2By64Lo);
-    z = c5 * r + c4;
-  };
-  const auto stage4 = [&]() INLINED {
-    rNext = r;
-    zNext = (z * r + c3) * r + c2;
-  };
-  const auto stage5 = [&](int64_t i) INLINED {
-    const auto row = rowsAt(keys + i);
-    hi = row.first;
-    lo = row.second;
-    q = (zNext * (rNext * rNext)) + rNext;
-  };
-  const auto stage6 = [&](int64_t i) INLINED { return (((q * hi) + lo) + hi) * powerAt(keys + i); };
-
-  stage1(0), stage2(0), stage3(), stage4(), stage5(0);
-  stage1(4), stage2(4), stage3(), stage4();
-  stage1(8), stage2(8), stage3();
-  stage1(12), stage2(12);
-  stage1(16);
-  for (int64_t i = 0; i < count; i += 4) {  // vectors beyond the end are the last one again
-    const V y = stage6(i);
-    stage5(i + 4);
-    stage4();
-    stage3();
-    stage2(i + 16);
-    stage1(i + 20 < count ? i + 20 : count - 4);
-    store(dst + i, y);
-  }
+  V x, s, partial, k, r, z, rNext, zNext, q;
+  TwoColumns<V> row;
+  pipeline<4>(
+      count, [&](int64_t i, V y) INLINED { store(dst + i, y); },
+      [&](int64_t i) INLINED {
+        x = load<V>(src + (i < count ? i : count - 4));
+        s = shiftedOf(x);
+      },
+      [&](int64_t i) INLINED {
+        k = s - shifter;
+        store(keys + i, k + keyShifter);
+        partial = x - (k * ln2By64Hi);
+      },
+      [&](int64_t) INLINED {
+        r = partial - (k * ln2By64Lo);
+        z = c5 * r + c4;
+      },
+      [&](int64_t) INLINED {
+        rNext = r;
+        zNext = (z * r + c3) * r + c2;
+      },
+      [&](int64_t i) INLINED {
+        row = twoColumns<V>(expTableNearest, [&](int lane) INLINED {
+          return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + i + lane)[0];
+        });
+        q = (zNext * (rNext * rNext)) + rNext;
+      },
+      [&](int64_t i) INLINED { return (((q * row.first) + row.second) + row.first) * powerAt(keys + i); });
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  nuvStatus status = nuvStatusOk;
-  while (len > 0) {
-    int64_t count = len < longestStretch ? len : longestStretch;
-    if (count >= shortestStretch && !anyFlagged(src, count & ~int64_t{3})) {
-      count &= ~int64_t{3};
-      pipeline(src, dst, count);
-    } else {
-      const auto evaluate = [](auto x) INLINED { return core(x); };
-      const nuvStatus last =
-          guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(src, dst, count, evaluate, isFlagged, expLane);
-      if (last != nuvStatusOk) status = last;
-    }
-    src += count, dst += count, len -= count;
-  }
-  return status;
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return stretchLoop<longestStretch, shortestStretch, 4>(
+      len,
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        const bool fits = !anyFlagged(x, count);
+        if (fits) stages(x, y, count);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        const auto evaluate = [](auto v) INLINED { return core(v); };
+        return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(x, y, count, evaluate, isFlagged, expFixLane);
+      },
+      src, dst);
 }
 
 }  // namespace

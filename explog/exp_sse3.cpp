@@ -59,36 +59,35 @@ INLINE V scale(BitsOf<V> shifted) {
   return valueOf<V>(((shifted + 1023 * 64) << 46) & 0x7ff0000000000000);
 }
 
-[[gnu::noinline, gnu::cold]] nuvStatus expFixLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element expSpecialLane(Float64 x) {
   constexpr uint64_t infinity = 0x7ff0000000000000;
   const uint64_t b = toBits(x);
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
 
-  if ((b & ~(uint64_t{1} << 63)) > infinity) return give(fromBits(0xffffffffffffffff), nuvStatusOk);
-  if (b == infinity) return give(x, nuvStatusOk);
-  if (b == 0xfff0000000000000) return give(0.0, nuvStatusOk);
-  if (b >= 0xc0874910d52d3052) return give(0.0, nuvStatusUnderflow);  // from -745.1332191019412 down: below 2^-1075
+  if ((b & ~(uint64_t{1} << 63)) > infinity) return {fromBits(0xffffffffffffffff)};
+  if (b == infinity) return {x};
+  if (b == 0xfff0000000000000) return {0.0};
+  if (b >= 0xc0874910d52d3052) return {0.0, nuvStatusUnderflow};  // from -745.1332191019412 down: below 2^-1075
   if (b >= 0x40862e42fefa39f0 && b < infinity)
-    return give(fromBits(infinity), nuvStatusOverflow);  // from 709.7827128933841 up
+    return {fromBits(infinity), nuvStatusOverflow};  // from 709.7827128933841 up
 
   const Core<Float64> c = core(x);
   const int m = static_cast<int32_t>(c.shifted) >> 6;
   if (b >= 0xc086232bdd7abcd3) {  // from -708.3964185322642 down: the last product rounds to a subnormal number
     const uint64_t exponent = ((static_cast<uint64_t>(static_cast<int64_t>(m)) + 2046) & 0x7ff) - 1;  // of 2^(m + 1022)
-    return give((c.y * fromBits(exponent << 52)) * fromBits(0x0010000000000000), nuvStatusUnderflow);
+    return {(c.y * fromBits(exponent << 52)) * fromBits(0x0010000000000000), nuvStatusUnderflow};
   }
-  if (m >= 1024) return give((c.y * fromBits(0x7fe0000000000000)) * 2.0, nuvStatusOk);  // from 709.7772976810359 up
-  return give(c.y * scale<Float64>(c.shifted), nuvStatusOk);
+  if (m >= 1024) return {(c.y * fromBits(0x7fe0000000000000)) * 2.0};  // from 709.7772976810359 up
+  return {c.y * scale<Float64>(c.shifted)};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
       src, dst, len,
       [](auto x) INLINED {
         const auto c = core(x);
         return c.y * scale<decltype(x)>(c.shifted);
       },
-      [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); }, expFixLane);
+      [](auto x) INLINED { return anyMagnitudeFrom(x, flaggedHighWord); }, expSpecialLane);
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ INLINE Lanes4 core(const Reduced& reduced) {
   return ((B + g) + (Q * r2)) + S;
 }
 
-[[gnu::noinline, gnu::cold]] nuvStatus lnSpecialLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element lnSpecialLane(Float64 x) {
   // ln(1 + r) = r + r^2 * (b2 + ... + b8 r^6)
   constexpr Float64 b8 = fromBits(0xbfc000b405a2836d);            // -0.1250214602960357
   constexpr Float64 b7 = fromBits(0x3fc249c02481059d);            // 0.1428756883852146
@@ -57,18 +57,17 @@ INLINE Lanes4 core(const Reduced& reduced) {
   constexpr Float64 specialLn2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903
   constexpr Float64 specialLn2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14: ln 2 - specialLn2Hi
 
-  if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x, result);
+  if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x);
 
   const auto [e, yh, yl, i] = reduceSubnormal(x, fromBits(0x4140000000000000));  // yh is a multiple of 2^-31
   const Float64* row = lnTableSpecial[i];
   const Float64 uh = (row[0] * yh) - 1.0, ul = row[0] * yl, r = uh + ul;
   const Float64 A = (e * specialLn2Hi) + row[1], B = (e * specialLn2Lo) + row[2];
   const Float64 p = (((((b8 * r + b7) * r + b6) * r + b5) * r + b4) * r + b3) * r;
-  *result = ((((p + b2) * (r * r) + A) + B) + uh) + ul;
-  return nuvStatusOk;
+  return {((((p + b2) * (r * r) + A) + B) + uh) + ul};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return logLoop<reduction>(src, dst, len, core, lnSpecialLane);
 }
 

@@ -31,23 +31,22 @@ constexpr Float64 a2 = fromBits(0xbfdffffffffffca9);  // -0.49999999999995254
 constexpr auto core = [](auto x) INLINED {
   using V = decltype(x);
   const auto words = highWords(x);
-  const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 11;
+  const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 8;  // byte offset in the table of reciprocals
+  const auto twice = [&](int lane) INLINED { return 2 * laneOf<laneCount<V>>(row, lane); };
   const V k = numbersOf<V>(wrappingDifference(words, 0x3fe7fc00) >> 20);
   const V f = significand(x, 0x000fffffffffffff), fh = significand(x, 0x000fffff00000000);
-  const auto t = leadingTerms(k, f, fh, columnAt<V>(lnTableReciprocal, row), twoColumnsAt<V>(lnTableMantissa, row), 1.0,
+  const auto t = leadingTerms(k, f, fh, column<V>(lnTableReciprocal, row), twoColumns<V>(lnTableMantissa, twice), 1.0,
                               ln2Hi, ln2Lo);
   const V r = t.r;
   return withPolynomial(t, (((a5 * r + a4) * r + a3) * r + a2) * r);
 };
 
-[[gnu::noinline, gnu::cold]] nuvStatus lnFixLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element lnSpecialLane(Float64 x) {
   constexpr Float64 ln2By52 = fromBits(0x404205966f2b4f12);  // 36.04365338911715
-  return fixLane(x, result, core, ln2By52);
+  return specialLane(x, core, ln2By52);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return logLoop(src, dst, len, core, lnFixLane);
-}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop(src, dst, len, core, lnSpecialLane); }
 
 }  // namespace
 

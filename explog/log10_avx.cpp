@@ -52,7 +52,7 @@ INLINE Lanes4 core(const Reduced& reduced) {
   return ((B + g) + (Q * r)) + S;
 }
 
-[[gnu::noinline, gnu::cold]] nuvStatus log10SpecialLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element log10SpecialLane(Float64 x) {
   // log10(1 + r / C0) = r + r * (b1 + ... + b8 r^7)
   constexpr Float64 b8 = fromBits(0xc045b3214e75eea2);                 // -43.39945393331915
   constexpr Float64 b7 = fromBits(0x40358992e1b1aa78);                 // 21.537397485614264
@@ -66,18 +66,17 @@ INLINE Lanes4 core(const Reduced& reduced) {
   constexpr Float64 specialLog10Of2Lo =
       fromBits(0xbd380433b83b532a);  // -8.532344317057107e-14: log10 2 - specialLog10Of2Hi
 
-  if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x, result);
+  if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x);
 
   const auto [e, yh, yl, i] = reduceSubnormal(x, fromBits(0x4160000000000000));  // yh is a multiple of 2^-29
   const Float64* row = log10TableSpecial[i];
   const Float64 uh = (row[0] * yh) - scale, ul = row[0] * yl, r = uh + ul;
   const Float64 A = (e * specialLog10Of2Hi) + row[1], B = (e * specialLog10Of2Lo) + row[2];
   const Float64 p = ((((((b8 * r + b7) * r + b6) * r + b5) * r + b4) * r + b3) * r + b2) * r + b1;
-  *result = (A + uh) + ((ul + (B + (ul * p))) + (uh * p));
-  return nuvStatusOk;
+  return {(A + uh) + ((ul + (B + (ul * p))) + (uh * p))};
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return logLoop<reduction>(src, dst, len, core, log10SpecialLane);
 }
 

@@ -36,23 +36,22 @@ constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e4108);  // 0.0016161024074997105
 constexpr auto core = [](auto x) INLINED {
   using V = decltype(x);
   const auto words = highWords(x);
-  const auto row = ((words & 0xffc00) + 0x400) >> 11;
+  const auto row = (((words & 0xffc00) + 0x400) & 0x1ff800) >> 8;  // byte offset in the table of reciprocals
+  const auto twice = [&](int lane) INLINED { return 2 * laneOf<laneCount<V>>(row, lane); };
   const V k = numbersOf<V>((words >> 20) - 0x3ff);
   const V f = significand(x, 0x000fffffffffffff), fh = significand(x, 0x000fffff80000000);
-  const auto t = leadingTerms(k, f, fh, columnAt<V>(log10TableReciprocal, row),
-                              twoColumnsAt<V>(log10TableMantissa, row), scale, log10Of2Hi, log10Of2Lo);
+  const auto t = leadingTerms(k, f, fh, column<V>(log10TableReciprocal, row), twoColumns<V>(log10TableMantissa, twice),
+                              scale, log10Of2Hi, log10Of2Lo);
   const V r = t.r;
   return withPolynomial(t, (((p5 * r + p4) * r + p3) * r + p2) * r + p1);
 };
 
-[[gnu::noinline, gnu::cold]] nuvStatus log10FixLane(Float64 x, Float64* result) {
+[[gnu::noinline, gnu::cold]] Element log10SpecialLane(Float64 x) {
   constexpr Float64 log10Of2By52 = fromBits(0x402f4e9f6303263e);  // 15.653559774527022
-  return fixLane(x, result, core, log10Of2By52);
+  return specialLane(x, core, log10Of2By52);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return logLoop(src, dst, len, core, log10FixLane);
-}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return logLoop(src, dst, len, core, log10SpecialLane); }
 
 }  // namespace
 

@@ -59,18 +59,15 @@ INLINE __m128i reduce(const Float64* x, Chunk& chunk, int64_t i) {
 template <const Reduction& reduction>
 INLINE Reduced reduced(const Chunk& chunk, int64_t i) {
   constexpr uint64_t offsetOfFirst = __builtin_bit_cast(uint32_t, reduction.firstR) >> reduction.shift;
-  const auto row = [&](int lane) INLINED {
-    return rowAt(reduction.table, (__builtin_bit_cast(uint32_t, chunk.R[i + lane]) >> reduction.shift) - offsetOfFirst);
-  };
-  const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(0)), row(2), 1);
-  const Lanes4 rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row(1)), row(3), 1);
-  const __m128i E = _mm_load_si128(reinterpret_cast<const __m128i*>(chunk.E + i));
-  return {load<Lanes4>(chunk.f + i), _mm256_cvtps_pd(_mm_load_ps(chunk.R + i)), _mm256_cvtepi32_pd(E),
-          _mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
+  const auto row = twoColumns<Lanes4>(reduction.table, [&](int lane) INLINED {
+    return (__builtin_bit_cast(uint32_t, chunk.R[i + lane]) >> reduction.shift) - offsetOfFirst;
+  });
+  return {load<Lanes4>(chunk.f + i), _mm256_cvtps_pd(_mm_load_ps(chunk.R + i)), numbersAt<Lanes4>(chunk.E + i),
+          row.first, row.second};
 }
 
-// evaluate(Reduced) -> Lanes4; special(Float64 x, Float64* y) -> status, for an element outside the
-// fast range.
+// evaluate(Reduced) -> Lanes4; special(Float64 x) -> Element, for an element outside the fast
+// range.
 template <const Reduction& reduction, class Evaluate, class Special>
 INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate, Special special) {
   nuvStatus status = nuvStatusOk;
@@ -88,24 +85,24 @@ INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate
     const __m128i inside =
         _mm_cmplt_epi32(_mm_min_epu32(farthest, _mm_set1_epi32(fastRangeLength)), _mm_set1_epi32(fastRangeLength));
     const bool flagged = _mm_movemask_epi8(inside) != 0xffff;
-    Float64 arguments[chunkSize];
+    Float64 arguments[1][chunkSize];
     if (flagged) [[unlikely]]
-      __builtin_memcpy(arguments, src, static_cast<size_t>(count) * sizeof *src);
+      __builtin_memcpy(arguments[0], src, static_cast<size_t>(count) * sizeof *src);
     for (int64_t i = 0; i < whole; i += 4) store(dst + i, evaluate(reduced<reduction>(chunk, i)));
     if (rest != 0) storePart(dst + whole, evaluate(reduced<reduction>(chunk, whole)), rest);
     if (flagged) [[unlikely]]
-      status = repairUnary<Raises::yes>(arguments, dst, count, status, outsideFastRange, special);
+      status = repair<Raises::yes>(std::integer_sequence<int, 0>{}, arguments, dst, count, status, outsideFastRange,
+                                   special);
   }
   return status;
 }
 
 // For what isn't a positive number: the results raise their flags. With DAZ subnormal numbers come
 // here too, as zeros.
-INLINE nuvStatus specialFault(Float64 x, Float64* result) {
-  const auto give = [&](Float64 value, nuvStatus status) { return *result = value, status; };
-  if ((highWord(x) & 0x7ff00000) == 0x7ff00000 && toBits(x) != 0xfff0000000000000) return give(x * x, nuvStatusOk);
-  if (x == 0) return give((opaque(0.0) - 1.0) / opaque(0.0), nuvStatusPole);
-  return give(opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain);
+INLINE Element specialFault(Float64 x) {
+  if ((highWord(x) & 0x7ff00000) == 0x7ff00000 && toBits(x) != 0xfff0000000000000) return {x * x};
+  if (x == 0) return {(opaque(0.0) - 1.0) / opaque(0.0), nuvStatusPole};
+  return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
 }
 
 // A positive subnormal number in the steps of the special lanes: x = 2^e * y with y in [1, 2), y =

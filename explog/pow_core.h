@@ -9,7 +9,7 @@
 // with n = 128 e + j: a power of two, a table's row and a polynomial of degree 5.
 #pragma once
 #include "explog/pow_tables.h"
-#include "frame/lanes.h"
+#include "frame/words.h"
 
 namespace qorvane {
 namespace {

@@ -14,7 +14,7 @@
 namespace qorvane {
 namespace {
 
-[[gnu::noinline]] nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
   using namespace power;
   return powerLoop<Lanes2, Program::longer, Repair::groupsOf4, Exponents::each>(srcA, srcB, dst, len, powFixLane);
 }

@@ -39,93 +39,19 @@ struct Chunk {
 template <class Part>
 using Block = Pack<Part, 8 / laneCount<Part>>;
 
-template <class T, class Words>
-INLINE void putWords(T* p, Words w) {
-  __builtin_memcpy(p, &w, sizeof w);
-}
-
-// Sums of high words wrap.
-template <int K>
-INLINE Pack<Words4, K> plusWords(Pack<Words4, K> w, unsigned c) {
-  using Unsigned4 [[gnu::vector_size(16)]] = unsigned;
-  return makePack<K>([&](int i)
-                         INLINED { return reinterpret_cast<Words4>(reinterpret_cast<Unsigned4>(w.part[i]) + c); });
-}
-INLINE int plusWords(int w, unsigned c) { return static_cast<int>(static_cast<unsigned>(w) + c); }
-
-// The lower 32 bits of every lane, in order.
-INLINE Words4 packLowWords(__m128d a, __m128d b) {
-  return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(a), _mm_castpd_ps(b), 0x88));
-}
-template <int K>
-INLINE auto lowWords(Pack<Lanes2, K> v) {
-  return makePack<K / 2>([&](int i) INLINED { return packLowWords(v.part[2 * i], v.part[2 * i + 1]); });
-}
-#ifdef __AVX__
-template <int K>
-INLINE auto lowWords(Pack<Lanes4, K> v) {
-  return makePack<K>([&](int i) INLINED {
-    return packLowWords(_mm256_castpd256_pd128(v.part[i]), _mm256_extractf128_pd(v.part[i], 1));
-  });
-}
-#endif
-
-// What stands in a chunk's arrays of 32-bit words for the lanes of V: offsets of rows, integers as
-// numbers, high words of numbers.
-template <class V, uint64_t unit = 1>
-INLINE BitsOf<V> offsetsAt(const uint32_t* p) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i)
-                                     INLINED { return offsetsAt<PartOf<V>, unit>(p + i * laneCount<PartOf<V>>); });
-  else if constexpr (laneCount<V> == 2)
-    return Bits2{p[0] * unit, p[1] * unit};
-  else
-    return {{Bits2{p[0] * unit, p[1] * unit}, Bits2{p[2] * unit, p[3] * unit}}};
-}
+// The rows at these byte offsets in powRcpTable, with their exponents.
 template <class V>
-INLINE V numbersAt(const int* p) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return numbersAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
-  else if constexpr (laneCount<V> == 2)
-    return _mm_cvtepi32_pd(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
-#ifdef __AVX__
-  else
-    return _mm256_cvtepi32_pd(_mm_load_si128(reinterpret_cast<const __m128i*>(p)));
-#endif
-}
-template <class V>
-INLINE V highWordsAt(const int* p) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return highWordsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
-  else if constexpr (laneCount<V> == 2)
-    return reinterpret_cast<Lanes2>(
-        _mm_unpacklo_epi32(_mm_setzero_si128(), _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
-#ifdef __AVX__
-  else {
-    const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(p)), zero = _mm_setzero_si128();
-    return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_castsi128_pd(_mm_unpacklo_epi32(zero, words))),
-                                _mm_castsi128_pd(_mm_unpackhi_epi32(zero, words)), 1);
-  }
-#endif
-}
-
-// rcp for the lanes of V, from half the byte offset of the other columns.
-template <class V>
-INLINE V reciprocalsAt(const uint32_t* p) {
-  const auto at = [&](int i) INLINED { return powRcpTable[p[i] / sizeof(Float64)]; };
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return reciprocalsAt<PartOf<V>>(p + i * laneCount<PartOf<V>>); });
-  else if constexpr (laneCount<V> == 2)
-    return V{at(0), at(1)};
-  else
-    return V{at(0), at(1), at(2), at(3)};
+INLINE LogRow<V> logRowAt(const uint32_t* offsets, const int* k) {
+  const auto [hi, lo] = twoColumns<V>(powLog2Table, [=](int lane) INLINED { return uint64_t{2} * offsets[lane]; });
+  const V rcp = column<V>(powRcpTable, [=](int lane) INLINED { return offsets[lane]; });
+  return {rcp, hi, lo, numbersAt<V>(k)};
 }
 
 // From the high words of x and of P: x not positive, normal and finite; the result not certainly
 // normal and finite, or P a NaN.
 template <class W>
 INLINE auto outsideBase(W w) {
-  return 0x200000 > plusWords(w, 0x100000);
+  return 0x200000 > wrappingSum(w, 0x100000);
 }
 template <Repair repair, class W>
 INLINE auto outsideResult(W w) {
@@ -149,13 +75,13 @@ INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk
   auto outside = outsideBase(highWords(V{})) & 0;
   for (int64_t i = 0; i < n; i += 8) {
     const auto w = highWords(load<V>(x + i));
-    putWords(c.logRow + i, (((w & 0xffe00) + 0x200) >> 10) << 3);
-    putWords(c.k + i, plusWords(w, -0x3fe7fe00u) >> 20);
+    storeWords(c.logRow + i, (((w & 0xffe00) + 0x200) >> 10) << 3);
+    storeWords(c.k + i, wrappingSum(w, -0x3fe7fe00u) >> 20);
     outside = outside | outsideBase(w);
   }
   for (int64_t i = 0; i < n; i += 8) {
-    const auto [hi, lo] = twoColumns<V>(powLog2Table, offsetsAt<V, 2>(c.logRow + i));
-    const auto leading = leadingLog<V>(load<V>(x + i), {reciprocalsAt<V>(c.logRow + i), hi, lo, numbersAt<V>(c.k + i)});
+    const auto row = logRowAt<V>(c.logRow + i, c.k + i);
+    const auto leading = leadingLog<V>(load<V>(x + i), row);
     store(c.high + i, leading.a2);
     store(c.low + i, leading.low);
     store(c.t + i, leading.t);
@@ -175,9 +101,9 @@ INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk
     }();
     const auto p = product(load<V>(c.high + i), load<V>(c.low + i), factor);
     const auto leading = highWords(p.p), shifted = lowWords(p.shifted);
-    putWords(c.leading + i, leading);
-    putWords(c.exp2Row + i, (shifted << 4) & 0x7f0);
-    putWords(c.scale + i, plusWords(shifted << 13, 0x3ff00000) & static_cast<int>(0xfff00000));
+    storeWords(c.leading + i, leading);
+    storeWords(c.exp2Row + i, (shifted << 4) & 0x7f0);
+    storeWords(c.scale + i, wrappingSum(shifted << 13, 0x3ff00000) & static_cast<int>(0xfff00000));
     store(c.r + i, p.r);
     outside = outside | outsideResult<repair>(leading);
     if constexpr (repair == Repair::groupsOf4 && exponents == Exponents::each)
@@ -190,8 +116,9 @@ template <class Part, Program program>
 INLINE void lastStage(Float64* z, int64_t n, const Chunk& c) {
   using V = Block<Part>;
   for (int64_t i = 0; i < n; i += 8) {
-    const auto [th, tl] = twoColumns<V>(powExp2Table, offsetsAt<V>(c.exp2Row + i));
-    store(z + i, completePower<program>(load<V>(c.r + i), th, tl, highWordsAt<V>(c.scale + i)));
+    const auto [th, tl] = twoColumns<V>(powExp2Table, [&](int lane) INLINED { return c.exp2Row[i + lane]; });
+    const V scale = fromHighWords<V>(loadWords<V>(c.scale + i));
+    store(z + i, completePower<program>(load<V>(c.r + i), th, tl, scale));
   }
 }
 

@@ -48,20 +48,11 @@ INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& 
   for (int64_t i = 0; i < n; i += 8) {
     const int64_t at = i + 8 <= n ? i : n - 8;
     const auto w = highWords(load<Block>(x + at));
-    putWords(c.logRow + at, (((w & 0xffe00) + 0x200) >> 10) << 3);
-    putWords(c.k + at, plusWords(w, -0x3fe7fe00u) >> 20);
-    outside = outside | (plusWords(w, toLowest) > limit);
+    storeWords(c.logRow + at, (((w & 0xffe00) + 0x200) >> 10) << 3);
+    storeWords(c.k + at, wrappingSum(w, -0x3fe7fe00u) >> 20);
+    outside = outside | (wrappingSum(w, toLowest) > limit);
   }
   return !any(outside);
-}
-
-// The numbers at these byte offsets.
-INLINE V reciprocals(const uint32_t* offsets) {
-  const auto at = [&](int lane) INLINED {
-    return reinterpret_cast<const Float64*>(reinterpret_cast<const char*>(powRcpTable) + offsets[lane]);
-  };
-  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadh_pd(_mm_load_sd(at(0)), at(1))),
-                              _mm_loadh_pd(_mm_load_sd(at(2)), at(3)), 1);
 }
 
 // n = 128 e + j is kept as the pattern of a key: its lowest byte is 2j, so that one load a lane
@@ -69,10 +60,9 @@ INLINE V reciprocals(const uint32_t* offsets) {
 constexpr Float64 keyShifter =
     fromBits(0x42b8000000000000 + 2 * 128 * 1023);  // 1.5 * 2^44 + 1023; a unit is worth 2^-8
 INLINE TwoColumns<V> exp2Rows(const Float64* keys) {
-  const auto row = [&](int lane) INLINED {
-    return rowAt(powExp2Table, uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + lane)[0]);
-  };
-  return transposeRows(row(0), row(1), row(2), row(3));
+  return twoColumns<V>(powExp2Table, [&](int lane) INLINED {
+    return uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + lane)[0];
+  });
 }
 INLINE V powerOfTwo(const Float64* keys) {
   const BitsOf<V> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
@@ -86,15 +76,12 @@ template <Split split>
 [[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
   using Beyond = Pack<V, ahead / vector>;  // what the steps make of zeros raises no flag
   store(c.high + n, Beyond{}), store(c.low + n, Beyond{}), store(c.t + n, Beyond{});
-  putWords(c.logRow + n, Pack<Words4, 2>{}), putWords(c.k + n, Pack<Words4, 2>{});
+  storeWords(c.logRow + n, Pack<Words4, 2>{}), storeWords(c.k + n, Pack<Words4, 2>{});
 
   LogRow<V> row;
   V big, lo;
   ReducedArgument<V> u;
-  const auto logRow = [&](int64_t i) INLINED {
-    const auto [hi, rowLo] = twoColumns<V>(powLog2Table, offsetsAt<V, 2>(c.logRow + i));
-    row = {reciprocals(c.logRow + i), hi, rowLo, numbersAt<V>(c.k + i)};
-  };
+  const auto logRow = [&](int64_t i) INLINED { row = logRowAt<V>(c.logRow + i, c.k + i); };
   const auto reduce = [&](int64_t i) INLINED {
     u = reduceArgument(load<V>(x + i), row.rcp);
     big = row.k + row.hi;
@@ -151,7 +138,7 @@ template <Split split>
   }
 }
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   const uint64_t magnitudeBits = toBits(value) << 1;
   if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1)
     return fixedExponentLoop<V>(src, value, dst, len);

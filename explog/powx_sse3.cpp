@@ -9,7 +9,7 @@
 namespace qorvane {
 namespace {
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   return power::fixedExponentLoop<Lanes2>(src, value, dst, len);
 }
 

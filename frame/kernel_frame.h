@@ -2,9 +2,8 @@
 // in order, run the loop, restore the state. A kernel names its classes in one line:
 //   nuvStatus expAvx(const Float64* src, Float64* dst, int32_t len) { return
 //   runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
-// The loop takes the remaining arguments and the length in 64 bits, is [[gnu::noinline]]
-// (arithmetic must not move across a change of the control words: a call that can't be inlined
-// holds it back), and returns the status of the last failing element.
+// The loop takes the remaining arguments and the length in 64 bits, and returns the status of the
+// last failing element.
 #pragma once
 #include <immintrin.h>
 
@@ -60,6 +59,13 @@ INLINE void writeX87Control(uint16_t word) { asm volatile("fldcw %0" : : "m"(wor
 INLINE bool isNull(const void* p) { return p == nullptr; }
 INLINE bool isNull(Float64) { return false; }  // the scalar argument of a shape
 
+// Arithmetic must not move across a change of the control words: a call that can't be inlined holds
+// it back.
+template <auto loop, class... Arguments>
+[[gnu::noinline, gnu::flatten]] nuvStatus callLoop(Arguments... arguments) {
+  return loop(arguments...);
+}
+
 template <Check check, Mode mode, auto loop, X87 x87 = X87::asIs, class... Arguments>
 INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
   if (check == Check::lengthFirst && len < 1) [[unlikely]]
@@ -82,7 +88,7 @@ INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
     wantedMxcsr = desiredMode(mode, savedMxcsr);
     if (wantedMxcsr != savedMxcsr) writeMxcsr(wantedMxcsr);
   }
-  const nuvStatus status = loop(arguments..., int64_t{len});
+  const nuvStatus status = callLoop<loop>(arguments..., int64_t{len});
   if (x87 == X87::fix && wantedX87 != savedX87) [[unlikely]]
     writeX87Control(savedX87);
   if (mode != Mode::none && wantedMxcsr != savedMxcsr) writeMxcsr(savedMxcsr);

@@ -1,5 +1,5 @@
 // The vocabulary in which kernels are written: lanes of double-precision numbers with the operators
-// of the formulas, and the few operations beside them.
+// of the formulas, and the few operations beside them. frame/words.h has 32-bit integers and tables.
 //
 // A core is a template over V, the lane type, which is one of
 //   Float64         one element (special lanes)
@@ -8,7 +8,7 @@
 //   Pack<V, K>      K of these in lockstep: every operation is written for all K before the next
 //                   one, so that K independent chains fill the latency of one
 // and the same arithmetic is done element by element in all of them. BitsOf<V> has the bit patterns
-// as unsigned 64-bit integers, always in 128-bit registers; Words4 has four 32-bit integers.
+// as unsigned 64-bit integers, always in 128-bit registers.
 //
 // Everything is in an unnamed namespace: each source has its own copy, made for its own instruction
 // set.
@@ -24,7 +24,6 @@ namespace {
 
 using Lanes2 [[gnu::vector_size(16)]] = double;
 using Bits2 [[gnu::vector_size(16)]] = unsigned long long;
-using Words4 [[gnu::vector_size(16)]] = int;
 #ifdef __AVX__
 using Lanes4 [[gnu::vector_size(32)]] = double;
 #endif
@@ -173,13 +172,24 @@ INLINE void storePart(Float64* p, V v, int64_t count) {
 #endif
 }
 
-// Bit patterns and back.
-INLINE Bits2 bitsOf(Lanes2 v) { return reinterpret_cast<Bits2>(v); }
-INLINE uint64_t bitsOf(Float64 v) { return toBits(v); }
+// Four elements on any level, and their halves.
 #ifdef __AVX__
-INLINE Pack<Bits2, 2> bitsOf(Lanes4 v) {
-  return {{reinterpret_cast<Bits2>(_mm256_castpd256_pd128(v)), reinterpret_cast<Bits2>(_mm256_extractf128_pd(v, 1))}};
-}
+using Four = Lanes4;
+INLINE Lanes2 lowHalf(Lanes4 v) { return _mm256_castpd256_pd128(v); }
+INLINE Lanes2 highHalf(Lanes4 v) { return _mm256_extractf128_pd(v, 1); }
+INLINE Lanes4 joinHalves(Lanes2 low, Lanes2 high) { return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1); }
+#else
+using Four = Pack<Lanes2, 2>;
+INLINE Four joinHalves(Lanes2 low, Lanes2 high) { return {{low, high}}; }
+#endif
+INLINE Lanes2 lowHalf(Pack<Lanes2, 2> v) { return v.part[0]; }
+INLINE Lanes2 highHalf(Pack<Lanes2, 2> v) { return v.part[1]; }
+
+// Bit patterns and back.
+INLINE uint64_t bitsOf(Float64 v) { return toBits(v); }
+INLINE Bits2 bitsOf(Lanes2 v) { return reinterpret_cast<Bits2>(v); }
+#ifdef __AVX__
+INLINE Pack<Bits2, 2> bitsOf(Lanes4 v) { return {{bitsOf(lowHalf(v)), bitsOf(highHalf(v))}}; }
 #endif
 template <class V, int K>
 INLINE auto bitsOf(Pack<V, K> v) {
@@ -193,8 +203,7 @@ INLINE V valueOf(BitsOf<V> b) {
     return fromBits(b);
 #ifdef __AVX__
   else if constexpr (laneCount<V> == 4)
-    return _mm256_insertf128_pd(_mm256_castpd128_pd256(reinterpret_cast<__m128d>(b.part[0])),
-                                reinterpret_cast<__m128d>(b.part[1]), 1);
+    return joinHalves(reinterpret_cast<Lanes2>(b.part[0]), reinterpret_cast<Lanes2>(b.part[1]));
 #endif
   else
     return reinterpret_cast<V>(b);
@@ -216,32 +225,37 @@ INLINE V broadcast(Float64 x) {
 }
 
 // Logic on numbers as whole registers, for work on signs and masks that needs no integers.
-template <class V>
-INLINE V andBits(V a, V b) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return andBits(a.part[i], b.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return fromBits(toBits(a) & toBits(b));
+enum class Logic { conjunction, disjunction, difference, exclusive };
+template <Logic logic, class V>
+INLINE V combineBits(V a, V b) {
+  if constexpr (isPack<V>) {
+    return makePack<packSize<V>>([&](int i) INLINED { return combineBits<logic>(a.part[i], b.part[i]); });
+  } else if constexpr (laneCount<V> == 1) {
+    if constexpr (logic == Logic::conjunction) return fromBits(toBits(a) & toBits(b));
+    if constexpr (logic == Logic::disjunction) return fromBits(toBits(a) | toBits(b));
+    if constexpr (logic == Logic::difference) return fromBits(~toBits(a) & toBits(b));
+    if constexpr (logic == Logic::exclusive) return fromBits(toBits(a) ^ toBits(b));
+  } else if constexpr (laneCount<V> == 2) {
+    if constexpr (logic == Logic::conjunction) return _mm_and_pd(a, b);
+    if constexpr (logic == Logic::disjunction) return _mm_or_pd(a, b);
+    if constexpr (logic == Logic::difference) return _mm_andnot_pd(a, b);
+    if constexpr (logic == Logic::exclusive) return _mm_xor_pd(a, b);
+  }
 #ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_and_pd(a, b);
+  else {
+    if constexpr (logic == Logic::conjunction) return _mm256_and_pd(a, b);
+    if constexpr (logic == Logic::disjunction) return _mm256_or_pd(a, b);
+    if constexpr (logic == Logic::difference) return _mm256_andnot_pd(a, b);
+    if constexpr (logic == Logic::exclusive) return _mm256_xor_pd(a, b);
+  }
 #endif
-  else
-    return _mm_and_pd(a, b);
 }
-template <class V>
-INLINE V orBits(V a, V b) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return orBits(a.part[i], b.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return fromBits(toBits(a) | toBits(b));
-#ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_or_pd(a, b);
-#endif
-  else
-    return _mm_or_pd(a, b);
-}
+// clang-format off
+template <class V> INLINE V andBits(V a, V b) { return combineBits<Logic::conjunction>(a, b); }
+template <class V> INLINE V orBits(V a, V b) { return combineBits<Logic::disjunction>(a, b); }
+template <class V> INLINE V xorBits(V a, V b) { return combineBits<Logic::exclusive>(a, b); }
+template <class V> INLINE V withoutBits(V v, V mask) { return combineBits<Logic::difference>(mask, v); }  // v & ~mask
+// clang-format on
 
 // |x|, and the zero with the sign of x.
 template <class V>
@@ -253,180 +267,62 @@ INLINE V signOf(V x) {
   return andBits(x, broadcast<V>(-0.0));
 }
 
-// The upper and the lower 32 bits of every lane, packed four to a register: in order, but a lone
-// Lanes2 gives its two twice.
-constexpr int upperHalves = 0xdd, lowerHalves = 0x88;
-template <int selection>
-INLINE Words4 packWords(__m128d a, __m128d b) {
-  return reinterpret_cast<Words4>(_mm_shuffle_ps(_mm_castpd_ps(a), _mm_castpd_ps(b), selection));
-}
-INLINE Words4 packHighWords(__m128d a, __m128d b) { return packWords<upperHalves>(a, b); }
-template <int selection>
-INLINE int wordsOf(Float64 v) {
-  return static_cast<int>(selection == upperHalves ? toBits(v) >> 32 : toBits(v));
-}
-template <int selection>
-INLINE Words4 wordsOf(Lanes2 v) {
-  return packWords<selection>(v, v);
-}
+// Masks of numbers have all bits set in a lane, or none. These are C's == and <: for a NaN they are
+// false, and lessLanes then raises invalid, while equalLanes doesn't but for a signalling one.
+template <class V>
+INLINE V equalLanes(V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return equalLanes(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return _mm_cvtsd_f64(_mm_cmpeq_sd(_mm_set_sd(a), _mm_set_sd(b)));
 #ifdef __AVX__
-template <int selection>
-INLINE Words4 wordsOf(Lanes4 v) {
-  return packWords<selection>(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
-}
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_cmp_pd(a, b, _CMP_EQ_OQ);
 #endif
-template <int selection, class V, int K>
-INLINE auto wordsOf(Pack<V, K> v) {
-  if constexpr (laneCount<V> == 2 && K % 2 == 0)
-    return makePack<K / 2>([&](int i) INLINED { return packWords<selection>(v.part[2 * i], v.part[2 * i + 1]); });
   else
-    return makePack<K>([&](int i) INLINED { return wordsOf<selection>(v.part[i]); });
+    return _mm_cmpeq_pd(a, b);
 }
 template <class V>
-INLINE auto highWords(V v) {
-  return wordsOf<upperHalves>(v);
-}
-template <class V>
-INLINE auto lowWords(V v) {
-  return wordsOf<lowerHalves>(v);
-}
-template <class V>
-using WordsOf = decltype(highWords(V{}));
-
-// The numbers with these high words, their low words zero.
-template <class V>
-INLINE V fromHighWords(WordsOf<V> words) {
-  if constexpr (laneCount<V> == 1) {
-    return fromBits(static_cast<uint64_t>(static_cast<uint32_t>(words)) << 32);
-  } else if constexpr (isPack<V> && laneCount<PartOf<V>> == 2 && packSize<V> % 2 == 0) {
-    return makePack<packSize<V>>([&](int i) INLINED -> Lanes2 {
-      const __m128i four = reinterpret_cast<__m128i>(words.part[i / 2]), zero = _mm_setzero_si128();
-      return _mm_castsi128_pd(i % 2 == 0 ? _mm_unpacklo_epi32(zero, four) : _mm_unpackhi_epi32(zero, four));
-    });
-  } else if constexpr (isPack<V>) {
-    return makePack<packSize<V>>([&](int i) INLINED { return fromHighWords<PartOf<V>>(words.part[i]); });
-  } else {
-    const __m128i four = reinterpret_cast<__m128i>(words), zero = _mm_setzero_si128();
-    const __m128d low = _mm_castsi128_pd(_mm_unpacklo_epi32(zero, four));
-    if constexpr (laneCount<V> == 2) return low;
+INLINE V lessLanes(V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return lessLanes(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return _mm_cvtsd_f64(_mm_cmplt_sd(_mm_set_sd(a), _mm_set_sd(b)));
 #ifdef __AVX__
-    if constexpr (laneCount<V> == 4)
-      return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), _mm_castsi128_pd(_mm_unpackhi_epi32(zero, four)), 1);
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_cmp_pd(a, b, _CMP_LT_OS);
 #endif
-  }
+  else
+    return _mm_cmplt_pd(a, b);
 }
-
-// Whether any lane of a comparison's result is set.
-INLINE bool any(bool b) { return b; }
-INLINE bool any(Words4 mask) { return _mm_movemask_ps(reinterpret_cast<__m128>(mask)) != 0; }
-template <int K>
-INLINE bool any(Pack<Words4, K> mask) {
-  Words4 all = mask.part[0];
-  for (int i = 1; i < K; ++i) all |= mask.part[i];
-  return any(all);
-}
-template <int K>
-INLINE bool any(Pack<bool, K> mask) {
-  bool all = false;
-  for (int i = 0; i < K; ++i) all |= mask.part[i];
-  return all;
-}
-
-// Whether a high word with its sign cleared is at least `limit` in any lane: infinities, NaNs and
-// all numbers from fromBits(limit << 32) up in magnitude.
+// a where the mask is set, b elsewhere
 template <class V>
-INLINE bool anyMagnitudeFrom(V x, int limit) {
-  return any((highWords(x) & 0x7fffffff) > limit - 1);
-}
+INLINE V select(V mask, V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return select(mask.part[i], a.part[i], b.part[i]); });
 #ifdef __AVX__
-// The order of the words doesn't matter here, so two registers are packed at once and the greatest
-// words compared.
-template <int K>
-requires(K % 2 == 0) INLINE bool anyMagnitudeFrom(Pack<Lanes4, K> x, int limit) {
-  const __m256 noSign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7fffffff));
-  __m128i greatest = _mm_setzero_si128();
-  for (int i = 0; i < K; i += 2) {
-    const __m256 words = _mm256_and_ps(
-        _mm256_shuffle_ps(_mm256_castpd_ps(x.part[i]), _mm256_castpd_ps(x.part[i + 1]), upperHalves), noSign);
-    greatest = _mm_max_epi32(greatest, _mm_castps_si128(_mm256_castps256_ps128(words)));
-    greatest = _mm_max_epi32(greatest, _mm_castps_si128(_mm256_extractf128_ps(words, 1)));
-  }
-  return any(reinterpret_cast<Words4>(greatest) > limit - 1);
-}
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_blendv_pd(b, a, mask);
 #endif
+  else
+    return orBits(andBits(mask, a), withoutBits(b, mask));
+}
 
-// Rows of two numbers, first and second, taken from a table at a byte offset for each lane. The
-// table's rows are 16-byte aligned.
+// The sign bits of the lanes, lane 0 lowest.
 template <class V>
-struct TwoColumns {
-  V first, second;
-};
-INLINE __m128d rowAt(const void* table, uint64_t offset) {
-  return _mm_load_pd(reinterpret_cast<const Float64*>(static_cast<const char*>(table) + offset));
-}
-#ifdef __AVX__
-INLINE TwoColumns<Lanes4> transposeRows(__m128d row0, __m128d row1, __m128d row2, __m128d row3) {
-  const Lanes4 rows02 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row0), row2, 1);
-  const Lanes4 rows13 = _mm256_insertf128_pd(_mm256_castpd128_pd256(row1), row3, 1);
-  return {_mm256_unpacklo_pd(rows02, rows13), _mm256_unpackhi_pd(rows02, rows13)};
-}
-#endif
-template <class V>
-INLINE TwoColumns<V> twoColumns(const void* table, BitsOf<V> offsets) {
+INLINE uint64_t signMask(V v) {
   if constexpr (isPack<V>) {
-    const auto columns =
-        makePack<packSize<V>>([&](int i) INLINED { return twoColumns<PartOf<V>>(table, offsets.part[i]); });
-    return {makePack<packSize<V>>([&](int i) INLINED { return columns.part[i].first; }),
-            makePack<packSize<V>>([&](int i) INLINED { return columns.part[i].second; })};
-  } else if constexpr (laneCount<V> == 1) {
-    const Float64* row = reinterpret_cast<const Float64*>(static_cast<const char*>(table) + offsets);
-    return {row[0], row[1]};
-  } else if constexpr (laneCount<V> == 2) {
-    const __m128d row0 = rowAt(table, offsets[0]), row1 = rowAt(table, offsets[1]);
-    return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
+    uint64_t mask = 0;
+    for (int i = 0; i < packSize<V>; ++i) mask |= signMask(v.part[i]) << (i * laneCount<PartOf<V>>);
+    return mask;
+  } else if constexpr (laneCount<V> == 1)
+    return toBits(v) >> 63;
 #ifdef __AVX__
-  } else {
-    return transposeRows(rowAt(table, offsets.part[0][0]), rowAt(table, offsets.part[0][1]),
-                         rowAt(table, offsets.part[1][0]), rowAt(table, offsets.part[1][1]));
+  else if constexpr (laneCount<V> == 4)
+    return static_cast<uint64_t>(_mm256_movemask_pd(v));
 #endif
-  }
-}
-
-// The same with the offsets as words, which takes half the moves from vector to address registers.
-struct FourOffsets {
-  uint64_t of[4];
-};
-INLINE FourOffsets separate(Words4 offsets) {
-  const Bits2 pairs = reinterpret_cast<Bits2>(offsets);
-  return {{static_cast<uint32_t>(pairs[0]), pairs[0] >> 32, static_cast<uint32_t>(pairs[1]), pairs[1] >> 32}};
-}
-template <class V>
-INLINE TwoColumns<V> twoColumns(const void* table, WordsOf<V> offsets) {
-  if constexpr (isPack<V>) {
-    constexpr int partsAWord = packSize<V> / packSize<WordsOf<V>>;
-    const auto columns = makePack<packSize<V>>([&](int i) INLINED {
-      if constexpr (partsAWord == 1)
-        return twoColumns<PartOf<V>>(table, offsets.part[i]);
-      else {
-        const FourOffsets four = separate(offsets.part[i / 2]);
-        const __m128d row0 = rowAt(table, four.of[2 * (i % 2)]), row1 = rowAt(table, four.of[2 * (i % 2) + 1]);
-        return TwoColumns<PartOf<V>>{_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
-      }
-    });
-    return {makePack<packSize<V>>([&](int i) INLINED { return columns.part[i].first; }),
-            makePack<packSize<V>>([&](int i) INLINED { return columns.part[i].second; })};
-  } else if constexpr (laneCount<V> == 1) {
-    const Float64* row = reinterpret_cast<const Float64*>(static_cast<const char*>(table) + offsets);
-    return {row[0], row[1]};
-  } else {
-    const FourOffsets four = separate(offsets);
-    const __m128d row0 = rowAt(table, four.of[0]), row1 = rowAt(table, four.of[1]);
-    if constexpr (laneCount<V> == 2) return {_mm_unpacklo_pd(row0, row1), _mm_unpackhi_pd(row0, row1)};
-#ifdef __AVX__
-    if constexpr (laneCount<V> == 4)
-      return transposeRows(row0, row1, rowAt(table, four.of[2]), rowAt(table, four.of[3]));
-#endif
-  }
+  else
+    return static_cast<uint64_t>(_mm_movemask_pd(v));
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ INLINE Parts<Float64> separateOne(Float64 x) {
 }
 
 template <class V>
-[[gnu::noinline]] nuvStatus modfLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
+nuvStatus modfLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   int64_t i = 0;
   while (i < len) {
     for (; i + laneCount<V> <= len; i += laneCount<V>) {

@@ -29,7 +29,7 @@ INLINE Pack<Lanes4, K> roundLanes(Pack<Lanes4, K> x) {
 }
 
 template <int direction>
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return plainLoop<Pack<Lanes4, 4>>(src, dst, len, [](auto x) INLINED { return roundLanes<direction>(x); });
 }
 
@@ -45,7 +45,7 @@ INLINE Pack<Lanes4, K> orItself(Pack<Lanes4, K> a, Pack<Lanes4, K> y, Pack<Lanes
   return makePack<K>([&](int i) INLINED { return orItself(a.part[i], y.part[i], x.part[i]); });
 }
 
-[[gnu::noinline]] nuvStatus tiesAwayLoop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus tiesAwayLoop(const Float64* src, Float64* dst, int64_t len) {
   return plainLoop<Pack<Lanes4, 2>>(src, dst, len, [](auto x) INLINED {
     const auto a = magnitude(x);
     return orItself(a, orBits(tieAwayFromZero(a, integral(a)), signOf(x)), x);

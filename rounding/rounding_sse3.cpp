@@ -49,7 +49,7 @@ INLINE Float64 roundOne(Float64 x, Direction direction) {
 }
 
 template <auto direction>
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   using V = Pack<Lanes2, 2>;
   int64_t i = 0;
   while (i < len) {

@@ -30,15 +30,15 @@ INLINE Pack<Lanes2, K> roundLanes(Pack<Lanes2, K> x) {
 }
 
 template <int direction>
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   return plainLoop<Block>(src, dst, len, [](auto x) INLINED { return roundLanes<direction>(x); });
 }
 
-[[gnu::noinline]] nuvStatus tiesAwayLoop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus tiesAwayLoop(const Float64* src, Float64* dst, int64_t len) {
   return plainLoop<Block>(src, dst, len, [](auto x) INLINED {
     using V = decltype(x);
     const V sign = signOf(x), r = roundLanes<_MM_FROUND_TO_NEAREST_INT>(x);
-    return r + whereEqual(x - r, orBits(sign, broadcast<V>(0.5)), orBits(sign, broadcast<V>(1.0)));
+    return r + andBits(equalLanes(x - r, orBits(sign, broadcast<V>(0.5))), orBits(sign, broadcast<V>(1.0)));
   });
 }
 

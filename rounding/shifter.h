@@ -7,7 +7,7 @@
 // they meet no arithmetic that could raise a flag; Round at level 5 lets them through the sum and
 // puts the numbers themselves back.
 #pragma once
-#include "frame/lanes.h"
+#include "frame/words.h"
 
 namespace qorvane {
 namespace {
@@ -25,24 +25,11 @@ INLINE V integral(V a) {
   return (a + shifter) - shifter;
 }
 
-// `value` where a = b, elsewhere +0. NaNs are quiet.
-INLINE Float64 whereEqual(Float64 a, Float64 b, Float64 value) { return a == b ? value : 0.0; }
-INLINE Lanes2 whereEqual(Lanes2 a, Lanes2 b, Lanes2 value) { return _mm_and_pd(_mm_cmpeq_pd(a, b), value); }
-#ifdef __AVX__
-INLINE Lanes4 whereEqual(Lanes4 a, Lanes4 b, Lanes4 value) {
-  return _mm256_and_pd(_mm256_cmp_pd(a, b, _CMP_EQ_OQ), value);
-}
-#endif
-template <class V, int K>
-INLINE Pack<V, K> whereEqual(Pack<V, K> a, Pack<V, K> b, Pack<V, K> value) {
-  return makePack<K>([&](int i) INLINED { return whereEqual(a.part[i], b.part[i], value.part[i]); });
-}
-
 // The nearest integer of a = |x|, ties away from zero, where r = integral(a) in round-to-nearest:
 // the tie that went down to an even number has a - r = 1/2.
 template <class V>
 INLINE V tieAwayFromZero(V a, V r) {
-  return r + whereEqual(a - r, broadcast<V>(0.5), broadcast<V>(1.0));
+  return r + andBits(equalLanes(a - r, broadcast<V>(0.5)), broadcast<V>(1.0));
 }
 
 }  // namespace

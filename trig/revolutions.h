@@ -82,8 +82,7 @@ INLINE Remainder<Lanes4> reduceRevolutions(Lanes4 x) {
   const Lanes4 isSmall = _mm256_cmp_pd(magnitude(x), broadcast<Lanes4>(fixedPointFrom), _CMP_LE_OQ);
   // With a directed rounding mode of the caller the sum v of a small x can be one row off 0, and
   // the row must belong to the remainder.
-  return {_mm256_blendv_pd(r, x, isSmall), _mm256_andnot_pd(isSmall, (t1 - r) + t2),
-          bitsOf(Lanes4{_mm256_andnot_pd(isSmall, v)})};
+  return {select(isSmall, x, r), withoutBits((t1 - r) + t2, isSmall), bitsOf(withoutBits(v, isSmall))};
 }
 
 }  // namespace

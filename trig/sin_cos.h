@@ -63,46 +63,5 @@ INLINE Remainder<V> removeSteps(V x, Step step) {
   return {r, ((t - r) - k2) - k * step.part3, bitsOf(y), k};
 }
 
-// All of V, or the first `count` lanes of a vector.
-template <class V>
-INLINE void put(Float64* p, V v, int64_t count) {
-  if constexpr (isPack<V>)
-    store(p, v);
-  else
-    storePart(p, v, count);
-}
-
-// Blocks of V whose elements have a common fate: if `flagged` finds any, the whole block goes to
-// `slow`, otherwise to `fast`; both are given the arguments and the index of the first, and store
-// the results. After the last block each element is a block of its own, but unflagged ones may
-// still be computed together.
-//   flagged(V x) -> bool;  fast(V x, int64_t i, int64_t count);  slow(V x, int64_t i, int64_t
-//   count) -> status
-template <class V, class Flagged, class Fast, class Slow>
-INLINE nuvStatus blockLoop(const Float64* src, int64_t len, Flagged flagged, Fast fast, Slow slow) {
-  nuvStatus status = nuvStatusOk;
-  const auto compute = [&](auto x, int64_t i, int64_t count) INLINED {
-    if (flagged(x)) [[unlikely]] {
-      const nuvStatus ofBlock = slow(x, i, count);
-      if (ofBlock != nuvStatusOk) status = ofBlock;
-    } else {
-      fast(x, i, count);
-    }
-  };
-  int64_t i = 0;
-  for (; i + laneCount<V> <= len; i += laneCount<V>) compute(load<V>(src + i), i, laneCount<V>);
-  using Part = PartOf<V>;
-  for (int64_t count; i < len; i += count) {
-    count = len - i < laneCount<Part> ? len - i : laneCount<Part>;
-    Part x = loadPart<Part>(src + i, count);
-    if (flagged(x)) [[unlikely]] {
-      count = 1;
-      x = broadcast<Part>(src[i]);
-    }
-    compute(x, i, count);
-  }
-  return status;
-}
-
 }  // namespace
 }  // namespace qorvane

@@ -28,15 +28,6 @@ constexpr Float64 r2 = fromBits(0xbf56c16ab163b2d7);  // -0.0013888875887985619
 constexpr Float64 r1 = fromBits(0x3fa5555555554ccf);  // 0.041666666666651524
 constexpr Float64 r0 = fromBits(0xbfe0000000000000);  // -0.5
 
-// y with its sign flipped where x is negative.
-template <class V>
-INLINE V flipBySignOf(V y, V x) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return flipBySignOf(y.part[i], x.part[i]); });
-  else
-    return _mm256_xor_pd(y, signOf(x));
-}
-
 // Whether any |x| is too large for the fast path; a NaN isn't.
 template <class V>
 INLINE bool isLarge(V x) {
@@ -50,9 +41,8 @@ INLINE bool isLarge(V x) {
 
 template <class V>
 INLINE Terms<V> expandAt(int firstRow, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
-  const auto cosine = twoColumns<V>(trigTable512[firstRow], offsets),
-             sine = twoColumns<V>(trigTable512[firstRow] + 2, offsets);
-  return expand(SplitSine<V>{cosine.first, cosine.second, sine.first, sine.second}, r, e, sinPoly, cosPoly);
+  const auto row = columns<4, V>(trigTable512[firstRow], offsets);
+  return expand(SplitSine<V>{row.of[0], row.of[1], row.of[2], row.of[3]}, r, e, sinPoly, cosPoly);
 }
 
 template <class V>

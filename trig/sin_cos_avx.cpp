@@ -70,7 +70,7 @@ INLINE nuvStatus loop(const Float64* src, int64_t len, Argument argument, Finish
   return loop(
       src, len, [](auto x) INLINED { return magnitude(x); },
       [=](auto x, auto m, int64_t i, int64_t count, bool)
-          INLINED { put(dst + i, flipBySignOf(sineFrom(0, m), x), count); },
+          INLINED { put(dst + i, xorBits(sineFrom(0, m), signOf(x)), count); },
       [=](int64_t i, Float64 y) INLINED { dst[i] = y; });
 }
 
@@ -136,14 +136,9 @@ INLINE bool reduceStretch(const Float64* x, int64_t count, Argument argument, St
 }
 
 INLINE SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
-  const auto row = [&](int lane) INLINED {
-    return reinterpret_cast<const char*>(trigTable512[firstRow]) +
-           (static_cast<uint32_t>(toBits(keys[lane])) & keyMask);
-  };
-  const char *row0 = row(0), *row1 = row(1), *row2 = row(2), *row3 = row(3);
-  const auto cosine = transposeRows(rowAt(row0, 0), rowAt(row1, 0), rowAt(row2, 0), rowAt(row3, 0));
-  const auto sine = transposeRows(rowAt(row0, 16), rowAt(row1, 16), rowAt(row2, 16), rowAt(row3, 16));
-  return {cosine.first, cosine.second, sine.first, sine.second};
+  const auto row =
+      columns<4, Lanes4>(trigTable512[firstRow], [&](int lane) INLINED { return toBits(keys[lane]) & keyMask; });
+  return {row.of[0], row.of[1], row.of[2], row.of[3]};
 }
 
 // One turn finishes a vector and begins the next one. finish(int64_t i, Terms) stores.
@@ -203,18 +198,18 @@ INLINE nuvStatus stretchLoop(const Float64* src, int64_t len, Argument argument,
 constexpr auto sum = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g); };
 constexpr auto sumOfBoth = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.ps + t.g) + t.d2) + t.pc) + t.d1); };
 
-[[gnu::noinline]] nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
   return stretchLoop(
       src, len, [](auto x) INLINED { return magnitude(x); },
       [=](int64_t begin, int64_t count, Stretch& c) INLINED {
         pipeline<0>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED {
-          store(dst + begin + i, flipBySignOf(sum(t), load<Lanes4>(src + begin + i)));
+          store(dst + begin + i, xorBits(sum(t), signOf(load<Lanes4>(src + begin + i))));
         });
       },
       [=](int64_t i, int64_t count) { return sinBlocks(src + i, dst + i, count); });
 }
 
-[[gnu::noinline]] nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
   return stretchLoop(
       src, len, [](auto x) INLINED { return x; },
       [=](int64_t begin, int64_t count, Stretch& c) INLINED {
@@ -223,7 +218,7 @@ constexpr auto sumOfBoth = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.ps 
       [=](int64_t i, int64_t count) { return cosBlocks(src + i, dst + i, count); });
 }
 
-[[gnu::noinline]] nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
+nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   return stretchLoop(
       src, len, [](auto x) INLINED { return x; },
       [=](int64_t begin, int64_t count, Stretch& c) INLINED {

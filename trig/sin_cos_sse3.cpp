@@ -52,8 +52,8 @@ constexpr int quarterOf64 = 16, quarterOf128 = 32;
 // `row` is a row of a table; offsets lead on from it.
 template <class V>
 INLINE Terms<V> expandAt(const Float64* row, BitsOf<V> offsets, V r, V e, V sinPoly, V cosPoly) {
-  const auto front = twoColumns<V>(row, offsets), back = twoColumns<V>(row + 2, offsets);
-  return expand(SplitSine<V>{front.first, back.second, front.second, back.first}, r, e, sinPoly, cosPoly);
+  const auto c = columns<4, V>(row, offsets);
+  return expand(SplitSine<V>{c.of[0], c.of[3], c.of[1], c.of[2]}, r, e, sinPoly, cosPoly);
 }
 
 // The sine of m, a quarter turn further on the cosine.
@@ -133,7 +133,7 @@ INLINE nuvStatus loop(const Float64* src, int64_t len, Fast fast, Special specia
 }
 
 template <int firstRow>
-[[gnu::noinline]] nuvStatus unaryOf64(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus unaryOf64(const Float64* src, Float64* dst, int64_t len) {
   return loop(
       src, len,
       [=](auto x, int64_t i, int64_t count)
@@ -141,7 +141,7 @@ template <int firstRow>
       [=](Float64 x, int64_t i) { return specialLane(firstRow, x, dst + i); });
 }
 
-[[gnu::noinline]] nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
+nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
   return loop(
       src, len,
       [=](auto x, int64_t i, int64_t count) INLINED {

@@ -28,31 +28,13 @@ struct TanChunk {
 constexpr int tanFlaggedHighWord = 0x40ff4000;
 
 // tan(x) for any x.
-nuvStatus tanSpecialLane(Float64 x, Float64* result);
+Element tanSpecialLane(Float64 x);
 
 // The x87 stage: the results of a chunk of `count` elements. The x87 unit has 64-bit significands
 // and rounds to nearest.
 nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, int count);
 
 namespace {
-
-// The sign bits of the lanes, lane 0 lowest.
-INLINE uint64_t signMask(Lanes2 v) { return static_cast<uint64_t>(_mm_movemask_pd(v)); }
-INLINE Lanes2 xorBits(Lanes2 a, Lanes2 b) { return _mm_xor_pd(a, b); }
-#ifdef __AVX__
-INLINE uint64_t signMask(Lanes4 v) { return static_cast<uint64_t>(_mm256_movemask_pd(v)); }
-INLINE Lanes4 xorBits(Lanes4 a, Lanes4 b) { return _mm256_xor_pd(a, b); }
-#endif
-template <class V, int K>
-INLINE uint64_t signMask(Pack<V, K> v) {
-  uint64_t mask = 0;
-  for (int i = 0; i < K; ++i) mask |= signMask(v.part[i]) << (i * laneCount<V>);
-  return mask;
-}
-template <class V, int K>
-INLINE Pack<V, K> xorBits(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) INLINED { return xorBits(a.part[i], b.part[i]); });
-}
 
 template <class V>
 struct TanRemainder {

@@ -12,9 +12,7 @@
 namespace qorvane {
 namespace {
 
-[[gnu::noinline]] nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return tanLoop<Pack<Lanes4, 2>>(src, dst, len);
-}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return tanLoop<Pack<Lanes4, 2>>(src, dst, len); }
 
 }  // namespace
 

@@ -87,12 +87,12 @@ nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, 
 
   int c = paired;
   if (chunk.anyFlagged) [[unlikely]] {
-    takeStatus<Raises::yes>(status, tanSpecialLane(src[c], dst + c));
+    takeElement<Raises::yes>(status, dst + c, tanSpecialLane(src[c]));
     ++c;
   }
   for (; c < count; ++c) {
     if (chunk.anyFlagged && flagged(c))
-      takeStatus<Raises::yes>(status, tanSpecialLane(src[c], dst + c));
+      takeElement<Raises::yes>(status, dst + c, tanSpecialLane(src[c]));
     else
       single(chunk, dst, c);
   }

@@ -37,20 +37,15 @@ constexpr Float64 minusPole2 = fromBits(0x3d32e7b9676733af);  // 6.7164665968574
 
 constexpr uint64_t divisorMask = 0xfffffffffffc0000;  // leaves 35 bits
 
-constexpr Float64 twoTo55 = fromBits(0x4360000000000000), twoToMinus55 = fromBits(0x3c80000000000000);
-
 Float64 masked(Float64 x, uint64_t mask) { return fromBits(toBits(x) & mask); }
 
 }  // namespace
 
-nuvStatus tanSpecialLane(Float64 x, Float64* result) {
+Element tanSpecialLane(Float64 x) {
   const uint32_t magnitude = highWord(x) & 0x7fffffff;
-  if (x == 0) return *result = x, nuvStatusOk;
-  if (magnitude >= 0x7ff00000) {
-    *result = x - x;
-    return (toBits(x) << 1) == (uint64_t{0x7ff00000} << 33) ? nuvStatusOutOfDomain : nuvStatusOk;
-  }
-  if (magnitude < uint32_t{771} << 20) return *result = (twoTo55 * x - x) * twoToMinus55, nuvStatusOk;  // below 2^-252
+  if (x == 0) return {x};
+  if (magnitude >= 0x7ff00000) return {x - x, toBits(x) << 12 == 0 ? nuvStatusOutOfDomain : nuvStatusOk};
+  if (magnitude < uint32_t{771} << 20) return {(0x1p55 * x - x) * 0x1p-55};  // below 2^-252
 
   PiOver2Remainder reduced{x, 0, 0};
   if (magnitude >= 0x40c90000) reduced = reducePiOver2(x);  // from 12800 up
@@ -78,8 +73,7 @@ nuvStatus tanSpecialLane(Float64 x, Float64* result) {
 
   const Float64 value = n - s[14], out = lead - value, error = lead - (value + out);
   const Float64 poleCorrection = (s[18] * reciprocal) * ((1.0 - n * u) - reciprocal * ((w - u) + wlo));
-  *result = out + ((rest + error) - poleCorrection);
-  return nuvStatusOk;
+  return {out + ((rest + error) - poleCorrection)};
 }
 
 }  // namespace qorvane

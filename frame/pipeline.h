@@ -1,0 +1,58 @@
+// Software pipelines, for chains of operations that are longer than the processor looks ahead: it
+// would wait for one vector where it could work on the next ones. A chain is cut into stages, each a
+// lambda of a vector's index that leaves what it makes in variables of its kernel. A turn of the loop
+// makes one stage for each of as many successive vectors, the oldest first: its operands were ready
+// a turn ago. Numbers that live longer than a turn go through memory.
+#pragma once
+#include "frame/loops.h"
+
+namespace qorvane {
+namespace {
+
+// The last stage for the vector at i, the one before it for the next vector, and so on.
+template <int64_t vector, class Stage, class... Later>
+INLINE auto turn(int64_t i, Stage& stage, Later&... later) {
+  if constexpr (sizeof...(later) == 0) {
+    return stage(i);
+  } else {
+    const auto y = turn<vector>(i, later...);
+    stage(i + int64_t{sizeof...(later)} * vector);
+    return y;
+  }
+}
+template <int count, class Stage, class... Later>
+INLINE void firstStages(int64_t i, Stage& stage, Later&... later) {
+  stage(i);
+  if constexpr (count > 1) firstStages<count - 1>(i, later...);
+}
+
+// Vectors of so many elements, up to `count` elements in all. finish(i, y) takes what the last stage
+// gives, at the end of a turn: it stores. Stages but the last run for vectors beyond the end, the
+// first of s for up to s - 1 of them, and must find something to read there.
+template <int64_t vector, class Finish, class... Stages>
+INLINE void pipeline(int64_t count, Finish finish, Stages... stages) {
+  constexpr int fill = sizeof...(stages) - 1;
+  [&]<int... k>(std::integer_sequence<int, k...>) INLINED { (firstStages<fill - k>(k * vector, stages...), ...); }
+  (std::make_integer_sequence<int, fill>{});
+  for (int64_t i = 0; i < count; i += vector) finish(i, turn<vector>(i, stages...));
+}
+
+// Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may take
+// one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status takes
+// the rest and raises its flags.
+template <int64_t longest, int64_t shortest, int64_t unit, class Fast, class Other, class... Pointers>
+INLINE nuvStatus stretchLoop(int64_t len, Fast fast, Other other, Pointers... pointers) {
+  nuvStatus status = nuvStatusOk;
+  for (int64_t count; len > 0; len -= count, ((pointers += count), ...)) {
+    count = len < longest ? len : longest;
+    const int64_t whole = count & ~(unit - 1);
+    if (count >= shortest && fast(whole, pointers...))
+      count = whole;
+    else
+      takeStatus<Raises::no>(status, other(count, pointers...));
+  }
+  return status;
+}
+
+}  // namespace
+}  // namespace qorvane
