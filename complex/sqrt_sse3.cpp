@@ -20,7 +20,7 @@ Complex64 complexSqrt(Float64 x, Float64 y) {
   return finiteRoot<Terms::five>(x, y);
 }
 
-[[gnu::noinline]] nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
   for (int64_t i = 0; i < len; ++i) {
     const Complex64 z = src[i];
     dst[i] = complexSqrt(z.re, z.im);

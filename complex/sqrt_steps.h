@@ -7,23 +7,10 @@
 #pragma once
 #include <immintrin.h>
 
-#include "frame/include/qorvane.h"
-#include "frame/lanes.h"
+#include "complex/pairs.h"
 
 namespace qorvane {
 namespace {
-
-// A number and its upper 26 bits; products of two of the latter are exact.
-constexpr Float64 upperBits = fromBits(0xfffffffff8000000);
-template <class V>
-struct Halves {
-  V upper, rest;
-};
-template <class V>
-INLINE Halves<V> halvesOf(V v) {
-  const V upper = andBits(v, broadcast<V>(upperBits));
-  return {upper, v - upper};
-}
 
 // 1/sqrt(v) to about 2^-10, with 13 significant bits, for positive normal v. The upper word of v makes a number u in
 // [1, 4) of single precision, v = u * 4^k; the result's exponent field is that of v, halved and negated.
