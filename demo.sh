@@ -3,8 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-tools/require_packages.sh g++ cmake libmpfr-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev
+tools/require_packages.sh g++ cmake make
 
-cmake --preset release > /dev/null
-cmake --build build --target qorvane-demo -j2 | grep -E '^\[|error|warning'
-exec build/examples/qorvane-demo examples/data
+cmake -S . -B build-demo -DCMAKE_BUILD_TYPE=Release -DQORVANE_DEVELOPMENT=OFF -DQORVANE_EXAMPLES=ON > /dev/null
+cmake --build build-demo --target qorvane-demo -j2 | grep -E '^\[|error|warning'
+exec build-demo/examples/qorvane-demo examples/data

@@ -1,11 +1,18 @@
 #!/usr/bin/env bash
-# Installs what is missing (Debian packages, as root), builds, and runs every test. Stages: format, release, static, sanitize, clang, fuzz;
-# without an argument all of them.
+# Installs what is missing (Debian packages, as root), builds, and runs every test.
+#   test.sh [STAGE...]      the stages in the given order; all of them without an argument
 set -euo pipefail
 cd "$(dirname "$0")"
 
-tools/require_packages.sh g++ cmake python3 pkg-config binutils libmpfr-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
-  clang-14 clang-format-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox
+all=(format release packaging tidy sanitize clang fuzz)
+stages=("$@")
+[ ${#stages[@]} -gt 0 ] || stages=("${all[@]}")
+for stage in "${stages[@]}"; do
+  [[ " ${all[*]} " == *" $stage "* ]] || { echo "test.sh: no stage $stage; the stages are ${all[*]}" >&2; exit 2; }
+done
+
+tools/require_packages.sh g++ gfortran cmake make python3 python3-mpmath pkg-config binutils libmpfr-dev libmpc-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
+  clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm gnuplot-nox
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
 build() {
@@ -17,6 +24,7 @@ build() {
   cmake --build "$folder" -j2 > "$folder/build.log" 2>&1 || { grep -E -A8 'error|undefined' "$folder/build.log" || cat "$folder/build.log"; exit 1; }
 }
 
+with_clang=(-DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14)
 format() {
   git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format-14 --dry-run --Werror
 }
@@ -24,29 +32,30 @@ release() {
   build release -DCMAKE_BUILD_TYPE=Release
   ctest --test-dir build -j2 --output-on-failure --progress
 }
-static() {
-  build static -DBUILD_SHARED_LIBS=OFF -DQORVANE_DEVELOPMENT=OFF
-  tests/install_test.sh "$PWD/build-static" "$PWD" cc
+packaging() {
+  tests/packaging_test.sh "$PWD/build-packaging" "$PWD"
+}
+tidy() {
+  cmake -S . -B build-clang "${with_clang[@]}" -DQORVANE_WERROR=ON > /dev/null
+  git ls-files '*.cpp' ':!tests/fuzz' | xargs -P2 -n4 clang-tidy-14 -p build-clang --quiet 2> /dev/null
 }
 sanitize() {
   build sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQORVANE_SANITIZE=ON
   ctest --test-dir build-sanitize -j2 --output-on-failure --progress
 }
 clang() {
-  build clang -DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14
+  build clang "${with_clang[@]}"
   ctest --test-dir build-clang -j2 --output-on-failure --progress
 }
 fuzz() {
   build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DQORVANE_FUZZ=ON -DQORVANE_DEVELOPMENT=OFF -DBUILD_SHARED_LIBS=OFF
   local log
   log=$(mktemp -d)
-  printf '%s\n' realUnary realBinary realSplit realScalar | xargs -P2 -I{} sh -c \
-    "./build-fuzz/tests/fuzz/fuzz_{} -max_total_time=\${FUZZ_SECONDS:-30} -max_len=644 -len_control=0 -artifact_prefix=$log/ > $log/{} 2>&1 || { cat $log/{}; exit 255; }"
-  for shape in "$log"/*; do echo "fuzz $(basename "$shape"): $(tail -n 1 "$shape")"; done
+  find build-fuzz/tests/fuzz -name 'fuzz_*' -type f -perm -1 -printf '%f\n' | xargs -P2 -I{} sh -c \
+    "./build-fuzz/tests/fuzz/{} -max_total_time=\${FUZZ_SECONDS:-30} -max_len=1284 -len_control=0 -artifact_prefix=$log/ > $log/{} 2>&1 || { cat $log/{}; exit 255; }"
+  for shape in "$log"/*; do echo "$(basename "$shape"): $(tail -n 1 "$shape")"; done
 }
 
-stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(format release static sanitize clang fuzz)
 for stage in "${stages[@]}"; do
   SECONDS=0
   echo "== $stage"

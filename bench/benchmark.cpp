@@ -19,13 +19,13 @@ void registerAll() {
     const Contestant* function = find(library, workload.stem);
     for (int level = 1; level <= highest; ++level) {
       std::string name = workload.stem;
-      if (*workload.label) name += std::string("[") + workload.label + "]";
+      if (!workload.label.empty()) name += "[" + workload.label + "]";
       auto run = [=](benchmark::State& state) {
         DispatchLevel = level;
-        const Work work = arrays->first(static_cast<int>(state.range(0)));
-        while (state.KeepRunningBatch(100)) function->repeat(work, 100);
+        const Call call = arrays->first(static_cast<int>(state.range(0)));
+        while (state.KeepRunningBatch(100)) function->repeat(call, 100);
         state.counters["element"] = benchmark::Counter(
-            static_cast<double>(work.n), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+            static_cast<double>(call.len), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
       };
       benchmark::internal::Benchmark* entry =
           benchmark::RegisterBenchmark((name + "/level" + std::to_string(level)).c_str(), run);

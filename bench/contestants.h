@@ -4,23 +4,13 @@
 #include <cstdint>
 
 #include "frame/bits.h"
+#include "tools/call.h"
 
 namespace qorvane::bench {
 
-// The arguments and results of one call, whatever the function's shape: it takes what it needs of
-// them.
-struct Work {
-  const double* a;
-  const double* b;
-  double value;
-  double* out;
-  double* outB;
-  int32_t n;
-};
-
 struct Contestant {
   const char* stem;  // the function, as in frame/functions.inc
-  void (*repeat)(const Work& work, int64_t times);
+  void (*repeat)(const Call& call, int64_t times);
 };
 
 struct Team {

@@ -1,6 +1,7 @@
 // The contestants of a row run in turns, a slice at a time, for many rounds; what counts is each
 // one's best slice. Other work on the machine can only make a slice longer, and the turns give
 // every contestant the same share of the quiet moments.
+#include <sched.h>
 #include <unistd.h>
 #include <algorithm>
 #include <chrono>
@@ -21,10 +22,10 @@ struct Runner {
   int64_t times = 1;
   double best = 1e9;  // seconds a call
 
-  double slice(const Work& work) {
+  double slice(const Call& call) {
     if (level > 0) DispatchLevel = level;
     const double start = seconds();
-    contestant->repeat(work, times);
+    contestant->repeat(call, times);
     const double taken = seconds() - start;
     best = std::min(best, taken / static_cast<double>(times));
     return taken;
@@ -43,18 +44,18 @@ double clockGigahertz() {
   return best;
 }
 
-void measureRow(std::vector<Runner>& runners, const Work& work, int rounds, double slice) {
+void measureRow(std::vector<Runner>& runners, const Call& call, int rounds, double slice) {
   for (Runner& runner : runners) {
     runner.times = 1;
     runner.best = 1e9;
-    for (double taken; (taken = runner.slice(work)) < slice;)
+    for (double taken; (taken = runner.slice(call)) < slice;)
       runner.times =
           std::max(runner.times + 1, static_cast<int64_t>(static_cast<double>(runner.times) *
                                                           std::min(10.0, 1.1 * slice / std::max(taken, 1e-9))));
     runner.best = 1e9;
   }
   for (int round = 0; round < rounds; ++round)
-    for (Runner& runner : runners) runner.slice(work);
+    for (Runner& runner : runners) runner.slice(call);
 }
 
 }  // namespace
@@ -83,7 +84,10 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
   constexpr int sweeps = 10;
   const double start = seconds();
   double lastWord = start;
-  for (int sweep = 0; sweep < sweeps; ++sweep) {
+  Disturbance& disturbance = result.disturbance;
+  disturbance.neighbours = neighboursOf(sched_getcpu());
+  for (int sweep = 0; disturbance.quiet < sweeps && sweep < 2 * sweeps; ++sweep) {
+    const ProcessorTime before = timeOf(disturbance.neighbours);
     for (const Workload& workload : chosen) {
       const Arrays arrays(workload);
       std::vector<Runner> runners;
@@ -103,13 +107,14 @@ Measurements measureAll(const std::vector<std::string>& only, const Effort& effo
           if (!isNew) cell->second = std::min(cell->second, time);
         }
         if (const double now = seconds(); now - lastWord > 1) {
-          std::fprintf(stderr, "\r\033[Ksweep %d of %d: %s %s, n = %d; %.0f s", sweep + 1, sweeps, workload.stem,
-                       workload.label, n, now - start);
+          std::fprintf(stderr, "\r\033[Ksweep %d, %d disturbed: %s %s, n = %d; %.0f s", sweep + 1,
+                       disturbance.disturbed, workload.stem, workload.label.c_str(), n, now - start);
           lastWord = now;
         }
       }
       result.clock = std::max(result.clock, clockGigahertz());
     }
+    ++(isDisturbed(before, timeOf(disturbance.neighbours)) ? disturbance.disturbed : disturbance.quiet);
   }
   std::fprintf(stderr, "\n");
   DispatchLevel = highest;

@@ -5,6 +5,7 @@
 #include <tuple>
 #include <vector>
 
+#include "bench/neighbour.h"
 #include "bench/workloads.h"
 
 namespace qorvane::bench {
@@ -20,6 +21,7 @@ struct Measurements {
   std::vector<Row> rows;                 // in the order in which they were measured
   std::map<Row, std::map<std::string, double>> nanoseconds;  // an element
   double clock = 0;                                          // of the core during the run, GHz
+  Disturbance disturbance;
 
   // The time an element, or 0 if it wasn't measured.
   double at(const Row& row, const std::string& contestant) const;
@@ -30,8 +32,8 @@ struct Effort {
   double slice = 50e-6;  // seconds that a contestant runs at a time
 };
 
-// Measures the workloads whose stem is in `only`, or all if it is empty. Says on stderr how far it
-// is.
+// Measures the workloads whose stem is in `only`, or all if it is empty, on the processor where it is. Sweeps that a busy
+// neighbour disturbs are repeated, each once. Says on stderr how far it is.
 Measurements measureAll(const std::vector<std::string>& only, const Effort& effort);
 
 // What the run tells, on stdout: the table, then each bar with its measured ratio.

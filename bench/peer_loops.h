@@ -30,18 +30,20 @@ INLINE void put(double* out, double* outB, Two<V> v) {
 
 // f(V a, V b, V value) -> V or Two<V>
 template <class V, auto f>
-void repeat(const Work& work, int64_t times) {
+void repeat(const Call& call, int64_t times) {
   constexpr int lanes = sizeof(V) / sizeof(double);
-  const V value = V{} + work.value;
+  const V value = V{} + call.value[0];
   for (; times > 0; --times) {
-    const Work w = work;
+    const double *const a = call.in[0], *const b = call.in[1];
+    double *const out = call.out[0], *const outB = call.out[1];
+    const int64_t n = call.len;
     int64_t i = 0;
-    for (; i + lanes <= w.n; i += lanes) put(w.out + i, w.outB + i, f(get<V>(w.a + i), get<V>(w.b + i), value));
-    if (i < w.n) {
-      double a[lanes], b[lanes], out[lanes], outB[lanes] = {};
-      for (int j = 0; j < lanes; ++j) a[j] = w.a[i + j < w.n ? i + j : i], b[j] = w.b[i + j < w.n ? i + j : i];
-      put(out, outB, f(get<V>(a), get<V>(b), value));
-      for (int64_t j = i; j < w.n; ++j) w.out[j] = out[j - i], w.outB[j] = outB[j - i];
+    for (; i + lanes <= n; i += lanes) put(out + i, outB + i, f(get<V>(a + i), get<V>(b + i), value));
+    if (i < n) {
+      double lastA[lanes], lastB[lanes], last[lanes], lastOutB[lanes] = {};
+      for (int j = 0; j < lanes; ++j) lastA[j] = a[i + j < n ? i + j : i], lastB[j] = b[i + j < n ? i + j : i];
+      put(last, lastOutB, f(get<V>(lastA), get<V>(lastB), value));
+      for (int64_t j = i; j < n; ++j) out[j] = last[j - i], outB[j] = lastOutB[j - i];
     }
     keep();
   }

@@ -27,7 +27,8 @@ std::string markdownTable(const Measurements& m) {
   std::ostringstream out;
   char clock[32];
   std::snprintf(clock, sizeof clock, "%.2f", m.clock);
-  out << "Nanoseconds an element, the best of many turns; the core ran at " << clock << " GHz.\n\n| function | n |";
+  out << "Nanoseconds an element, the best of many turns; the core ran at " << clock << " GHz. "
+      << remark(m.disturbance) << "\n\n| function | n |";
   for (const std::string& name : m.contestants) out << ' ' << name << " |";
   out << "\n|---|---:|";
   for (size_t i = 0; i < m.contestants.size(); ++i) out << "---:|";
@@ -86,7 +87,8 @@ bool writeChart(const Measurements& m, const std::string& sourceTree) {
 }  // namespace
 
 void printTable(const Measurements& m) {
-  std::printf("Nanoseconds an element; clock %.2f GHz\n%-22s %7s", m.clock, "function", "n");
+  std::printf("Nanoseconds an element; clock %.2f GHz. %s\n%-22s %7s", m.clock, remark(m.disturbance).c_str(),
+              "function", "n");
   for (const std::string& name : m.contestants) std::printf(" %13s", name.c_str());
   std::printf("\n");
   for (const Row& row : m.rows) {

@@ -5,21 +5,20 @@
 #include <vector>
 
 #include "bench/contestants.h"
+#include "tools/ranges.h"
 
 namespace qorvane::bench {
 
-// A function on a range of arguments.
+// A function on a range of its arguments.
 struct Workload {
   const char* stem;
-  const char* label;  // empty: the function's everyday range
-  struct Range {
-    double low, high;
-    bool logarithmic;  // spread evenly over the exponents
-  } a, b;
+  std::string label;  // the range's name; empty: the function's everyday range
+  const accuracy::Range* range;
+  Signature signature;
 };
 
-// The everyday workloads of the served functions in the order of frame/functions.inc, then the
-// special ones.
+// The everyday workloads of the served functions in the order of frame/functions.inc, then those of
+// ranges that take other paths.
 const std::vector<Workload>& workloads();
 
 constexpr int lengths[] = {1, 8, 100, 1000, 100000};
@@ -30,11 +29,13 @@ constexpr int longest = 100000;
 class Arrays {
  public:
   explicit Arrays(const Workload& workload);
-  Work first(int n) const { return {at(0), at(1), at(1)[0], at(2), at(3), n}; }
+  Call first(int n) const { return {{at(0), at(1)}, {at(2), at(3)}, {scalar[0], scalar[1]}, n, {}, {}}; }
 
  private:
-  double* at(int array) const;
+  double* at(size_t array) const;
+  size_t stride;
   std::unique_ptr<double[]> memory;
+  std::array<double, 2> scalar{};
 };
 
 const Contestant* find(const Team& team, const std::string& stem);

@@ -1,8 +1,20 @@
-# Reads the table of functions: QORVANE_NAMES has the exported names of the served functions, twins included.
+# Reads the table of functions: QORVANE_NAMES has the exported names of the served functions, twins included; QORVANE_SHAPES has their shapes.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS frame/functions.inc)
 file(STRINGS frame/functions.inc rows REGEX "^FUNCTION\\(")
 set(QORVANE_NAMES nuvGetNumThreads nuvSetNumThreads)
 foreach(row IN LISTS rows)
   string(REGEX REPLACE "^FUNCTION\\(([A-Za-z0-9_]+),.*" "nuvs\\1" name "${row}")
   list(APPEND QORVANE_NAMES ${name} ${name}_Idx)
+  string(REGEX REPLACE "^[^,]*,[^,]*, *([A-Za-z]+),.*" "\\1" shape "${row}")
+  list(APPEND QORVANE_SHAPES ${shape})
+endforeach()
+list(REMOVE_DUPLICATES QORVANE_SHAPES)
+
+# What the families' folders tell about their functions, in one file each: tools/all/<kind>.inc below QORVANE_FAMILIES.
+set(QORVANE_FAMILIES ${PROJECT_BINARY_DIR}/families)
+foreach(kind accuracy references)
+  file(GLOB files CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/*/*${kind}.inc)
+  list(TRANSFORM files REPLACE "(.+)" "#include \"\\1\"")
+  list(JOIN files "\n" includes)
+  file(CONFIGURE OUTPUT ${QORVANE_FAMILIES}/tools/all/${kind}.inc CONTENT "@includes@\n" @ONLY)
 endforeach()

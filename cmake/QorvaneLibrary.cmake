@@ -1,35 +1,64 @@
-# The library that users link, and its installation.
+# The libraries that users link: Tarnwell::QorvaneShared, unless BUILD_SHARED_LIBS is OFF, and Tarnwell::QorvaneStatic. Tarnwell::Qorvane is the first of
+# them that there is. Here and in an installed package the names are the same.
 list(JOIN QORVANE_NAMES ";\n    " exported)
 file(CONFIGURE OUTPUT qorvane.map CONTENT "{\n  global:\n    @exported@;\n  local: *;\n};\n" @ONLY)
 
-if(BUILD_SHARED_LIBS)
-  add_library(qorvane SHARED $<TARGET_OBJECTS:qorvane_objects>)
-  target_link_options(qorvane PRIVATE LINKER:--version-script=${CMAKE_CURRENT_BINARY_DIR}/qorvane.map LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack
-                      LINKER:-z,text LINKER:--as-needed)
+add_library(qorvane_static STATIC $<TARGET_OBJECTS:qorvane_objects>)
+set(kinds Static)
+if(NOT DEFINED BUILD_SHARED_LIBS OR BUILD_SHARED_LIBS)
+  list(PREPEND kinds Shared)
+  add_library(qorvane_shared SHARED $<TARGET_OBJECTS:qorvane_objects>)
+  set_target_properties(qorvane_shared PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 1 LINK_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/qorvane.map)
+  # A program that loads a library linked with fast-math options has its FTZ and DAZ set at start.
+  target_link_options(qorvane_shared PRIVATE -O2 -fno-fast-math -fno-unsafe-math-optimizations
+                      LINKER:--version-script=${CMAKE_CURRENT_BINARY_DIR}/qorvane.map LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack LINKER:-z,text
+                      LINKER:--as-needed)
   if(NOT QORVANE_SANITIZE)
-    target_link_options(qorvane PRIVATE LINKER:-z,defs)
-    set_target_properties(qorvane PROPERTIES LINKER_LANGUAGE C)  # the C++ runtime isn't needed
+    target_link_options(qorvane_shared PRIVATE LINKER:-z,defs)
+    set_target_properties(qorvane_shared PROPERTIES LINKER_LANGUAGE C)  # the C++ runtime isn't needed
   endif()
-else()
-  add_library(qorvane STATIC $<TARGET_OBJECTS:qorvane_objects>)
 endif()
-add_library(Tarnwell::Qorvane ALIAS qorvane)
-set_target_properties(qorvane PROPERTIES OUTPUT_NAME Tarnwell.Qorvane EXPORT_NAME Qorvane VERSION ${PROJECT_VERSION} SOVERSION 1
-                      LINK_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/qorvane.map)
-target_include_directories(qorvane INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(qorvane PRIVATE $<BUILD_INTERFACE:${OpenMP_CXX_LIBRARIES}>)
+foreach(kind IN LISTS kinds)
+  string(TOLOWER qorvane_${kind} target)
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME Tarnwell.Qorvane EXPORT_NAME Qorvane${kind})
+  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_link_libraries(${target} PRIVATE "$<BUILD_INTERFACE:${OpenMP_CXX_LIBRARIES}>")
+  add_library(Tarnwell::Qorvane${kind} ALIAS ${target})
+  if(NOT TARGET Tarnwell::Qorvane)
+    add_library(Tarnwell::Qorvane ALIAS ${target})
+  endif()
+endforeach()
 
+if(NOT QORVANE_INSTALL)
+  return()
+endif()
+# Each library has an export file of its own, so that builds of one and of both may be installed in one place, in any order.
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)
+foreach(kind IN LISTS kinds)
+  string(TOLOWER qorvane_${kind} target)
+  install(TARGETS ${target} EXPORT Qorvane${kind} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(EXPORT Qorvane${kind} NAMESPACE Tarnwell:: FILE Qorvane${kind}Targets.cmake DESTINATION ${package_folder})
+endforeach()
 include(CMakePackageConfigHelpers)
-configure_package_config_file(cmake/QorvaneConfig.cmake.in QorvaneConfig.cmake INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)
+configure_package_config_file(cmake/QorvaneConfig.cmake.in QorvaneConfig.cmake INSTALL_DESTINATION ${package_folder})
 write_basic_package_version_file(QorvaneConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfigVersion.cmake DESTINATION ${package_folder})
+install(FILES frame/include/qorvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+# The folders are relative to qorvane.pc, so that an installation may be moved, unless they were given as absolute ones.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  set(pc_prefix ${CMAKE_INSTALL_PREFIX})
+else()
+  file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  string(PREPEND pc_prefix "\${pcfiledir}/")
+endif()
+foreach(folder LIBDIR INCLUDEDIR)
+  set(pc_${folder} ${CMAKE_INSTALL_${folder}})
+  if(NOT IS_ABSOLUTE "${pc_${folder}}")
+    string(PREPEND pc_${folder} "\${prefix}/")
+  endif()
+endforeach()
 list(TRANSFORM OpenMP_CXX_LIB_NAMES PREPEND -l OUTPUT_VARIABLE openmp_libraries)
 list(JOIN openmp_libraries " " OPENMP_LIBS_PRIVATE)
-file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qorvane.pc.in qorvane.pc @ONLY)
-
-install(TARGETS qorvane EXPORT Qorvane LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES frame/include/qorvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(EXPORT Qorvane NAMESPACE Tarnwell:: FILE QorvaneTargets.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfigVersion.cmake
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qorvane.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

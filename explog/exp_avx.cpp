@@ -19,11 +19,11 @@ namespace {
 #include "explog/exp_tables.inc"
 
 constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.332482616893657 = 64 / ln 2
-constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
-constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417: k * ln2By64Hi is exact
-constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);   // 2.5728046223276691e-14: ln 2 / 64 - ln2By64Hi
+constexpr Float64 shifter = 0x1.8p52;
+constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);  // 0.010830424696223417: k * ln2By64Hi is exact
+constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);  // 2.5728046223276691e-14: ln 2 / 64 - ln2By64Hi
 
-// exp(r) = 1 + r + r^2 * (c2 + c3 r + c4 r^2 + c5 r^3)
+// exp(r) = 1 + r + r^2 (c2 + c3 r + c4 r^2 + c5 r^3), |r| <= ln 2 / 128: error 2^-59.3
 constexpr Float64 c5 = fromBits(0x3f8111112d9f549b);  // 0.0083333341644141103
 constexpr Float64 c4 = fromBits(0x3fa555573f218b93);  // 0.041666723686623851
 constexpr Float64 c3 = fromBits(0x3fc555555555653e);  // 0.16666666666677971
@@ -60,8 +60,8 @@ INLINE V core(V x) {
 Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 52); }
 
 [[gnu::noinline, gnu::cold]] Element expSpecialLane(Float64 x) {
-  // The polynomial is of one degree more than the fast path's: 1 + r + r^2 * (p2 + p3 r + ... + p6
-  // r^4).
+  // One degree more than the fast path's:
+  // exp(r) = 1 + r + r^2 (p2 + p3 r + p4 r^2 + p5 r^3 + p6 r^4), |r| <= ln 2 / 128: error 2^-70.1
   constexpr Float64 p6 = fromBits(0x3f56c16a1c2a3ffd);  // 0.0013888870459233254
   constexpr Float64 p5 = fromBits(0x3f8111123aaf20d3);  // 0.0083333419951404971
   constexpr Float64 p4 = fromBits(0x3fa5555555558fcc);  // 0.041666666666770519
@@ -95,10 +95,10 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   // keeps, `rest` what remains of it, with its rounding error.
   const int field = m + 0x43b;
   const Float64 scaledT = t * powerOfTwo(field), scaledHi = powerOfTwo(field) * hi, sum = scaledT + scaledHi;
-  constexpr Float64 down = fromBits(0x3c30000000000000);  // 2^-60
+  constexpr Float64 down = 0x1p-60;
   if (field <= 0x32) return {sum * down, nuvStatusUnderflow};
   const Float64 rest = (scaledHi - sum) + scaledT;
-  const Float64 cut = sum * fromBits(0x41f8000000000000);  // 1.5 * 2^32
+  const Float64 cut = sum * 0x1.8p32;
   const Float64 upper = (sum + cut) - cut, lower = (sum - upper) + rest;
   return {(upper * down) + (lower * down), nuvStatusUnderflow};
 }
@@ -128,13 +128,13 @@ INLINE Lanes4 powerAt(const Float64* keys) {
 constexpr int64_t longestStretch = 1024, shortestStretch = 32;
 INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
   using V = Lanes4;
-  alignas(32) Float64 keys[longestStretch + 20];
+  alignas(32) Float64 keys[longestStretch];
   V x, s, partial, k, r, z, rNext, zNext, q;
   TwoColumns<V> row;
   pipeline<4>(
-      count, [&](int64_t i, V y) INLINED { store(dst + i, y); },
+      count,
       [&](int64_t i) INLINED {
-        x = load<V>(src + (i < count ? i : count - 4));
+        x = load<V>(src + i);
         s = shiftedOf(x);
       },
       [&](int64_t i) INLINED {
@@ -156,7 +156,7 @@ INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
         });
         q = (zNext * (rNext * rNext)) + rNext;
       },
-      [&](int64_t i) INLINED { return (((q * row.first) + row.second) + row.first) * powerAt(keys + i); });
+      [&](int64_t i) INLINED { store(dst + i, (((q * row.first) + row.second) + row.first) * powerAt(keys + i)); });
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {

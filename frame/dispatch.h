@@ -9,10 +9,19 @@ namespace qorvane {
 
 // The signatures of kernels, a name for each shape.
 namespace shapes {
-using realUnary = nuvStatus(const Float64* src, Float64* dst, int32_t len);
-using realBinary = nuvStatus(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
+template <class Element>
+using Unary = nuvStatus(const Element* src, Element* dst, int32_t len);
+template <class Element>
+using Binary = nuvStatus(const Element* srcA, const Element* srcB, Element* dst, int32_t len);
+template <class Element>
+using Scalar = nuvStatus(const Element* src, Element value, Element* dst, int32_t len);
+using realUnary = Unary<Float64>;
+using realBinary = Binary<Float64>;
 using realSplit = nuvStatus(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
-using realScalar = nuvStatus(const Float64* src, Float64 value, Float64* dst, int32_t len);
+using realScalar = Scalar<Float64>;
+using complexUnary = Unary<Complex64>;
+using complexBinary = Binary<Complex64>;
+using complexScalar = Scalar<Complex64>;
 }  // namespace shapes
 
 // A function's kernels for DispatchLevel 0 to 5. Level 0 has the kernel of level 1.
@@ -22,10 +31,8 @@ struct DispatchTable {
 };
 
 // A program is a run of neighbouring levels that one kernel serves. A function's programs are named
-// by the endings of
-// their sources, and so are these lists, which tell the levels that they begin at: with sse3_avx,
-// <stem>Sse3 serves
-// levels 1 to 4 and <stem>Avx level 5.
+// by the endings of their sources, and so are these lists, which tell the levels that they begin
+// at: with sse3_avx, <stem>Sse3 serves levels 1 to 4 and <stem>Avx level 5.
 template <int count>
 struct Programs {
   int firstLevel[count];

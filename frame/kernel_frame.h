@@ -2,8 +2,8 @@
 // in order, run the loop, restore the state. A kernel names its classes in one line:
 //   nuvStatus expAvx(const Float64* src, Float64* dst, int32_t len) { return
 //   runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
-// The loop takes the remaining arguments and the length in 64 bits, and returns the status of the
-// last failing element.
+// The loop takes the remaining arguments and the length in 64 bits, and MXCSR as it was before the
+// loop if it wants it, and returns the status of the last failing element.
 #pragma once
 #include <immintrin.h>
 
@@ -27,8 +27,9 @@ enum class Mode {
   forceToZero,
 };
 
-// The x87 control word: the caller's, or 64-bit significands and round to nearest.
-enum class X87 { asIs, fix };
+// The x87 control word: the caller's, or round to nearest with significands of 64 bits or, fixDouble,
+// of 53.
+enum class X87 { asIs, fix, fixDouble };
 
 constexpr uint32_t modeBits = 0xe040;  // FTZ, rounding control, DAZ
 constexpr uint32_t desiredMode(Mode mode, uint32_t csr) {
@@ -58,6 +59,7 @@ INLINE void writeX87Control(uint16_t word) { asm volatile("fldcw %0" : : "m"(wor
 
 INLINE bool isNull(const void* p) { return p == nullptr; }
 INLINE bool isNull(Float64) { return false; }  // the scalar argument of a shape
+INLINE bool isNull(Complex64) { return false; }
 
 // Arithmetic must not move across a change of the control words: a call that can't be inlined holds
 // it back.
@@ -76,9 +78,9 @@ INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
     return nuvStatusBadLength;
 
   uint16_t savedX87 = 0, wantedX87 = 0;
-  if (x87 == X87::fix) {
+  if (x87 != X87::asIs) {
     savedX87 = readX87Control();
-    wantedX87 = static_cast<uint16_t>((savedX87 & ~0x0f00) | 0x0300);
+    wantedX87 = static_cast<uint16_t>((savedX87 & ~0x0f00) | (x87 == X87::fix ? 0x0300 : 0x0200));
     if (wantedX87 != savedX87) [[unlikely]]
       writeX87Control(wantedX87);
   }
@@ -88,8 +90,13 @@ INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
     wantedMxcsr = desiredMode(mode, savedMxcsr);
     if (wantedMxcsr != savedMxcsr) writeMxcsr(wantedMxcsr);
   }
-  const nuvStatus status = callLoop<loop>(arguments..., int64_t{len});
-  if (x87 == X87::fix && wantedX87 != savedX87) [[unlikely]]
+  const nuvStatus status = [&]() INLINED {
+    if constexpr (mode != Mode::none && requires { loop(arguments..., int64_t{}, uint32_t{}); })
+      return callLoop<loop>(arguments..., int64_t{len}, wantedMxcsr);
+    else
+      return callLoop<loop>(arguments..., int64_t{len});
+  }();
+  if (x87 != X87::asIs && wantedX87 != savedX87) [[unlikely]]
     writeX87Control(savedX87);
   if (mode != Mode::none && wantedMxcsr != savedMxcsr) writeMxcsr(savedMxcsr);
   return status;

@@ -301,8 +301,11 @@ INLINE V select(V mask, V a, V b) {
   if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) INLINED { return select(mask.part[i], a.part[i], b.part[i]); });
 #ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_blendv_pd(b, a, mask);
+  else if constexpr (laneCount<V> == 4) {
+    // g++ makes comparisons and branches of the builtin where it knows the mask to be a whole one.
+    asm("vblendvpd %3, %2, %1, %0" : "=x"(b) : "x"(b), "x"(a), "x"(mask));
+    return b;
+  }
 #endif
   else
     return orBits(andBits(mask, a), withoutBits(b, mask));

@@ -1,71 +1,60 @@
-// The served functions as the tests see them: one row of frame/functions.inc each, callable in one
-// way whatever the shape.
+// The served functions as the tests see them: a row of frame/functions.inc each, with a row of
+// tests/contracts.inc for each of its programs.
 #pragma once
+#include <array>
 #include <cstdint>
-#include <string>
 #include <vector>
 
-#include "frame/include/qorvane.h"
+#include "tools/served.h"
 
 namespace qorvane::test {
 
-enum class Shape { realUnary, realBinary, realSplit, realScalar };
 enum class CheckClass { pointersFirst, lengthFirst };
-enum class StateClass {
-  none,
-  clearMode,
-  clearRounding,
-  forceDown,
-  forceUp,
-  forceToZero,
-  fixX87AndClearMode,
-  fixX87AndClearRounding
-};
-enum class Exception { none, blocksReread, wholeBlocks, groupsOf4 };
+enum class MxcsrClass { none, clearMode, clearRounding, forceDown, forceUp, forceToZero };
+enum class X87Class { none, fixX87, fixX87Double };
+enum class Neighbours { none, blocksReread, wholeBlocks, groupsOf4 };
 
-struct Variant {
+// Sets of statuses.
+constexpr unsigned nothing = 0, overflow = 1, underflow = 2, pole = 4, outOfDomain = 8;
+constexpr unsigned asSet(nuvStatus status) {
+  return status == nuvStatusOverflow      ? overflow
+         : status == nuvStatusUnderflow   ? underflow
+         : status == nuvStatusPole        ? pole
+         : status == nuvStatusOutOfDomain ? outOfDomain
+                                          : nothing;
+}
+
+struct Contract {
+  std::string_view stem, program;
   CheckClass check;
-  StateClass state;
-  bool raisesFlags;
-};
+  MxcsrClass mxcsr;
+  X87Class x87;
+  unsigned gives, raises;
+  Neighbours neighbours;
+  bool usesEstimates;
 
-struct Function {
-  std::string name;
-  Shape shape;
-  Variant levels1To4, level5;
-  Exception exception;
-  void* plain;
-  void* twin;
-
-  const Variant& at(int level) const { return level == 5 ? level5 : levels1To4; }
   // Whether an argument outside the fast range may change the last bit of its neighbours' results,
   // or the sign of their zeros.
-  bool dependsOnBlock(int level) const {
-    return exception == Exception::wholeBlocks || (exception == Exception::groupsOf4 && level < 5);
-  }
-  bool hasSecondInput() const { return shape == Shape::realBinary; }
-  bool hasSecondOutput() const { return shape == Shape::realSplit; }
+  bool dependsOnBlock() const { return neighbours == Neighbours::wholeBlocks || neighbours == Neighbours::groupsOf4; }
+};
 
-  // The arrays that the shape has no place for are not looked at; `value` is the scalar's.
-  nuvStatus operator()(const double* x, const double* y, double value, double* a, double* b, int32_t len) const;
-  // The same through the twin: every array is handed over `shift` elements off, and the offsets
-  // bring it back.
-  nuvStatus throughTwin(const double* x, const double* y, double value, double* a, double* b, int32_t len,
-                        int32_t shift) const;
+struct Function : Served {
+  std::array<Contract, mostPrograms> contracts;
+
+  const Contract& at(int level) const { return contracts[programAt(level)]; }
+  // The number of doubles in `elements` elements.
+  size_t reals(int32_t elements) const { return static_cast<size_t>(elements) * static_cast<size_t>(signature.parts); }
+  nuvStatus operator()(const Call& c) const { return plain(c); }
 };
 
 const std::vector<Function>& functions();
 
-// Whether two results for the same element may stand: the same bits, NaNs being one; where the
-// function depends on blocks, also neighbouring numbers and zeros.
-bool sameResult(const Function& f, double a, double b);
+// The same call for the twin: every array is handed over moved by its offset, in elements, and the
+// offset brings it back. The offsets are those of the inputs, then of the outputs.
+Call forTwin(const Function& f, Call c, const std::array<int32_t, 4>& offsets);
 
-// A seeded mixture that reaches every path of every function: moderate numbers, all exponents, any
-// bit patterns, special values.
-std::vector<double> mixedArguments(uint64_t seed, int count);
-
-// From 1/16 to 16, which no function sends to its rare paths: stretches of them go through the
-// pipelines.
-std::vector<double> ordinaryArguments(uint64_t seed, int count);
+// Whether two results for the same element may stand at this level: the same bits, NaNs being one;
+// where the function depends on blocks, also neighbouring numbers and zeros.
+bool sameResult(const Contract& contract, double a, double b);
 
 }  // namespace qorvane::test

@@ -11,23 +11,12 @@
 
 #include "frame/dispatch.h"
 #include "frame/include/qorvane.h"
+#include "tools/served.h"
 
 namespace qorvane::test {
 
 // Levels 1 up to the one that the load hook chose; level 0 alone where that is 0.
 const std::vector<int>& supportedLevels();
-
-// Sets DispatchLevel for as long as it lives.
-class AtLevel {
- public:
-  explicit AtLevel(int level) : saved(DispatchLevel) { DispatchLevel = level; }
-  AtLevel(const AtLevel&) = delete;
-  AtLevel& operator=(const AtLevel&) = delete;
-  ~AtLevel() { DispatchLevel = saved; }
-
- private:
-  int32_t saved;
-};
 
 inline uint64_t bits(double x) { return std::bit_cast<uint64_t>(x); }
 inline double number(uint64_t pattern) { return std::bit_cast<double>(pattern); }

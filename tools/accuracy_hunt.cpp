@@ -20,7 +20,7 @@ bool larger(const Finding& x, const Finding& y) { return std::fabs(x.error) > st
 template <class Visit>
 void visitBlock(const Function& function, int level, Block& block, Visit visit) {
   evaluate(function, level, block);
-  for (size_t k = 0; k < static_cast<size_t>(function.outputs); ++k)
+  for (size_t k = 0; k < function.outputs(); ++k)
     for (size_t i = 0; i < static_cast<size_t>(block.count); ++i) visit(judgedAt(function, block, i, k));
 }
 
@@ -30,7 +30,12 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
                           const Progress& progress) {
   Random random{seed};
   static Block block;
-  const Distribution &first = range.arguments.first, &second = range.arguments.second;
+  const auto& distributions = range.arguments.reals;
+  const auto inside = [&](const Point& x) {
+    for (size_t r = 0; r < function.reals(); ++r)
+      if (!contains(distributions[r], x[r], r + 1 < function.reals() ? x[r + 1] : 0)) return false;
+    return true;
+  };
   std::vector<Finding> worst;
   int64_t done = 0;
   const auto report = [&] {
@@ -39,7 +44,7 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
   };
 
   while (done < count / 2) {
-    block.count = function.sameSecond ? 128 : blockLength;
+    block.count = blockLengthOf(function);
     draw(function, range, random, block);
     visitBlock(function, level, block, [&](const Finding& finding) {
       if (worst.size() == trails && !larger(finding, worst.front())) return;
@@ -58,18 +63,21 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
     };
     for (Finding& trail : worst) {
       for (int64_t tried = 0; tried < perRound; tried += block.count, report()) {
-        block.count =
-            static_cast<int32_t>(std::min<int64_t>(function.sameSecond ? 128 : blockLength, perRound - tried));
+        block.count = static_cast<int32_t>(std::min<int64_t>(blockLengthOf(function), perRound - tried));
         for (size_t i = 0; i < static_cast<size_t>(block.count); ++i) {
-          const bool newSecond = function.sameSecond ? i == 0 : random.next() & 1;
-          block.b[i] = newSecond             ? neighbour(second, trail.b, window(second) / 2, 0, random)
-                       : function.sameSecond ? block.b[0]
-                                             : trail.b;
-          block.a[i] = neighbour(first, trail.a, window(first) / 2, block.b[i], random);
+          double next = 0;
+          for (size_t r = function.reals(); r-- > 0; next = realAt(function, block, i, r)) {
+            const bool scalar = r >= function.ownReals();
+            if (scalar && i > 0) continue;
+            // All but the first number move half of the time.
+            const bool moves = r == 0 || scalar || random.next() & 1;
+            const uint64_t distance = moves ? window(distributions[r]) / 2 : 0;
+            realAt(function, block, i, r) = neighbour(distributions[r], trail.x[r], distance, next, random);
+          }
         }
         visitBlock(function, level, block, [&](const Finding& finding) {
-          // A new second argument may have left no room for the first one.
-          if (larger(finding, trail) && contains(first, finding.a, finding.b)) trail = finding;
+          // A new number may have left no room for the one before it.
+          if (larger(finding, trail) && inside(finding.x)) trail = finding;
         });
       }
     }

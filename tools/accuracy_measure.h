@@ -16,33 +16,32 @@
 namespace accuracy {
 
 // A row of the table of functions.
-struct Function {
-  std::string_view name, stem;
-  bool sameSecond;  // the second argument is one for a whole call
-  bool hasSecond;
-  int outputs;
-  const void* kernels[6];  // which program a level runs
-  void (*call)(int level, const double* a, const double* b, double* const* outputs, int32_t len);
+struct Function : Served {
   const Reference* reference;
+
+  size_t reals() const { return static_cast<size_t>(signature.realsIn()); }
+  size_t outputs() const { return static_cast<size_t>(signature.realsOut()); }
+  // The numbers from this one on are the scalar's: the same for a whole call.
+  size_t ownReals() const { return static_cast<size_t>(signature.inputs * signature.parts); }
 };
 
-// Every row; stops the program if one has no reference or no range.
+// Every row; stops the program if one has no reference or no range, or a range doesn't fit it.
 const std::vector<Function>& servedFunctions();
-// By stem, or by the exported name without nuvs; null if it isn't served.
+// By stem, or by the exported name with or without nuvs; null if it isn't served.
 const Function* findFunction(std::string_view name);
 
-// Neighbouring levels of this processor that run one program.
+// The levels of this processor that run one program.
 struct LevelGroup {
   int first, last;
 };
 std::vector<LevelGroup> levelGroups(const Function& function);
 std::string text(const LevelGroup& group);
 
-// One result. The error is signed and counts units in the last place of the exact result's binade,
+// One result: of a complex function one of its two components. The error is signed and counts units in the last place of the exact result's binade,
 // 2^-1074 below the normal range.
 struct Finding {
-  double a = 0, b = 0;
-  int output = 0;
+  Point x{};
+  size_t output = 0;
   double result = 0;
   double error = 0;
 };
@@ -59,9 +58,12 @@ double quickError(double result, long double quick, bool& sure);
 // The exact value, to so many digits.
 std::string exactValue(const Function& function, const Finding& finding, int digits);
 
-// Both outputs at one argument, alone (count 1) or in a vector of copies; the one with the larger
+// The numbers of an element in hexadecimal.
+std::string argumentText(const Function& function, const Point& x);
+
+// All outputs at one argument, alone (count 1) or in a vector of copies; the one with the largest
 // error.
-Finding evaluateAt(const Function& function, int level, double a, double b, int32_t count);
+Finding evaluateAt(const Function& function, int level, const Point& x, int32_t count);
 
 struct Measurement {
   int64_t results = 0, correct = 0;
@@ -82,16 +84,19 @@ std::vector<Finding> hunt(const Function& function, int level, const Range& rang
 constexpr int32_t blockLength = 1024;
 struct Block {
   int32_t count;
-  std::array<double, blockLength> a, b, results[2];
-  std::array<long double, blockLength> quick[2];
+  std::array<std::array<double, 2 * blockLength>, 2> in, out;
+  std::array<double, 2> scalar;
+  std::array<std::array<long double, blockLength>, 2> quick;
 };
+// Full blocks, but short ones where a block has one scalar, and where all is judged exactly.
+int32_t blockLengthOf(const Function& function);
 void draw(const Function& function, const Range& range, Random& random, Block& block);
 void evaluate(const Function& function, int level, Block& block);
+// The number r of element i.
+double& realAt(const Function& function, Block& block, size_t i, size_t r);
 // Without its error.
-inline Finding findingAt(const Block& block, size_t i, size_t output) {
-  return {block.a[i], block.b[i], static_cast<int>(output), block.results[output][i], 0};
-}
+Finding findingAt(const Function& function, Block& block, size_t i, size_t output);
 // With the quick error, or the exact one where that isn't sure.
-Finding judgedAt(const Function& function, const Block& block, size_t i, size_t output);
+Finding judgedAt(const Function& function, Block& block, size_t i, size_t output);
 
 }  // namespace accuracy

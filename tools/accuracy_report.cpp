@@ -22,7 +22,7 @@ struct Row {
 double largestBound(const Function& f) {
   double largest = 0;
   for (const Range& range : rangesOf(f.stem))
-    largest = std::max({largest, range.bound1To3, range.bound4, range.bound5});
+    for (const double bound : range.bounds) largest = std::max(largest, bound);
   return largest;
 }
 
@@ -36,7 +36,7 @@ Row measureRow(const Function& f, const LevelGroup& levels, const Range& range, 
   if (largestBound(f) > 0)
     take(hunt(f, levels.first, range, count, seed, [&](int64_t done) { progress(count + done); })[0]);
   for (const WorstArgument& known : worstArguments())
-    if (known.stem == f.stem && known.range == range.name) take(evaluateAt(f, levels.first, known.a, known.b, 1));
+    if (known.stem == f.stem && known.range == range.name) take(evaluateAt(f, levels.first, known.reals, 1));
   return row;
 }
 
@@ -56,9 +56,10 @@ std::string share(const Measurement& m) {
 }
 
 std::string place(const Function& f, const Finding& worst) {
-  char text[100];
   if (worst.error == 0) return "";
-  std::snprintf(text, sizeof text, f.hasSecond ? "`%a`, `%a`" : "`%a`", worst.a, worst.b);
+  std::string text = '`' + argumentText(f, worst.x) + '`';
+  for (size_t comma = 0; (comma = text.find(", ", comma)) != std::string::npos; comma += 4)
+    text.replace(comma, 2, "`, `");
   return text;
 }
 
@@ -68,8 +69,7 @@ void writeRows(std::ostream& out, const Function& f, const Range& range, const s
     // Programs whose figures agree make one row.
     for (; i + 1 < rows.size(); ++i) {
       const Measurement &a = row.measured, &b = rows[i + 1].measured;
-      if (a.correct != b.correct || a.worst.error != b.worst.error ||
-          (a.worst.error != 0 && (a.worst.a != b.worst.a || a.worst.b != b.worst.b)))
+      if (a.correct != b.correct || a.worst.error != b.worst.error || (a.worst.error != 0 && a.worst.x != b.worst.x))
         break;
       row.levels.last = rows[i + 1].levels.last;
     }
@@ -87,18 +87,18 @@ constexpr size_t columns = 160;
 std::vector<double> largestErrors(const Function& f, int level, const Range& range, bool logarithmic, int64_t count,
                                   uint64_t seed) {
   std::vector<double> largest(columns, 0);
-  const Distribution& d = range.arguments.first;
+  const Distribution& d = range.arguments.reals[0];
   const auto axis = [&](double x) { return logarithmic ? std::log(std::fabs(x)) : x; };
   Random random{seed};
   static Block block;
   for (int64_t done = 0; done < count; done += block.count) {
-    block.count = f.sameSecond ? 128 : blockLength;
+    block.count = blockLengthOf(f);
     draw(f, range, random, block);
     evaluate(f, level, block);
-    for (size_t k = 0; k < static_cast<size_t>(f.outputs); ++k) {
+    for (size_t k = 0; k < f.outputs(); ++k) {
       for (size_t i = 0; i < static_cast<size_t>(block.count); ++i) {
         const Finding finding = judgedAt(f, block, i, k);
-        const double part = (axis(finding.a) - axis(d.low)) / (axis(d.high) - axis(d.low));
+        const double part = (axis(finding.x[0]) - axis(d.low)) / (axis(d.high) - axis(d.low));
         double& column = largest[std::min(static_cast<size_t>(part * columns), columns - 1)];
         column = std::max(column, std::fabs(finding.error));
       }
@@ -111,7 +111,7 @@ std::vector<double> largestErrors(const Function& f, int level, const Range& ran
 // below.
 bool plot(const std::string& folder, const Function& f, int64_t count, uint64_t seed) {
   const Range& range = rangesOf(f.stem)[0];
-  const Distribution& d = range.arguments.first;
+  const Distribution& d = range.arguments.reals[0];
   const bool logarithmic = d.kind == Kind::magnitudes || d.kind == Kind::signedMagnitudes;
   std::vector<int> levels = {1};
   if (levelGroups(f).back().last == 5) levels.push_back(5);

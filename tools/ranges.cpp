@@ -4,28 +4,36 @@
 #include <bit>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <numbers>
-
-#if __has_include("tools/hard_trig_arguments.h")
-#include "tools/hard_trig_arguments.h"
-#endif
+#include <vector>
 
 namespace accuracy {
 namespace {
 
-constexpr Range ranges[] = {
-#define RANGE(stem, name, arguments, margin, bound1To3, bound4, bound5) \
-  {#stem, name, arguments, margin, bound1To3, bound4, bound5},
-#include "tools/ranges.inc"
-#undef RANGE
-};
+template <class... Bounds>
+constexpr Range row(std::string_view stem, std::string_view name, const Arguments& arguments, Bounds... bounds) {
+  return {stem, name, arguments, {static_cast<double>(bounds)...}, sizeof...(bounds)};
+}
+constexpr WorstArgument worstRow(std::string_view stem, std::string_view range, auto... patterns) {
+  return {stem, range, {std::bit_cast<double>(static_cast<uint64_t>(patterns))...}};
+}
 
-constexpr WorstArgument worst[] = {
-#define WORST(stem, range, firstLevel, lastLevel, a, b) \
-  {#stem, range, firstLevel, lastLevel, std::bit_cast<double>(uint64_t{a}), std::bit_cast<double>(uint64_t{b})},
-#include "tests/worst_arguments.inc"
-#undef WORST
+// The files of all families.
+#define RANGE(stem, name, arguments, ...) row(#stem, name, arguments, __VA_ARGS__),
+#define WORST(...)
+constexpr Range ranges[] = {
+#include "tools/all/accuracy.inc"
 };
+#undef RANGE
+#undef WORST
+#define RANGE(...)
+#define WORST(stem, range, ...) worstRow(#stem, range, __VA_ARGS__),
+constexpr WorstArgument worst[] = {
+#include "tools/all/accuracy.inc"
+};
+#undef RANGE
+#undef WORST
 
 // Doubles counted in their order, zeros as one.
 int64_t rank(double x) {
@@ -36,26 +44,21 @@ double atRank(int64_t r) { return r >= 0 ? std::bit_cast<double>(r) : -std::bit_
 
 double sign(Random& random) { return random.next() & 1 ? -1.0 : 1.0; }
 
-const std::vector<double>& hardArguments(double low, double high) {
+// Those of a range.
+std::span<const double> hardArgumentsIn(double low, double high) {
   thread_local std::vector<double> found;
   thread_local double foundLow = 0, foundHigh = 0;
   if (foundLow != low || foundHigh != high) {
     found.clear();
-#if __has_include("tools/hard_trig_arguments.h")
-    for (const double x : tables::hardTrigArguments())
-      if (std::fabs(x) >= low && std::fabs(x) <= high) found.push_back(std::fabs(x));
-#else
-    if (high > 0x1p800)
-      found.push_back(std::ldexp(6381956970095103.0, 797));
-    else
-      found.push_back(std::numbers::pi / 2);
-#endif
+    for (const double x : hardArguments)
+      if (x >= low && x <= high) found.push_back(x);
     foundLow = low, foundHigh = high;
   }
+  if (found.empty()) std::fputs("ranges.cpp: no hard arguments were provided\n", stderr), std::abort();
   return found;
 }
 
-double draw(const Distribution& d, double second, Random& random) {
+double draw(const Distribution& d, double next, Random& random) {
   switch (d.kind) {
     case Kind::none: return 0;
     case Kind::uniform: return d.low + (d.high - d.low) * random.unit();
@@ -74,16 +77,22 @@ double draw(const Distribution& d, double second, Random& random) {
       return static_cast<double>(sign(random) * (multiple * step + sign(random) * std::exp2(-2 - 58 * random.unit())));
     }
     case Kind::hardForReduction: {
-      const std::vector<double>& all = hardArguments(d.low, d.high);
+      const std::span<const double> all = hardArgumentsIn(d.low, d.high);
       const double x = all[random.below(all.size())];
       return sign(random) * (random.next() % 4 != 0 ? x : atRank(rank(x) - 4 + static_cast<int64_t>(random.below(9))));
     }
-    case Kind::powerOfTwo: return std::exp2((d.low + (d.high - d.low) * random.unit()) / second);
+    case Kind::powerOfTwo: return std::exp2((d.low + (d.high - d.low) * random.unit()) / next);
+    case Kind::nearUnitCircle: {
+      const double distance = sign(random) * std::exp2(d.low + (d.high - d.low) * random.unit());
+      return sign(random) * std::sqrt(std::fma(-next, next, 1.0)) * (1 + distance);
+    }
   }
   return 0;
 }
 
 }  // namespace
+
+std::span<const double> hardArguments;
 
 std::span<const WorstArgument> worstArguments() { return worst; }
 
@@ -112,17 +121,20 @@ std::string describe(const Arguments& arguments) {
       case Kind::nearMultiplesOfPiOver4: format = "±%s near multiples of π/4, from %s to %s"; break;
       case Kind::hardForReduction: format = "±%s nearest to multiples of π/2 at every exponent, from %s to %s"; break;
       case Kind::powerOfTwo: format = "%s^y from 2^(%s) to 2^(%s)"; break;
+      case Kind::nearUnitCircle: format = "%s beside the unit circle, by 2^(%s) to 2^(%s) of it"; break;
     }
     char out[200];
     std::snprintf(out, sizeof out, format, name, low.c_str(), high.c_str());
     return std::string(out);
   };
-  std::string text = one(arguments.first, "x");
-  if (arguments.second.kind != Kind::none) text.append("; ").append(one(arguments.second, "y"));
+  constexpr const char* names[][mostReals] = {{"x"}, {"x", "y"}, {}, {"re x", "im x", "re y", "im y"}};
+  std::string text;
+  for (size_t i = 0; i < arguments.count; ++i)
+    text.append(i > 0 ? "; " : "").append(one(arguments.reals[i], names[arguments.count - 1][i]));
   return text;
 }
 
-bool contains(const Distribution& d, double x, double second) {
+bool contains(const Distribution& d, double x, double next) {
   switch (d.kind) {
     case Kind::none: return true;
     case Kind::uniform:
@@ -133,8 +145,12 @@ bool contains(const Distribution& d, double x, double second) {
     case Kind::nearMultiplesOfPiOver4:
     case Kind::hardForReduction: return std::fabs(x) >= d.low && std::fabs(x) <= d.high;
     case Kind::powerOfTwo: {
-      const double t = second * std::log2(x);
+      const double t = next * std::log2(x);
       return x > 0 && t >= d.low && t <= d.high;
+    }
+    case Kind::nearUnitCircle: {
+      const double t = std::log2(std::fabs(std::fabs(x) / std::sqrt(std::fma(-next, next, 1.0)) - 1));
+      return t <= d.high;
     }
   }
   return false;
@@ -145,7 +161,8 @@ uint64_t width(const Distribution& d) {
     case Kind::none:
     case Kind::whole: return 0;
     case Kind::hardForReduction: return 16;
-    case Kind::powerOfTwo: return uint64_t{1} << 52;
+    case Kind::powerOfTwo:
+    case Kind::nearUnitCircle: return uint64_t{1} << 52;
     default: return static_cast<uint64_t>(rank(d.high)) - static_cast<uint64_t>(rank(d.low)) + 1;
   }
 }
@@ -156,21 +173,25 @@ std::span<const Range> rangesOf(std::string_view stem) {
   return {first, last};
 }
 
-void drawArguments(const Range& range, Random& random, std::span<double> a, std::span<double> b, bool sameSecond) {
-  const auto& [first, second] = range.arguments;
-  double one = 0;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (i == 0 || !sameSecond) one = draw(second, 0, random);
-    b[i] = one;
-    a[i] = draw(first, one, random);
+void drawArguments(const Range& range, const Signature& signature, Random& random, size_t count,
+                   const std::array<double*, 2>& in, double* scalar) {
+  const auto parts = static_cast<size_t>(signature.parts), own = static_cast<size_t>(signature.inputs) * parts,
+             all = static_cast<size_t>(signature.realsIn());
+  for (size_t i = 0; i < count; ++i) {
+    double next = 0;
+    for (size_t r = all; r-- > 0;) {
+      double& place = r < own ? in[r / parts][i * parts + r % parts] : scalar[r - own];
+      if (r < own || i == 0) place = draw(range.arguments.reals[r], next, random);
+      next = place;
+    }
   }
 }
 
-double neighbour(const Distribution& d, double x, uint64_t distance, double second, Random& random) {
+double neighbour(const Distribution& d, double x, uint64_t distance, double next, Random& random) {
   if (d.kind == Kind::none || distance == 0) return x;
   const double y =
       atRank(rank(x) - static_cast<int64_t>(distance) + static_cast<int64_t>(random.below(2 * distance + 1)));
-  return contains(d, y, second) ? y : x;
+  return contains(d, y, next) ? y : x;
 }
 
 }  // namespace accuracy

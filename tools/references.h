@@ -1,6 +1,11 @@
-// The right values of the library's functions, by stem: exact ones from MPFR, and nearly exact ones
-// in extended precision, which are quick.
+// The right values of the library's functions, by stem: exact ones from MPFR and MPC, and nearly
+// exact ones in extended precision, which are quick. The families' rows are in
+// <family>/references.inc:
+//   {"stem", exact, quick},   or   {"stem", exact, nullptr, Unit::ofTheLarger},
+// with the numbers of an element in the order of Arguments in tools/ranges.h, and the results in
+// the order of the outputs, of a complex one the real part first.
 #pragma once
+#include <mpc.h>
 #include <mpfr.h>
 
 #include <string_view>
@@ -15,13 +20,52 @@ constexpr mpfr_prec_t exactBits = 160;
 // precision has 11 bits more, so this is 8 of its own units.
 constexpr double quickErrorBound = 0.004;
 
+using Exact = mpfr_t*;
+using Inputs = const mpfr_t*;
+using Quick = long double*;
+using QuickInputs = const long double*;
+constexpr mpfr_rnd_t nearest = MPFR_RNDN;
+
+// What the errors of a complex function's components are counted in: each one's own unit in the last
+// place or, where a component that cancels can't be exact to its own, that of the larger one.
+enum class Unit { own, ofTheLarger };
+
 struct Reference {
   std::string_view stem;
-  void (*exact)(mpfr_t* results, mpfr_srcptr a, mpfr_srcptr b);       // as many results as the function has outputs
-  void (*quick)(long double* results, long double a, long double b);  // the same, within quickErrorBound
+  void (*exact)(Exact results, Inputs x);
+  void (*quick)(Quick results, QuickInputs x);  // the same, within quickErrorBound; null: all is judged by `exact`
+  Unit unit = Unit::own;
 };
+
+// A complex function of MPC, of one complex number or of two.
+template <int (*function)(mpc_ptr, mpc_srcptr, mpc_rnd_t)>
+void complexExact(Exact r, Inputs x) {
+  mpc_t z;
+  mpc_init2(z, exactBits);
+  mpc_set_fr_fr(z, x[0], x[1], MPC_RNDNN);
+  function(z, z, MPC_RNDNN);
+  mpfr_set(r[0], mpc_realref(z), nearest);
+  mpfr_set(r[1], mpc_imagref(z), nearest);
+  mpc_clear(z);
+}
+template <int (*function)(mpc_ptr, mpc_srcptr, mpc_srcptr, mpc_rnd_t)>
+void complexExact(Exact r, Inputs x) {
+  mpc_t a, b;
+  mpc_init2(a, exactBits);
+  mpc_init2(b, exactBits);
+  mpc_set_fr_fr(a, x[0], x[1], MPC_RNDNN);
+  mpc_set_fr_fr(b, x[2], x[3], MPC_RNDNN);
+  function(a, a, b, MPC_RNDNN);
+  mpfr_set(r[0], mpc_realref(a), nearest);
+  mpfr_set(r[1], mpc_imagref(a), nearest);
+  mpc_clear(a);
+  mpc_clear(b);
+}
 
 // Null if the function has none.
 const Reference* findReference(std::string_view stem);
+
+// Computes what Kind::hardForReduction draws from, once.
+void provideHardArguments();
 
 }  // namespace accuracy
