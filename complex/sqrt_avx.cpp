@@ -4,7 +4,7 @@
 namespace qorvane {
 
 nuvStatus complexSqrtAvx(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fixDouble>(len, src, dst);
 }
 
 }  // namespace qorvane
