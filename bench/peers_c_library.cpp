@@ -4,8 +4,28 @@
 
 #include "bench/peer_loops.h"
 
+// <complex.h> is another header in C++.
+using ComplexDouble = _Complex double;
+extern "C" {
+ComplexDouble cexp(ComplexDouble), csin(ComplexDouble), ccos(ComplexDouble), ctan(ComplexDouble);
+ComplexDouble csinh(ComplexDouble), ccosh(ComplexDouble), ctanh(ComplexDouble);
+}
+
 namespace qorvane::bench {
 namespace {
+
+template <ComplexDouble f(ComplexDouble)>
+void repeatComplex(const Call& call, int64_t times) {
+  for (; times > 0; --times) {
+    for (int64_t i = 0; i < call.len; ++i) {
+      ComplexDouble z;
+      __builtin_memcpy(&z, call.in[0] + 2 * i, sizeof z);
+      z = f(z);
+      __builtin_memcpy(call.out[0] + 2 * i, &z, sizeof z);
+    }
+    keep();
+  }
+}
 
 using V = double;
 #define CALL(stem, result)                                                                      \
@@ -59,6 +79,13 @@ constexpr Contestant contestants[] = {
     CALL(rint, rint(a)),
     CALL(nearbyInt, nearbyint(a)),
     CALL(modf, parts(a)),
+    {"complexExp", repeatComplex<cexp>},
+    {"complexSin", repeatComplex<csin>},
+    {"complexCos", repeatComplex<ccos>},
+    {"complexTan", repeatComplex<ctan>},
+    {"complexSinh", repeatComplex<csinh>},
+    {"complexCosh", repeatComplex<ccosh>},
+    {"complexTanh", repeatComplex<ctanh>},
 };
 
 }  // namespace

@@ -1,0 +1,15 @@
+// cosh z, all levels: complex/cosh.h for each element.
+#include "complex/cosh.h"
+
+namespace qorvane {
+namespace {
+
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexCosh>(src, dst, len); }
+
+}  // namespace
+
+nuvStatus complexCoshSse3(const Complex64* src, Complex64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fix>(len, src, dst);
+}
+
+}  // namespace qorvane

@@ -1,0 +1,15 @@
+// sinh z, all levels: complex/sinh.h for each element.
+#include "complex/sinh.h"
+
+namespace qorvane {
+namespace {
+
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexSinh>(src, dst, len); }
+
+}  // namespace
+
+nuvStatus complexSinhSse3(const Complex64* src, Complex64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fix>(len, src, dst);
+}
+
+}  // namespace qorvane
