@@ -177,8 +177,7 @@ INLINE Parts<Block> logarithm(Parts<Block> z) {
     isOutside[i] = outside(saved[i].re) || outside(saved[i].im);
     if (!isOutside[i]) z[i] = saved[i];
   }
-  const Parts<Block> result = logarithm(loadParts<Block>(z));
-  storeParts(z, result.re, result.im);
+  storeParts(z, logarithm(loadParts<Block>(z)));
   for (int64_t i = 0; i < count; ++i) dst[i] = isOutside[i] ? complexLn(saved[i]) : z[i];
 }
 
@@ -190,8 +189,7 @@ nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
       incompleteBlock(src + i, dst + i, 8);
       continue;
     }
-    const Parts<Block> result = logarithm(z);
-    storeParts(dst + i, result.re, result.im);
+    storeParts(dst + i, logarithm(z));
   }
   if (i < len) incompleteBlock(src + i, dst + i, len - i);
   return nuvStatusOk;
