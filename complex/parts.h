@@ -3,6 +3,7 @@
 // Four lanes of a 256-bit register hold the elements 0, 2, 1, 3: loading and storing then take one
 // step a register. What matters element by element goes through memory.
 #pragma once
+#include "frame/include/qorvane.h"
 #include "frame/words.h"
 
 namespace qorvane {

@@ -1,0 +1,199 @@
+// ln(x + iy) by blocks, every level: the program that ln_sse3.cpp and ln_avx.cpp compile for their registers.
+//
+// Method: with M = max(|x|, |y|), m = min(|x|, |y|) the real part is ln(N)/2 for N = M^2 + m^2 = 2^n * (1 + j/64 + ...),
+// where the squares are exact as pairs of doubles; a table row has a short reciprocal C of 1 + j/64 and -ln C, and
+// ln(1 + r) for r = N * 2^-n * C - 1, |r| < 2^-6.9, is a polynomial. Where N is within 1/16 of 1, N - 1 comes from
+// the seven exact terms of M^2 + m^2 - 1, added twice over, so that it keeps its relative accuracy on the unit circle.
+// The imaginary part is the angle of a table of five and the arc tangent of the ratio to it.
+//
+// Elements with a part outside 2^-500 to 2^500, zeros, infinities and NaNs among them, go to complexLn.
+//
+// Modes: rounds to nearest, without FTZ; DAZ is the caller's.
+#pragma once
+#include "complex/ln.h"
+#include "complex/pairs.h"
+#include "frame/kernel_frame.h"
+
+namespace qorvane {
+namespace {
+
+#include "complex/complex_ln_tables.inc"
+
+// ln(1 + r) - r over r^2: degrees 2 to 9 of the logarithm, and 2 to 8 where N - 1 is known by itself.
+constexpr Float64 general[] = {
+    fromBits(0xbfe0000000000008),  // -0.50000000000000089
+    fromBits(0x3fd5555555555584),  // 0.33333333333333592
+    fromBits(0xbfcffffffffd7e87),  // -0.24999999999544206
+    fromBits(0x3fc9999999955b1d),  // 0.19999999999228005
+    fromBits(0xbfc555556314a98e),  // -0.16666667306828881
+    fromBits(0x3fc24924a446d630),  // 0.1428571512348511
+    fromBits(0xbfbfffc27495ce53),  // -0.12499633165662631
+    fromBits(0x3fbc71826ba0ddf7),  // 0.1111070168270699
+};
+constexpr Float64 near1[] = {
+    fromBits(0xbfe0000000000000),  // -0.5
+    fromBits(0x3fd5555555555613),  // 0.33333333333334386
+    fromBits(0xbfd0000000000262),  // -0.25000000000003386
+    fromBits(0x3fc9999997b36c81),  // 0.19999999911565072
+    fromBits(0xbfc555555228b38f),  // -0.16666666518849779
+    fromBits(0x3fc249c02481059d),  // 0.14287568838521461
+    fromBits(0xbfc000b405a2836d),  // -0.1250214602960357
+};
+// atan(q) - q over q^3, in q^2.
+constexpr Float64 angle[] = {
+    fromBits(0xbfd5555555555552),  // -0.33333333333333315
+    fromBits(0x3fc9999999998f43),  // 0.19999999999992654
+    fromBits(0xbfc2492492441a21),  // -0.14285714284797371
+    fromBits(0x3fbc71c719f99f96),  // 0.11111111053617004
+    fromBits(0xbfb745d119677a4f),  // -0.09090906973094913
+    fromBits(0x3fb3b132b731e73a),  // 0.07692257854969578
+    fromBits(0xbfb1108d326c68ed),  // -0.066658806620043712
+    fromBits(0x3fae12f1edf7c393),  // 0.058738289164359213
+    fromBits(0xbfaa9e755ca13d23),  // -0.051990191991189393
+    fromBits(0x3fa6ad5558fe19c9),  // 0.044291178811409156
+    fromBits(0xbfa04cd71f92185e),  // -0.031836245158999729
+    fromBits(0x3f8be4fbe6733718),  // 0.013620346040990536
+};
+constexpr Float64 piHigh = fromBits(0x400921fb54442d18), piLow = fromBits(0x3ca1a64000000000);  // 3.1415926535897931
+
+// c[first] + c[first + step] z + ..., the highest first.
+template <int first, int step, int count, class V>
+INLINE V chain(const Float64 (&c)[count], V z) {
+  constexpr int last = first + (count - 1 - first) / step * step;
+  V sum = broadcast<V>(c[last]);
+#pragma GCC unroll 16
+  for (int i = last - step; i >= first; i -= step) sum = sum * z + c[i];
+  return sum;
+}
+
+// M^2 + m^2 - 1 for M and m near the unit circle. All seven terms are exact.
+template <class V>
+INLINE Sum<V> lessOne(V M, V m) {
+  const auto [Mh, Ml] = nearestHalves(M);
+  const auto [mh, ml] = nearestHalves(m);
+  const V terms[] = {ml * ml, Ml * Ml, 2.0 * mh * ml, 2.0 * Mh * Ml, mh * mh, broadcast<V>(-1.0), Mh * Mh};
+  V sum = terms[0], lost[6];
+#pragma GCC unroll 6
+  for (int i = 0; i < 6; ++i) {
+    const Sum<V> s = exactSum(sum, terms[i + 1]);
+    sum = s.high, lost[i] = s.low;
+  }
+  V rest = lost[0], lostAgain = broadcast<V>(0.0);
+#pragma GCC unroll 5
+  for (int i = 1; i < 6; ++i) {
+    const Sum<V> s = exactSum(rest, lost[i]);
+    rest = s.high, lostAgain = lostAgain + s.low;
+  }
+  const Sum<V> s = exactSum(sum, rest);
+  return {s.high, s.low + lostAgain};
+}
+
+// ln(M^2 + m^2)/2
+template <class V>
+INLINE V halfLog(V M, V m) {
+  // By an even power of 2 to M in [1/2, 2). What doesn't count any more is dropped.
+  const auto evenExponents = highWords(M) & 0x7fe00000;
+  const V scale = fromHighWords<V>(0x7fd00000 - evenExponents);
+  const V relevant = withoutBits(m, lessLanes(m, M * 0x1p-100));
+  const auto [Mh, Ml] = halvesOf(M * scale);
+  const auto [mh, ml] = halvesOf(relevant * scale);
+  const Sum<V> p = fastSum(Mh * Mh, mh * mh);
+  const Sum<V> n = fastSum(p.high, (Ml * Ml + 2.0 * Mh * Ml) + (ml * ml + 2.0 * mh * ml));
+  const V nLow = n.low + p.low;
+
+  const auto words = highWords(n.high), exponents = words & 0x7ff00000;
+  const auto row = columns<4, V>(complexLnTable, (((words & 0xfffff) + 0x2000) >> 14) << 5);
+  const V c = row.of[0], down = fromHighWords<V>(0x7fe00000 - exponents);
+  const Halves<V> significand = halvesOf(n.high * down);
+  V t = significand.upper * c - 1.0, u = (significand.rest + nLow * down) * c;
+
+  const V squared = M * M - 1.0;
+  const V isNear = andBits(andBits(lessLanes(broadcast<V>(fromBits(0x3fe5e8add236a58f)), M),   // 0.6846...
+                                   lessLanes(M, broadcast<V>(fromBits(0x3ff07e0f66afed08)))),  // up to 1.0308...
+                           lessLanes(magnitude(squared + m * m), broadcast<V>(fromBits(0x3fb0000000000001))));
+  V r = t + u, r2 = r * r, tail = chain<1, 2>(general, r2) * r + chain<0, 2>(general, r2);
+  if (signMask(isNear) != 0) [[unlikely]] {
+    const Sum<V> d = lessOne(M, m);
+    const Halves<V> dh = halvesOf(d.high);
+    const V scaled = c * down;
+    t = select(isNear, (scaled - 1.0) + scaled * dh.upper, t);
+    u = select(isNear, scaled * (dh.rest + d.low), u);
+    r = t + u, r2 = r * r;
+    tail = select(isNear, chain<1, 2>(near1, r2) * r + chain<0, 2>(near1, r2), tail);
+  }
+  const V exponent = numbersOf<V>(((exponents - 0x3ff00000) >> 20) + ((evenExponents - 0x3fe00000) >> 19));
+  const V base = exponent * complexLnTable[64][1] + row.of[1];  // exact
+  const Sum<V> s = fastSum(base, t);
+  return 0.5 * (s.high + (s.low + (u + (r2 * tail + (exponent * complexLnTable[64][2] + row.of[2])))));
+}
+
+// The angle of x + iy, from -pi to pi, for a = |x|, b = |y|.
+template <class V>
+INLINE V angleOf(V x, V y, V a, V b) {
+  const auto beyond = [&](Float64 t) INLINED { return lessLanes(a * t, b); };
+  const V over1 = beyond(0.4375), over2 = beyond(0.6875), over3 = beyond(1.1875), over4 = beyond(2.4375);
+  const auto pick = [&](Float64 v0, Float64 v1, Float64 v2, Float64 v3, Float64 v4) INLINED {
+    const V low = select(over2, select(over3, broadcast<V>(v3), broadcast<V>(v2)), broadcast<V>(v1));
+    return select(over4, broadcast<V>(v4), select(over1, low, broadcast<V>(v0)));
+  };
+  const auto& angles = complexLnAngles;
+  const V toOne = pick(0, 0.5, 1, 1, 1), half = andBits(withoutBits(over3, over4), broadcast<V>(0.5)), v = toOne + half;
+  const V high = pick(0, angles[1][0], angles[2][0], angles[3][0], angles[4][0]);
+  const V low = pick(0, angles[1][1], angles[2][1], angles[3][1], angles[4][1]);
+  // 3/2 in two steps, of which the first is exact.
+  const V numerator = (withoutBits(b, over4) - toOne * a) - half * a, denominator = withoutBits(a, over4) + v * b;
+  const V q = numerator / denominator;
+  // What the rounding of q lost matters where the arc tangent is the whole angle.
+  const auto [qh, ql] = halvesOf(q);
+  const auto [dh, dl] = halvesOf(denominator);
+  const V lost = (((numerator - qh * dh) - qh * dl) - ql * dh) - ql * dl;
+  const V s = q * q, s2 = s * s, tail = chain<1, 2>(angle, s2) * s + chain<0, 2>(angle, s2);
+  const Sum<V> sum = fastSum(high, q + (low + (lost / denominator + (q * s) * tail)));
+  const Sum<V> other = fastSum(broadcast<V>(piHigh), 0.0 - sum.high);
+  const V left = other.high + (other.low + (piLow - sum.low));
+  return orBits(select(lessLanes(x, broadcast<V>(0.0)), left, sum.high), signOf(y));
+}
+
+constexpr int lowestWord = 0x20b00000, highestWord = 0x5f2fffff;  // 2^-500 up to, but not including, 2^500
+template <class V>
+INLINE auto outside(V v) {
+  const auto h = highWords(v) & 0x7fffffff;
+  return (lowestWord > h) | (h > highestWord);
+}
+
+INLINE Parts<Block> logarithm(Parts<Block> z) {
+  const Block a = magnitude(z.re), b = magnitude(z.im), less = lessLanes(a, b);
+  return {halfLog(select(less, b, a), select(less, a, b)), angleOf(z.re, z.im, a, b)};
+}
+
+// Up to eight elements, among them such as the vectors aren't made for: these count as 1 + i there.
+[[gnu::noinline]] void incompleteBlock(const Complex64* src, Complex64* dst, int64_t count) {
+  Complex64 z[8], saved[8];
+  bool isOutside[8] = {};
+  for (int64_t i = 0; i < 8; ++i) {
+    z[i] = {1.0, 1.0};
+    if (i >= count) continue;
+    saved[i] = src[i];
+    isOutside[i] = outside(saved[i].re) || outside(saved[i].im);
+    if (!isOutside[i]) z[i] = saved[i];
+  }
+  storeParts(z, logarithm(loadParts<Block>(z)));
+  for (int64_t i = 0; i < count; ++i) dst[i] = isOutside[i] ? complexLn(saved[i]) : z[i];
+}
+
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
+  int64_t i = 0;
+  for (; i + 8 <= len; i += 8) {
+    const Parts<Block> z = loadParts<Block>(src + i);
+    if (any(outside(z.re) | outside(z.im))) [[unlikely]] {
+      incompleteBlock(src + i, dst + i, 8);
+      continue;
+    }
+    storeParts(dst + i, logarithm(z));
+  }
+  if (i < len) incompleteBlock(src + i, dst + i, len - i);
+  return nuvStatusOk;
+}
+
+}  // namespace
+}  // namespace qorvane

@@ -1,0 +1,10 @@
+// The square root of x + iy, level 5: complex/sqrt_blocks.h with this level's registers.
+#include "complex/sqrt_blocks.h"
+
+namespace qorvane {
+
+nuvStatus complexSqrtAvx(const Complex64* src, Complex64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fixDouble>(len, src, dst);
+}
+
+}  // namespace qorvane
