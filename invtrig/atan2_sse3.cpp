@@ -37,7 +37,8 @@ constexpr auto intervalOf = [](auto a, auto b) INLINED {
 
 template <class V>
 INLINE bool isFlagged(V y, V x) {
-  return any(outsideQuotients(highWords(magnitude(y))) | outsideQuotients(highWords(magnitude(x))));
+  const auto ofY = outsideQuotients(highWords(magnitude(y))), ofX = outsideQuotients(highWords(magnitude(x)));
+  return any(ofY | ofX);
 }
 
 // A group of four with a flagged element goes through atan2SpecialLane whole.
