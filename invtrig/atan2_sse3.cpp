@@ -18,7 +18,6 @@ namespace {
 #include "invtrig/atan_tables.inc"
 
 // Mask of a > b.
-INLINE int above(int a, int b) { return -static_cast<int>(a > b); }
 INLINE Words4 above(Words4 a, Words4 b) { return a > b; }
 template <int K>
 INLINE Pack<Words4, K> above(Pack<Words4, K> a, Pack<Words4, K> b) {
