@@ -10,7 +10,7 @@ namespace {
 INLINE Sum shortOddSeries(const Argument& a, const Constant& c3, const Constant& c5, const Constant& c7,
                           const Constant& c9) {
   const Extended80 x = a.x, t = x * x;
-  if (a.key >= keyFrom(0x3ff3)) return {x, (((c9 * t + c7) * (t * t)) + (c5 * t + c3) * t) * x};
+  if (a.key >= keyFrom(0x3ff3)) return {x, (((c9 * t + c7) * (t * t) + (c5 * t + c3)) * t) * x};
   if (a.key >= keyFrom(0x3fed)) return {x, (t * (c5 * t + c3)) * x};
   return {x, ((c3 * x) * x) * x};
 }
