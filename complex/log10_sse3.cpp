@@ -8,7 +8,7 @@
 namespace qorvane {
 namespace {
 
-constexpr Constant log10OfE = extended(0x3ffd, 0xde5bd8a937287195);    // 0.434294481903251828 = log10 e
+constexpr Constant log10OfE = extended(0x3ffd, 0xde5bd8a937287195);     // 0.434294481903251828 = log10 e
 constexpr Constant quarterTurn = extended(0x3ffe, 0xaea3e26597dd0587);  // 0.682188176920920674 = pi/2 log10 e
 
 [[gnu::noinline, gnu::cold]] Complex64 complexLog10Rare(Float64 x, Float64 y) {

@@ -111,11 +111,15 @@ TEST(ExtendedInverse, ErrorsStayWithinTheirBounds) {
     std::mt19937_64 random(1);
     Worst worst;
     const int count = perBinade();
-    for (Extended80 low = std::ldexp(1.0L, std::ilogb(row.from)); low < row.to; low *= low < 0x1p-1080L || low > 0x1p1080L ? 0x1p97L : 2.0L)
+    for (Extended80 low = std::ldexp(1.0L, std::ilogb(row.from)); low < row.to;
+         low *= low < 0x1p-1080L || low > 0x1p1080L ? 0x1p97L : 2.0L)
       for (int i = 0; i < 2 * count; ++i) {
-        Extended80 x = i == 0 ? std::fmax(row.from, low) : i == 1 ? std::nextafter(std::fmin(row.to, 2 * low), 0.0L) : randomNumber(random, low);
+        Extended80 x = i == 0   ? std::fmax(row.from, low)
+                       : i == 1 ? std::nextafter(std::fmin(row.to, 2 * low), 0.0L)
+                                : randomNumber(random, low);
         // In the neighbourhood of 1, too.
-        if (i % 4 == 3 && (low == 1 || low == 0.5)) x = 1 + (low == 1 ? 1 : -1) * std::ldexp(x, -static_cast<int>(random() % 62) - 1);
+        if (i % 4 == 3 && (low == 1 || low == 0.5))
+          x = 1 + (low == 1 ? 1 : -1) * std::ldexp(x, -static_cast<int>(random() % 62) - 1);
         if (row.kernel == asinh80 || row.kernel == acosh80) x = static_cast<Float64>(x);
         if (x < row.from || x >= row.to) continue;
         if (row.bothSigns && (random() & 1) != 0) x = -x;

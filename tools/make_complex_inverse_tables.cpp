@@ -9,10 +9,11 @@ namespace {
 using namespace tables;
 
 void writeLog256(FILE* out) {
-  beginTable(out,
-             "// Row j: C, the multiple of 2^-9 nearest to the reciprocal of the middle of 1 + j/256 to 1 + (j + 1)/256,\n"
-             "// and -ln C as high part, a multiple of 2^-40, and low part.\n"
-             "const LogRow logTable256[256] = {");
+  beginTable(
+      out,
+      "// Row j: C, the multiple of 2^-9 nearest to the reciprocal of the middle of 1 + j/256 to 1 + (j + 1)/256,\n"
+      "// and -ln C as high part, a multiple of 2^-40, and low part.\n"
+      "const LogRow logTable256[256] = {");
   const uint32_t known[] = {0x3f7f8000, 0x3f7e8000, 0x3f7d8000};
   for (int j = 0; j < 256; ++j) {
     const Exact c = roundToUnit(Exact(512) / Exact(513 + 2 * j), -9), exact = -call(mpfr_log, c);
@@ -41,9 +42,10 @@ void writeAtan(FILE* out) {
 }
 
 void writeInvSqrt(FILE* out) {
-  beginTable(out,
-             "// 1/sqrt(v) to the nearest multiple of 2^-10: v = 1 + i/256 in row i, v = 2 (1 + i/256) in row 256 + i.\n"
-             "const Float64 invSqrtTable[513] = {");
+  beginTable(
+      out,
+      "// 1/sqrt(v) to the nearest multiple of 2^-10: v = 1 + i/256 in row i, v = 2 (1 + i/256) in row 256 + i.\n"
+      "const Float64 invSqrtTable[513] = {");
   for (int row = 0; row <= 512; ++row) {
     const Exact v = row <= 256 ? Exact(256 + row) / Exact(256) : Exact(row) / Exact(128);
     const double root = nearest(roundToUnit(Exact(1) / call(mpfr_sqrt, v), -10));
@@ -73,15 +75,14 @@ void writeChain(FILE* out, const Chain& chain) {
   std::fprintf(out, "};\n");
 }
 
-constexpr double third = 2730.0 / 8192;      // 0.333251953125
-constexpr double sixth = 2730.0 / 16384;     // 0.1666259765625
+constexpr double third = 2730.0 / 8192;            // 0.333251953125
+constexpr double sixth = 2730.0 / 16384;           // 0.1666259765625
 constexpr double threeFortieths = 2458.0 / 32768;  // 0.07501220703125
 
 void writeLog1pTail(FILE* out) {
   beginTable(out, "");
-  writeChain(out, {"log1pTail",
-                   "ln(1 + x) - (x - x^2/2 + 2730/8192 x^3) on [-1/16, 1/16].",
-                   14, 2, 1, -0.0625, 0.0625, [](const Exact& x) {
+  writeChain(out, {"log1pTail", "ln(1 + x) - (x - x^2/2 + 2730/8192 x^3) on [-1/16, 1/16].", 14, 2, 1, -0.0625, 0.0625,
+                   [](const Exact& x) {
                      const Exact lead = x - x * x / Exact(2) + Exact(third) * x * x * x;
                      return (call(mpfr_log1p, x) - lead) / (x * x);
                    }});

@@ -51,11 +51,12 @@ INLINE LogArgument logArgumentOfAny(Extended80 x) {
   int32_t n = -0x3fff;
   if (patternOf(x).field == 0) x *= 0x1p75, n -= 75;
   const Pattern p = patternOf(x);
-  return {static_cast<Extended80>(p.significand) * 0x1p-63, 0.0L, n + p.field, static_cast<uint32_t>(p.significand >> 55) & 0xff};
+  return {static_cast<Extended80>(p.significand) * 0x1p-63, 0.0L, n + p.field,
+          static_cast<uint32_t>(p.significand >> 55) & 0xff};
 }
 
 INLINE Extended80 logByTable(const LogArgument& a) {
-  constexpr Constant g2 = extended(0xbffe, 0x8000000000000041);      // -0.500000000000000004
+  constexpr Constant g2 = extended(0xbffe, 0x8000000000000041);  // -0.500000000000000004
   // Of these the leading 53 bits do: what they leave is below 2^-77 of the result.
   constexpr Float64 g3 = extended(0x3ffd, 0xaaaaaaaaaaaaabea).hi;  // 0.33333333333333335
   constexpr Float64 g4 = extended(0xbffc, 0xffffffffefe6e52e).hi;  // -0.249999999996340
