@@ -18,28 +18,19 @@
 namespace qorvane {
 namespace {
 
-struct Steps : Series {
-  static constexpr uint64_t highBits = withoutLowWord;
-  static constexpr bool endsWithHalves = false;
-  template <class V>
-  INLINE static Halves<V> open(V, V y) {
-    return {y * y, y};
-  }
-  template <class V>
-  INLINE static Halves<V> terms(V x, V, Halves<V> opened) {
-    const Halves<V> part = partsOf<Steps>(x);
-    return {part.high * opened.high, part.low * opened.high};
-  }
-  template <class V>
-  INLINE static Product<V> product(V series, V, V y) {
-    return {series * y, y};
-  }
-  template <class V>
-  INLINE static V result(Product<V> p, Halves<V>) {
-    return p.value + p.y;
-  }
+template <class V>
+INLINE V upperPart(V x) {
+  return andBits(x, broadcast<V>(fromBits(0xffffffff00000000)));
+}
+constexpr auto begin = []<class V>(V x, V y) INLINED {
+  const V y2 = y * y, high = upperPart(x);
+  return firstStep((high * y2 - 1.0) + (x - high) * y2);
 };
-Float64 ofPositiveNormal(Float64 x) { return rootOf<Steps>(x, rootSeed(x)); }
+constexpr auto root = []<class V>(V s, V, V y) INLINED { return s * y + y; };
+Float64 ofPositiveNormal(Float64 x) {
+  const Float64 y = rootSeed(x);
+  return root(series(begin(x, y)), x, y);
+}
 
 [[gnu::noinline, gnu::cold]] Element invSqrtFixLane(Float64 x) {
   const uint64_t b = toBits(x), magnitude = b & 0x7fffffffffffffff;
@@ -51,8 +42,38 @@ Float64 ofPositiveNormal(Float64 x) { return rootOf<Steps>(x, rootSeed(x)); }
   return {ofPositiveNormal(x)};
 }
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return rootLoop<Steps, twentyBits, Raises::no>(src, dst, len, invSqrtFixLane);
+[[gnu::noinline]] nuvStatus inStages(const Float64* src, Float64* dst, int64_t len) {
+  return seededLoop<twentyBits, Raises::no>(src, dst, len, begin, series, root, invSqrtFixLane);
+}
+
+bool stretch(const Float64* src, Float64* dst, int64_t count) {
+  using V = Part;
+  Scratch c;
+  V y2, high, low, s, all = broadcast<V>(0.0);
+  Partial<V> p0, p1, p2;
+  pipeline<vector>(
+      count, [&](int64_t i) INLINED { storeEstimates<twentyBits>(c.estimates + i, load<V>(src + i)); }, pause, pause,
+      pause,
+      [&](int64_t i) INLINED {
+        const V y = seedsFrom(c.estimates + i);
+        store(c.seeds + i, y);
+        y2 = y * y;
+      },
+      [&](int64_t i) INLINED {
+        const V x = load<V>(src + i), upper = upperPart(x);
+        high = upper * y2, low = (x - upper) * y2;
+      },
+      [&](int64_t) INLINED {
+        p0 = firstStep((high - 1.0) + low);
+        all = all + p0.e;
+      },
+      [&](int64_t) INLINED { p1 = secondStep(p0); }, [&](int64_t) INLINED { p2 = thirdStep(p1); },
+      [&](int64_t) INLINED { s = lastStep(p2); },
+      [&](int64_t i) INLINED {
+        const V y = load<V>(c.seeds + i);
+        store(dst + i, s * y + y);
+      });
+  return allInRange(all);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 namespace qorvane {
 
 nuvStatus invSqrtSse3(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, rootLoop<stretch, inStages>>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -1,5 +1,5 @@
 // The approximation of 1/sqrt(x) that square roots and their reciprocals begin with, for positive
-// normal x, and what both have in common after it.
+// normal x.
 //
 // x is u times an even power of 2 with u in [1, 4), cut to single precision. The processor's
 // reciprocal square root of u, good to 1.5 * 2^-12, is cut to 20 fraction bits, which leaves the
@@ -9,6 +9,8 @@
 
 namespace qorvane {
 namespace {
+
+constexpr uint32_t allBits = 0xffffffff, twentyBits = 0xfffffff8;
 
 // u of four elements: the lowest exponent bit and 23 fraction bits; an odd biased exponent belongs
 // to [1, 2), an even one to [2, 4).
@@ -23,7 +25,7 @@ INLINE Words4 rootSeeds(Lanes2 a, Lanes2 b) {
   const Words4 root = reinterpret_cast<Words4>(_mm_rsqrt_ps(reducedSingles(a, b)));
   // The exponent of x, halved and negated; the constant also takes the bias of single precision
   // off, and the cut fraction of x under it doesn't borrow.
-  const Words4 exponents = wrappingSum(-packHighWords(a, b), 0xb00fffff) >> 1 & 0x7ff00000;
+  const Words4 exponents = wrappingSum(~packHighWords(a, b), 0xb0100000) >> 1 & 0x7ff00000;
   return wrappingSum(root >> 3, exponents);
 }
 
@@ -46,7 +48,7 @@ INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
   const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
   __m128 root =
       _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
-  if constexpr (kept != 0xffffffff) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
+  if constexpr (kept != allBits) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
   _mm_store_ps(chunk.roots + i, root);
   // High words from 0x01000000 to 0x7fefffff are ordinary.
   return wrappingDifference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), 0x81000000) >
@@ -64,7 +66,7 @@ struct SeedChunk {
 };
 template <uint32_t kept>
 INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
-  static_assert(kept == 0xfffffff8);
+  static_assert(kept == twentyBits);
   const Lanes2 a = load<Lanes2>(x), b = load<Lanes2>(x + 2);
   store(chunk.seeds + i, fromHighWords<Four>({{rootSeeds(a, b)}}));
   // High words from 0x00100000 to 0x7fefffff are ordinary.
@@ -72,12 +74,10 @@ INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
 }
 INLINE Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
 #endif
-constexpr uint32_t twentyBits = 0xfffffff8;
 
 INLINE Float64 rootSeed(Float64 x) { return fromHighWords<Lanes2>(rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)))[0]; }
 
-constexpr Float64 subnormalScale = fromBits(0x4350000000000000);      // 2^54
-constexpr Float64 subnormalRootScale = fromBits(0x41a0000000000000);  // 2^27
+constexpr Float64 subnormalScale = 0x1p54, subnormalRootScale = 0x1p27;
 
 }  // namespace
 }  // namespace qorvane

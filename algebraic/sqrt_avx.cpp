@@ -19,17 +19,23 @@ namespace {
 #include "algebraic/sqrt_tables.inc"
 
 // (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3) in e = 1 - x y^2.
-struct Steps : RootSteps<0xfffffffff8000000> {
-  static constexpr std::array coefficients = {
-      fromBits(0x3fd1800032338cbb),  // p4 = 0.27343754675366555
-      fromBits(0x3fd40000b13001d9),  // p3 = 0.31250016501874495
-      fromBits(0x3fd80000000000f6),  // p2 = 0.37500000000001366
-      fromBits(0x3fdffffffffffe71),  // p1 = 0.49999999999997785
-  };
-  template <class V>
-  INLINE static V residual(Halves<V> terms) {
-    return (1.0 - terms.high) - terms.low;
-  }
+constexpr Float64 p4 = fromBits(0x3fd1800032338cbb);  // 0.27343754675366555
+constexpr Float64 p3 = fromBits(0x3fd40000b13001d9);  // 0.31250016501874495
+constexpr Float64 p2 = fromBits(0x3fd80000000000f6);  // 0.37500000000001366
+constexpr Float64 p1 = fromBits(0x3fdffffffffffe71);  // 0.49999999999997785
+
+template <class V>
+INLINE V upperPart(V x) {
+  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+}
+constexpr auto begin = []<class V>(V x, V y) INLINED {
+  const V y2 = y * y, high = upperPart(x), e = (1.0 - high * y2) - (x - high) * y2;
+  return Partial<V>{e, p4 * e + p3};
+};
+constexpr auto series = [](auto p) INLINED { return ((p.sum * p.e + p2) * p.e + p1) * p.e; };
+constexpr auto root = []<class V>(V s, V x, V y) INLINED {
+  const V high = upperPart(x);
+  return y * high + (y * (x - high) + x * (s * y));
 };
 
 [[gnu::noinline, gnu::cold]] Element sqrtFixLane(Float64 x) {
@@ -40,9 +46,9 @@ struct Steps : RootSteps<0xfffffffff8000000> {
   if (b >> 63 != 0) return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
 
   if (b >= 0x0010000000000000) {
-    const Float64 root = _mm_cvtss_f32(_mm_rsqrt_ps(reducedSingles(_mm_set_sd(x), _mm_set_sd(x))));
-    const Float64 seed = root * fromBits((0xbfefffffffffffff - b) >> 1 & 0x7ff0000000000000);
-    return {rootOf<Steps>(x, seed)};
+    const Float64 estimate = _mm_cvtss_f32(_mm_rsqrt_ps(reducedSingles(_mm_set_sd(x), _mm_set_sd(x))));
+    const Float64 seed = estimate * fromBits((0xbfefffffffffffff - b) >> 1 & 0x7ff0000000000000);
+    return {root(series(begin(x, seed)), x, seed)};
   }
 
   // A subnormal number, scaled by 2^200. x = v * 2^(2h) with v in [1, 4).
@@ -64,14 +70,43 @@ struct Steps : RootSteps<0xfffffffff8000000> {
   return {(g + rest * h) * fromBits(static_cast<uint64_t>(half + 1023) << 52)};
 }
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return rootLoop<Steps, 0xffffffff, Raises::yes>(src, dst, len, sqrtFixLane);
+[[gnu::noinline]] nuvStatus inStages(const Float64* src, Float64* dst, int64_t len) {
+  return seededLoop<allBits, Raises::yes>(src, dst, len, begin, series, root, sqrtFixLane);
+}
+
+// The seed is short enough for its products with the parts of x to be exact: y times such a product
+// is what y^2, exact too, times the part would be, if that isn't subnormal.
+bool stretch(const Float64* src, Float64* dst, int64_t count) {
+  using V = Part;
+  Scratch c;
+  V y, high, low, highY, lowY, e0, e1, sum0, sum1, s, all = broadcast<V>(0.0);
+  pipeline<vector>(
+      count, [&](int64_t i) INLINED { storeEstimates<allBits>(c.estimates + i, load<V>(src + i)); }, pause, pause,
+      pause,
+      [&](int64_t i) INLINED {
+        const V x = load<V>(src + i), upper = upperPart(x);
+        y = seedsFrom(c.estimates + i);
+        high = y * upper, low = y * (x - upper);
+        store(c.seeds + i, y), store(c.high + i, high), store(c.low + i, low);
+      },
+      [&](int64_t) INLINED { highY = y * high, lowY = y * low; },
+      [&](int64_t) INLINED {
+        e0 = (1.0 - highY) - lowY;
+        all = all + e0;
+        sum0 = p4 * e0 + p3;
+      },
+      [&](int64_t) INLINED { e1 = e0, sum1 = sum0 * e0 + p2; },
+      [&](int64_t) INLINED { s = (sum1 * e1 + p1) * e1; },
+      [&](int64_t i) INLINED {
+        store(dst + i, load<V>(c.high + i) + (load<V>(c.low + i) + load<V>(src + i) * (s * load<V>(c.seeds + i))));
+      });
+  return allInRange(all);
 }
 
 }  // namespace
 
 nuvStatus sqrtAvx(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, rootLoop<stretch, inStages>>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -128,13 +128,13 @@ INLINE Lanes4 powerAt(const Float64* keys) {
 constexpr int64_t longestStretch = 1024, shortestStretch = 32;
 INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
   using V = Lanes4;
-  alignas(32) Float64 keys[longestStretch + 20];
+  alignas(32) Float64 keys[longestStretch];
   V x, s, partial, k, r, z, rNext, zNext, q;
   TwoColumns<V> row;
   pipeline<4>(
-      count, [&](int64_t i, V y) INLINED { store(dst + i, y); },
+      count,
       [&](int64_t i) INLINED {
-        x = load<V>(src + (i < count ? i : count - 4));
+        x = load<V>(src + i);
         s = shiftedOf(x);
       },
       [&](int64_t i) INLINED {
@@ -156,7 +156,7 @@ INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
         });
         q = (zNext * (rNext * rNext)) + rNext;
       },
-      [&](int64_t i) INLINED { return (((q * row.first) + row.second) + row.first) * powerAt(keys + i); });
+      [&](int64_t i) INLINED { store(dst + i, (((q * row.first) + row.second) + row.first) * powerAt(keys + i)); });
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {

@@ -10,6 +10,7 @@
 // The bits are the same.
 #include "explog/pow_stages.h"
 #include "frame/kernel_frame.h"
+#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -17,12 +18,12 @@ namespace {
 using namespace power;
 using V = Lanes4;
 constexpr int64_t longestStretch = 256, shortestStretch = 32;
-constexpr int64_t vector = laneCount<V>, ahead = 5 * vector;  // a pipeline reads up to five vectors beyond the end
+constexpr int64_t vector = laneCount<V>;
 
 struct Stretch {
-  alignas(32) Float64 high[longestStretch + ahead], low[longestStretch + ahead], t[longestStretch + ahead];
-  alignas(32) uint32_t logRow[longestStretch + ahead];  // byte offsets in powRcpTable
-  alignas(32) int k[longestStretch + ahead];
+  alignas(32) Float64 high[longestStretch], low[longestStretch], t[longestStretch];
+  alignas(32) uint32_t logRow[longestStretch];  // byte offsets in powRcpTable
+  alignas(32) int k[longestStretch];
 };
 
 // High words of x from `first` up to, but not including, `end` give |y log2 x| < 963.1, a normal
@@ -69,73 +70,58 @@ INLINE V powerOfTwo(const Float64* keys) {
   return _mm256_and_pd(valueOf<V>(shifted), _mm256_set1_pd(fromBits(0x7ff0000000000000)));
 }
 
-// In each of the three loops one turn makes one step for each of successive vectors, the oldest
-// first, whose operands were ready a turn ago; the chain of a whole element takes some 140 cycles.
-// n is a multiple of the vector's length.
+// The chain of a whole element takes some 140 cycles; n is a multiple of the vector's length.
 template <Split split>
 [[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
-  using Beyond = Pack<V, ahead / vector>;  // what the steps make of zeros raises no flag
-  store(c.high + n, Beyond{}), store(c.low + n, Beyond{}), store(c.t + n, Beyond{});
-  storeWords(c.logRow + n, Pack<Words4, 2>{}), storeWords(c.k + n, Pack<Words4, 2>{});
-
   LogRow<V> row;
   V big, lo;
   ReducedArgument<V> u;
-  const auto logRow = [&](int64_t i) INLINED { row = logRowAt<V>(c.logRow + i, c.k + i); };
-  const auto reduce = [&](int64_t i) INLINED {
-    u = reduceArgument(load<V>(x + i), row.rcp);
-    big = row.k + row.hi;
-    lo = row.lo;
-  };
-  const auto sum = [&](int64_t i) INLINED {
-    const auto leading = leadingSum(big, u, lo);
-    store(c.high + i, leading.a2), store(c.low + i, leading.low), store(c.t + i, leading.t);
-  };
-  logRow(0), reduce(0), logRow(vector);
-  for (int64_t i = 0; i < n; i += vector) sum(i), reduce(i + vector < n ? i + vector : 0), logRow(i + 2 * vector);
+  pipeline<vector>(
+      n, [&](int64_t i) INLINED { row = logRowAt<V>(c.logRow + i, c.k + i); },
+      [&](int64_t i) INLINED {
+        u = reduceArgument(load<V>(x + (i < n ? i : 0)), row.rcp);
+        big = row.k + row.hi;
+        lo = row.lo;
+      },
+      [&](int64_t i) INLINED {
+        const auto sum = leadingSum(big, u, lo);
+        store(c.high + i, sum.a2), store(c.low + i, sum.low), store(c.t + i, sum.t);
+      });
 
   // The arrays `low` and `t` take r and the keys, when they have been read.
   V t, first, q, w, yLow;
   Log2<V> log;
   LeadingProduct<V> leading;
-  const auto top = [&](int64_t i) INLINED {
-    t = load<V>(c.t + i);
-    first = (c8 * t + c7) * t + c6;
-  };
-  const auto middle = [&]() INLINED { q = (first * t + c5) * t + c4; };
-  const auto bottom = [&](int64_t i) INLINED {
-    const V tAgain = load<V>(c.t + i);
-    w = load<V>(c.low + i) + (((q * tAgain + c3) * tAgain + c2) * tAgain);
-  };
-  const auto logarithm = [&](int64_t i) INLINED { log = log2From(load<V>(c.high + i), w); };
-  const auto multiply = [&]() INLINED {
-    yLow = y.all * log.low;
-    leading = leadingProduct<split>(log.high, y);
-  };
-  const auto round = [&](int64_t i) INLINED {
-    const auto product = completeProduct(leading, yLow);
-    store(c.t + i, product.rounded + keyShifter), store(c.low + i, product.r);
-  };
-  top(0), middle(), bottom(0), logarithm(0), multiply();
-  top(vector), middle(), bottom(vector), logarithm(vector);
-  top(2 * vector), middle(), bottom(2 * vector);
-  top(3 * vector), middle();
-  top(4 * vector);
-  for (int64_t i = 0; i < n; i += vector) {
-    round(i), multiply(), logarithm(i + 2 * vector), bottom(i + 3 * vector), middle(), top(i + 5 * vector);
-  }
+  pipeline<vector>(
+      n,
+      [&](int64_t i) INLINED {
+        t = load<V>(c.t + i);
+        first = (c8 * t + c7) * t + c6;
+      },
+      [&](int64_t) INLINED { q = (first * t + c5) * t + c4; },
+      [&](int64_t i) INLINED {
+        const V tAgain = load<V>(c.t + i);
+        w = load<V>(c.low + i) + (((q * tAgain + c3) * tAgain + c2) * tAgain);
+      },
+      [&](int64_t i) INLINED { log = log2From(load<V>(c.high + i), w); },
+      [&](int64_t) INLINED {
+        yLow = y.all * log.low;
+        leading = leadingProduct<split>(log.high, y);
+      },
+      [&](int64_t i) INLINED {
+        const auto product = completeProduct(leading, yLow);
+        store(c.t + i, product.rounded + keyShifter), store(c.low + i, product.r);
+      });
 
   PowerTerms<V> terms;
   TwoColumns<V> exp2Row;
-  const auto expand = [&](int64_t i) INLINED {
-    terms = powerTerms<Program::longer>(load<V>(c.low + i));
-    exp2Row = exp2Rows(c.t + i);
-  };
-  expand(0);
-  for (int64_t i = 0; i < n; i += vector) {
-    store(dst + i, powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i)));
-    expand(i + vector);
-  }
+  pipeline<vector>(
+      n,
+      [&](int64_t i) INLINED {
+        terms = powerTerms<Program::longer>(load<V>(c.low + i));
+        exp2Row = exp2Rows(c.t + i);
+      },
+      [&](int64_t i) INLINED { store(dst + i, powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i))); });
 }
 
 nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
@@ -146,21 +132,16 @@ nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
   const HighWordRange range = safeRange(value);
   if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len);
 
-  nuvStatus status = nuvStatusOk;
   Stretch c;
-  while (len > 0) {
-    int64_t count = len < longestStretch ? len : longestStretch;
-    const int64_t whole = count & ~(vector - 1);
-    if (count >= shortestStretch && findRows(src, whole, range, c)) {
-      count = whole;
-      y.rest == 0 ? pipelines<Split::shortExponent>(src, y, dst, count, c)
-                  : pipelines<Split::full>(src, y, dst, count, c);
-    } else {
-      takeStatus<Raises::no>(status, fixedExponentLoop<V>(src, value, dst, count));  // which raises the flags
-    }
-    src += count, dst += count, len -= count;
-  }
-  return status;
+  return stretchLoop<longestStretch, shortestStretch, vector>(
+      len,
+      [&](int64_t count, const Float64* x, Float64* z) INLINED {
+        const bool fits = findRows(x, count, range, c);
+        if (fits) (y.rest == 0 ? pipelines<Split::shortExponent> : pipelines<Split::full>)(x, y, z, count, c);
+        return fits;
+      },
+      [=](int64_t count, const Float64* x, Float64* z) INLINED { return fixedExponentLoop<V>(x, value, z, count); },
+      src, dst);
 }
 
 }  // namespace

@@ -61,7 +61,7 @@ nuvStatus queryProcessorFeatures(uint64_t* features, uint32_t* info) {
     const Registers r = cpuid(1, 0);
     constexpr uint32_t osxsaveAndAvx = 3u << 27;
     ProcessorWords words = {r.ecx, r.edx, false, 0};
-    if ((r.ecx & osxsaveAndAvx) == osxsaveAndAvx) words.stateIsSaved = (savedState() & 6) == 6;
+    if ((r.ecx & osxsaveAndAvx) == osxsaveAndAvx) words.stateIsSaved = savesXmmAndYmm(savedState());
     if ((r.eax >> 8 & 0xf) == 0xb) words.familyB = cpuid(0x20000001, 0).edx;
     cachedFeatures = featuresOf(words);
     featuresAreCached = true;

@@ -23,6 +23,9 @@ struct ProcessorWords {
 };
 uint64_t featuresOf(const ProcessorWords& words);
 
+// From register 0 of XGETBV.
+constexpr bool savesXmmAndYmm(uint32_t xcr0) { return (xcr0 & 6) == 6; }
+
 struct LevelChoice {
   int32_t level;
   uint64_t kept;

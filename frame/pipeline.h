@@ -9,16 +9,12 @@
 namespace qorvane {
 namespace {
 
-// The last stage for the vector at i, the one before it for the next vector, and so on.
-template <int64_t vector, class Stage, class... Later>
-INLINE auto turn(int64_t i, Stage& stage, Later&... later) {
-  if constexpr (sizeof...(later) == 0) {
-    return stage(i);
-  } else {
-    const auto y = turn<vector>(i, later...);
-    stage(i + int64_t{sizeof...(later)} * vector);
-    return y;
-  }
+// The last stage for the vector at i, the one before it for the next vector, and so on, but for the
+// first `without` stages.
+template <int64_t vector, int without, class Stage, class... Later>
+INLINE void turn(int64_t i, Stage& stage, Later&... later) {
+  if constexpr (sizeof...(later) > 0) turn<vector, without - 1>(i, later...);
+  if constexpr (without <= 0) stage(i + int64_t{sizeof...(later)} * vector);
 }
 template <int count, class Stage, class... Later>
 INLINE void firstStages(int64_t i, Stage& stage, Later&... later) {
@@ -26,15 +22,19 @@ INLINE void firstStages(int64_t i, Stage& stage, Later&... later) {
   if constexpr (count > 1) firstStages<count - 1>(i, later...);
 }
 
-// Vectors of so many elements, up to `count` elements in all. finish(i, y) takes what the last stage
-// gives, at the end of a turn: it stores. Stages but the last run for vectors beyond the end, the
-// first of s for up to s - 1 of them, and must find something to read there.
-template <int64_t vector, class Finish, class... Stages>
-INLINE void pipeline(int64_t count, Finish finish, Stages... stages) {
+// Vectors of so many elements, up to `count` elements in all, which are more vectors than there are
+// stages before the last. No stage runs for a vector beyond the end.
+template <int64_t vector, class... Stages>
+INLINE void pipeline(int64_t count, Stages... stages) {
   constexpr int fill = sizeof...(stages) - 1;
-  [&]<int... k>(std::integer_sequence<int, k...>) INLINED { (firstStages<fill - k>(k * vector, stages...), ...); }
+  int64_t i = 0;
+  [&]<int... k>(std::integer_sequence<int, k...>) INLINED {
+    (firstStages<fill - k>(k * vector, stages...), ...);
+#pragma GCC unroll 2
+    for (; i < count - fill * vector; i += vector) turn<vector, 0>(i, stages...);
+    ((turn<vector, k + 1>(i, stages...), i += vector), ...);
+  }
   (std::make_integer_sequence<int, fill>{});
-  for (int64_t i = 0; i < count; i += vector) finish(i, turn<vector>(i, stages...));
 }
 
 // Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may take

@@ -12,22 +12,25 @@ namespace {
 
 using Words4 [[gnu::vector_size(16)]] = int;
 
-// Sums and differences modulo 2^32; those of words may not overflow otherwise.
+// Sums and differences modulo 2^32, of words or of words and a number; plain ones may not overflow.
 using UnsignedWords4 [[gnu::vector_size(16)]] = unsigned;
-INLINE int wrappingSum(int a, uint32_t b) { return static_cast<int>(static_cast<uint32_t>(a) + b); }
-INLINE Words4 wrappingSum(Words4 a, Words4 b) {
-  return reinterpret_cast<Words4>(reinterpret_cast<UnsignedWords4>(a) + reinterpret_cast<UnsignedWords4>(b));
+INLINE uint32_t unsignedOf(uint32_t word) { return word; }
+INLINE UnsignedWords4 unsignedOf(Words4 words) { return reinterpret_cast<UnsignedWords4>(words); }
+INLINE int signedOf(uint32_t word) { return static_cast<int>(word); }
+INLINE Words4 signedOf(UnsignedWords4 words) { return reinterpret_cast<Words4>(words); }
+template <class A, class B>
+INLINE A wrappingSum(A a, B b) {
+  if constexpr (isPack<A>)
+    return makePack<packSize<A>>([&](int i) INLINED { return wrappingSum(a.part[i], partOf(b, i)); });
+  else
+    return signedOf(unsignedOf(a) + unsignedOf(b));
 }
-INLINE Words4 wrappingSum(Words4 a, uint32_t b) {
-  return reinterpret_cast<Words4>(reinterpret_cast<UnsignedWords4>(a) + b);
-}
-template <int K, class B>
-INLINE Pack<Words4, K> wrappingSum(Pack<Words4, K> a, B b) {
-  return makePack<K>([&](int i) INLINED { return wrappingSum(a.part[i], partOf(b, i)); });
-}
-template <class W>
-INLINE W wrappingDifference(W a, uint32_t b) {
-  return wrappingSum(a, -b);
+template <class A, class B>
+INLINE A wrappingDifference(A a, B b) {
+  if constexpr (isPack<A>)
+    return makePack<packSize<A>>([&](int i) INLINED { return wrappingDifference(a.part[i], partOf(b, i)); });
+  else
+    return signedOf(unsignedOf(a) - unsignedOf(b));
 }
 
 // The upper and the lower 32 bits of every lane.
@@ -187,7 +190,7 @@ INLINE uint64_t laneOf(Offsets offsets, int lane) {
     return static_cast<uint32_t>(offsets);
   } else if constexpr (sizeof offsets == sizeof(uint64_t)) {
     return offsets;
-  } else if constexpr (requires(Bits2 & bits) { bits = offsets; }) {
+  } else if constexpr (sizeof offsets[0] == sizeof(uint64_t)) {
     return lane == 0 ? offsets[0] : offsets[1];
   } else {
     const Bits2 pairs = reinterpret_cast<Bits2>(offsets);

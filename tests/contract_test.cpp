@@ -67,10 +67,12 @@ void inModes(Visit visit) {
 }
 
 TEST_P(EveryContract, LeavesTheControlWordsAsItFoundThem) {
-  const Sample s = sampleOf(6);
+  const auto samples = bothSamplesOf(6);
   Outputs y = outputsFor(count);
-  const Call c = callOf(s.inputs, y, count);
+  int turn = 0;
   inModes([&](uint32_t csr, uint16_t x87) {
+    const Sample& s = samples[static_cast<size_t>(++turn / 4 % 2)];  // each with all of FTZ, DAZ and x87 modes
+    const Call c = callOf(s.inputs, y, count);
     writeX87Control(x87);
     writeMxcsr(csr);
     const nuvStatus status = f(c);
@@ -89,6 +91,21 @@ TEST_P(EveryContract, LeavesTheControlWordsAsItFoundThem) {
       EXPECT_EQ(status, s.lastStatus(0, count)) << std::hex << "MXCSR was " << csr;
     }
   });
+}
+
+// Flags that were up before a call are so after it, whether the kernel puts modes back or not.
+TEST_P(EveryContract, LeavesEarlierFlagsUp) {
+  const auto samples = bothSamplesOf(11, 600);
+  for (const Sample& s : samples)
+    for (const uint32_t modes : {0u, 0x6000u, 0x8040u}) {
+      Outputs y = outputsFor(600);
+      const Call c = callOf(s.inputs, y, 600);
+      writeMxcsr(masks | modes | 0x3f);
+      f(c);
+      const uint32_t after = readMxcsr();
+      writeMxcsr(masks);
+      EXPECT_EQ(after & 0x3f, 0x3fu) << std::hex << "modes " << modes;
+    }
 }
 
 // The words in force when the first input is read, from the fault on its page.
@@ -118,7 +135,9 @@ TEST_P(EveryContract, RunsInTheModesOfItsClass) {
   look.sa_sigaction = lookAtTheWords;
   look.sa_flags = SA_SIGINFO;
   ASSERT_EQ(sigaction(SIGSEGV, &look, &before), 0);
-  inModes([&](uint32_t csr, uint16_t x87) {
+  inModes([&](uint32_t modes, uint16_t x87) {
+    constexpr uint32_t divideByZeroTraps = 0x200;
+    const uint32_t csr = x87 == 0x037f ? modes : modes & ~divideByZeroTraps;  // masks are the caller's
     seen.csr = 0;
     ASSERT_EQ(mprotect(seen.page, seen.size, PROT_NONE), 0);
     writeX87Control(x87);
@@ -157,22 +176,32 @@ TEST_P(EveryContract, GivesItsStatusesAndRaisesTheirFlags) {
 
 // A kernel that leaves the upper halves of the registers dirty slows the caller's SSE code down.
 // XGETBV of register 1 shows which state is in use.
-TEST_P(EveryContract, LeavesNoDirtyUpperHalves) {
+class EveryAvxKernel : public AtEveryLevel {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryAvxKernel);
+TEST_P(EveryAvxKernel, LeavesNoDirtyUpperHalves) {
   uint32_t eax = 0xd, ebx, ecx = 1, edx;
   asm("cpuid" : "+a"(eax), "=b"(ebx), "+c"(ecx), "=d"(edx));
-  if (level < 5 || !(eax & 4)) return;  // nothing to see
-  const Sample s = sampleOf(9);
-  Outputs y = outputsFor(count);
-  for (int32_t len : {1, 8, 33, count}) {
-    uint32_t low, high;
-    asm volatile("vzeroupper");
-    f(callOf(s.inputs, y, len));
-    asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(1));
-    EXPECT_EQ(low & 4, 0u) << "length " << len;
-  }
+  if (!(eax & 4)) GTEST_SKIP() << "this processor doesn't tell";
+  const auto samples = bothSamplesOf(9, 600);
+  Outputs y = outputsFor(600);
+  for (const Sample& s : samples)
+    for (int32_t len : {1, 8, 33, count, 599}) {
+      uint32_t low, high;
+      asm volatile("vzeroupper");
+      f(callOf(s.inputs, y, len));
+      asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(1));
+      EXPECT_EQ(low & 4, 0u) << "length " << len;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Properties, EveryContract, everyFunctionAndLevel(), nameOf);
+INSTANTIATE_TEST_SUITE_P(Properties, EveryAvxKernel,
+                         testing::Combine(testing::Range(size_t{0}, functions().size()), testing::ValuesIn([] {
+                                            std::vector<int> levels = supportedLevels();
+                                            std::erase_if(levels, [](int level) { return level < 5; });
+                                            return levels;
+                                          }())),
+                         nameOf);
 
 }  // namespace
 }  // namespace qorvane::test

@@ -58,6 +58,10 @@ class AtEveryLevel : public testing::TestWithParam<std::tuple<size_t, int>> {
     return s;
   }
   Sample sampleOf(uint64_t seed, int32_t size = count) const { return sampleOf(mixedInputs(f, seed, size)); }
+  // Arguments of all kinds, and ordinary ones, whose stretches run through the pipelines.
+  std::array<Sample, 2> bothSamplesOf(uint64_t seed, int32_t size = count) const {
+    return {sampleOf(seed, size), sampleOf(ordinaryInputs(f, seed, size))};
+  }
 
   void expectResults(const Sample& s, int32_t first, double* const* out, int32_t len, const char* how) const {
     for (size_t k = 0; k < outputs; ++k)

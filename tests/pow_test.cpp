@@ -203,13 +203,15 @@ TEST(Pow, FixedExponentTakesStretchesAsItTakesGroups) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
     for (double y :
-         {2.5, -2.3, 0.1, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 0x1.e1fffp+29, 0x1.e20011p+29, 0x1p+80, -1e300}) {
+         {2.5, -2.3, 0.1, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 1e5, 0x1.e1fffp+29, 0x1.e20011p+29, 0x1p+80, -1e300}) {
       const double reach = std::fmin(963 / std::fabs(y), 1020);
-      for (double share : {0.3, 0.9999, 1.0001, 1.07}) {
+      for (double share : {0.3, 0.9999, 1.0001, 1.07, -0.9999, -1.0001, -1.07, -1.08}) {  // the negative: one end alone
         std::vector<double> x(n), whole(n), groups(n);
-        for (int i = 0; i < n; ++i)
-          x[i] = std::exp2(share * reach * (i % 2 ? -1 : 1) * (share < 0.5 ? (i * 37 % n) / 311.0 : 1 - i * 1e-7));
-        if (share < 0.5) x[150] = -x[150];  // in the first stretch, not in the second
+        for (int i = 0; i < n; ++i) {
+          const double end = share > 0 && i % 2 ? -1 : std::copysign(1, y);
+          x[i] = std::exp2(std::fabs(share) * reach * end * (share == 0.3 ? (i * 37 % n) / 311.0 : 1 - i * 1e-7));
+        }
+        if (share == 0.3) x[150] = -x[150];  // in the first stretch, not in the second
         nuvStatus ofGroups = nuvStatusOk;
         for (int i = 0; i < n; i += 4) {
           const nuvStatus status = nuvsPowx_64f_A53(x.data() + i, y, groups.data() + i, std::min(4, n - i));

@@ -139,6 +139,30 @@ void writeTanhTail(FILE* out) {
   std::fprintf(out, "};\n");
 }
 
+// The sine of j pi/32, exactly zero where it is zero.
+Exact sineOfThirtySeconds(int j) { return j % 32 == 0 ? Exact(0) : call(mpfr_sin, pi() * Exact(j) / Exact(32)); }
+
+void writeExpTables(FILE* out) {
+  beginTable(out,
+             "// Row j: Th = RN(2^(j/64)), and RN((2^(j/64) - Th) / Th).\n"
+             "alignas(64) constexpr Float64 expTable64[64][2] = {");
+  for (int j = 0; j < 64; ++j) {
+    const Exact exact = call(mpfr_exp2, Exact(j) / Exact(64)), high(nearest(exact));
+    writeRow(out, {nearest(high), nearest((exact - high) / high)});
+  }
+  std::fprintf(out,
+               "};\n\n"
+               "// Row j, t = j pi/32: cos t - Ch, Sh = RN(sin t), sin t - Sh, and Ch, which is cos t rounded to the\n"
+               "// nearest power of two; exact zeros where sine and cosine are zero. 16 rows more repeat the first.\n"
+               "alignas(64) constexpr Float64 sineTable64[80][4] = {\n");
+  for (int j = 0; j < 80; ++j) {
+    const Exact s = sineOfThirtySeconds(j), c = sineOfThirtySeconds(j + 16);
+    const Exact sineHi(nearest(s)), cosineHi = roundSignificant(c, 1);
+    writeRow(out, {nearest(c - cosineHi), nearest(sineHi), nearest(s - sineHi), nearest(cosineHi)});
+  }
+  std::fprintf(out, "};\n");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -146,5 +170,6 @@ int main(int count, char** arguments) {
                              {{"exp_256_table.inc", writeExp256},
                               {"four_over_pi_table.inc", writeFourOverPi},
                               {"tan_table.inc", writeTan},
-                              {"tanh_tail_table.inc", writeTanhTail}});
+                              {"tanh_tail_table.inc", writeTanhTail},
+                              {"complex_exp_tables.inc", writeExpTables}});
 }

@@ -62,6 +62,21 @@ void complexExact(Exact r, Inputs x) {
   mpc_clear(b);
 }
 
+// tanh(x + iy) = (sinh x cosh x + i sin y cos y) / (sinh^2 x + cos^2 y). tan(y + ix) has the parts the
+// other way round.
+inline void exactTanh(mpfr_ptr re, mpfr_ptr im, mpfr_srcptr x, mpfr_srcptr y) {
+  mpfr_t sinh, cosh, sin, cos, d;
+  mpfr_inits2(exactBits + 10, sinh, cosh, sin, cos, d, static_cast<mpfr_ptr>(nullptr));
+  mpfr_sinh_cosh(sinh, cosh, x, nearest);
+  mpfr_sin_cos(sin, cos, y, nearest);
+  mpfr_fmma(d, sinh, sinh, cos, cos, nearest);
+  mpfr_mul(sinh, sinh, cosh, nearest);
+  mpfr_mul(sin, sin, cos, nearest);
+  mpfr_div(re, sinh, d, nearest);
+  mpfr_div(im, sin, d, nearest);
+  mpfr_clears(sinh, cosh, sin, cos, d, static_cast<mpfr_ptr>(nullptr));
+}
+
 // Null if the function has none.
 const Reference* findReference(std::string_view stem);
 

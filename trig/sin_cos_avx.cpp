@@ -14,6 +14,7 @@
 // Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives
 // itself, quiet. sin(-0) is -0 from Sin, +0 from SinCos.
 #include "frame/kernel_frame.h"
+#include "frame/pipeline.h"
 #include "trig/revolutions.h"
 #include "trig/sin_cos_512.h"
 
@@ -100,13 +101,13 @@ INLINE nuvStatus loop(const Float64* src, int64_t len, Argument argument, Finish
 // Stretches: the reduction of a stretch goes to memory, and the evaluation is a software pipeline
 // over what stands there. What the loop above does in one go is a chain of some hundred cycles,
 // more than the processor's window covers. Operations and blocks are the same, and so are the bits.
-constexpr int64_t longestStretch = 256, shortestStretch = 32, vector = laneCount<Lanes4>;
+constexpr int64_t longestStretch = 256, shortestStretch = 32, blockSize = 8, vector = laneCount<Lanes4>;
 
 // A key's pattern has the byte offset of a row in the bits of keyMask.
 constexpr Float64 keyShifter = fromBits(0x42e8000000000000);  // 1.5 * 2^47: a unit is worth 2^-5, a row has 2^5 bytes
 constexpr uint32_t keyMask = 511 << 5;
 struct Stretch {
-  alignas(32) Float64 r[longestStretch + vector], e[longestStretch + vector], keys[longestStretch + vector];
+  alignas(32) Float64 r[longestStretch], e[longestStretch], keys[longestStretch];
 };
 
 // A block with large arguments. False if it has infinities or NaNs.
@@ -141,92 +142,88 @@ INLINE SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
   return {row.of[0], row.of[1], row.of[2], row.of[3]};
 }
 
-// One turn finishes a vector and begins the next one. finish(int64_t i, Terms) stores.
+// finish(int64_t i, Terms) stores.
 template <int firstRow, class Finish>
-INLINE void pipeline(int64_t count, Stretch& c, Finish finish) {
-  store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});  // read, but not used
+INLINE void evaluate(int64_t count, Stretch& c, Finish finish) {
   SplitSine<Lanes4> row;
   Polynomials<Lanes4> p;
   Lanes4 r;
-  const auto begin = [&](int64_t i) INLINED {
-    row = rowsAt(firstRow, c.keys + i);
-    r = load<Lanes4>(c.r + i);
-    p = polynomials(r);
-  };
-  begin(0);
-  for (int64_t i = 0; i < count; i += vector) {
-    finish(i, expand(row, r, load<Lanes4>(c.e + i), p.sinPoly, p.cosPoly));
-    begin(i + vector);
-  }
+  pipeline<vector>(
+      count,
+      [&](int64_t i) INLINED {
+        row = rowsAt(firstRow, c.keys + i);
+        r = load<Lanes4>(c.r + i);
+        p = polynomials(r);
+      },
+      [&](int64_t i) INLINED { finish(i, expand(row, r, load<Lanes4>(c.e + i), p.sinPoly, p.cosPoly)); });
 }
 
 // The same for sine and cosine, which share the polynomials.
 template <class FinishSine, class FinishCosine>
-INLINE void pipelineOfBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
-  store(c.r + count, Lanes4{}), store(c.keys + count, Lanes4{});
-  SplitSine<Lanes4> row = rowsAt(0, c.keys);
-  Polynomials<Lanes4> p = polynomials(load<Lanes4>(c.r));
-  for (int64_t i = 0; i < count; i += vector) {
-    const Lanes4 r = load<Lanes4>(c.r + i), e = load<Lanes4>(c.e + i);
-    const SplitSine<Lanes4> cosineRow = rowsAt(quarterTurn, c.keys + i);
-    const Polynomials<Lanes4> ofBoth = p;
-    finishSine(i, expand(row, r, e, p.sinPoly, p.cosPoly));
-    row = rowsAt(0, c.keys + i + vector);
-    p = polynomials(load<Lanes4>(c.r + i + vector));
-    finishCosine(i, expand(cosineRow, r, e, ofBoth.sinPoly, ofBoth.cosPoly));
-  }
-}
-
-// evaluate(int64_t i, int64_t count, Stretch) for reduced stretches, whole(int64_t i, int64_t
-// count) -> status for short ones and those with infinities or NaNs.
-template <class Argument, class Evaluate, class Whole>
-INLINE nuvStatus stretchLoop(const Float64* src, int64_t len, Argument argument, Evaluate evaluate, Whole whole) {
-  nuvStatus status = nuvStatusOk;
-  Stretch c;
-  for (int64_t i = 0, count; i < len; i += count) {
-    count = len - i < longestStretch ? len - i : longestStretch;
-    if (count >= shortestStretch && reduceStretch(src + i, count & ~int64_t{7}, argument, c)) {
-      count &= ~int64_t{7};
-      evaluate(i, count, c);
-    } else {
-      takeStatus<Raises::no>(status, whole(i, count));  // which raises the flags
-    }
-  }
-  return status;
+INLINE void evaluateBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
+  SplitSine<Lanes4> sineRow, cosineRow;
+  Polynomials<Lanes4> p, ofCosine;
+  const auto terms = [&](int64_t i, SplitSine<Lanes4> row, Polynomials<Lanes4> of) INLINED {
+    return expand(row, load<Lanes4>(c.r + i), load<Lanes4>(c.e + i), of.sinPoly, of.cosPoly);
+  };
+  pipeline<vector>(
+      count,
+      [&](int64_t i) INLINED {
+        sineRow = rowsAt(0, c.keys + i);
+        p = polynomials(load<Lanes4>(c.r + i));
+      },
+      [&](int64_t i) INLINED {
+        cosineRow = rowsAt(quarterTurn, c.keys + i);
+        ofCosine = p;
+        finishSine(i, terms(i, sineRow, p));
+      },
+      [&](int64_t i) INLINED { finishCosine(i, terms(i, cosineRow, ofCosine)); });
 }
 
 constexpr auto sum = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.d2 + t.d1) + t.ps) + t.pc) + t.g); };
 constexpr auto sumOfBoth = [](Terms<Lanes4> t) INLINED { return t.hi + ((((t.ps + t.g) + t.d2) + t.pc) + t.d1); };
+constexpr auto itself = [](auto x) INLINED { return x; };
+constexpr auto absolute = [](auto x) INLINED { return magnitude(x); };
 
 nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
-  return stretchLoop(
-      src, len, [](auto x) INLINED { return magnitude(x); },
-      [=](int64_t begin, int64_t count, Stretch& c) INLINED {
-        pipeline<0>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED {
-          store(dst + begin + i, xorBits(sum(t), signOf(load<Lanes4>(src + begin + i))));
+  Stretch c;
+  return stretchLoop<longestStretch, shortestStretch, blockSize>(
+      len,
+      [&](int64_t count, const Float64* x, Float64* y) INLINED {
+        if (!reduceStretch(x, count, absolute, c)) return false;
+        evaluate<0>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED {
+          store(y + i, xorBits(sum(t), signOf(load<Lanes4>(x + i))));
         });
+        return true;
       },
-      [=](int64_t i, int64_t count) { return sinBlocks(src + i, dst + i, count); });
+      [](int64_t count, const Float64* x, Float64* y) { return sinBlocks(x, y, count); }, src, dst);
 }
 
 nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
-  return stretchLoop(
-      src, len, [](auto x) INLINED { return x; },
-      [=](int64_t begin, int64_t count, Stretch& c) INLINED {
-        pipeline<quarterTurn>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(dst + begin + i, sum(t)); });
+  Stretch c;
+  return stretchLoop<longestStretch, shortestStretch, blockSize>(
+      len,
+      [&](int64_t count, const Float64* x, Float64* y) INLINED {
+        if (!reduceStretch(x, count, itself, c)) return false;
+        evaluate<quarterTurn>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(y + i, sum(t)); });
+        return true;
       },
-      [=](int64_t i, int64_t count) { return cosBlocks(src + i, dst + i, count); });
+      [](int64_t count, const Float64* x, Float64* y) { return cosBlocks(x, y, count); }, src, dst);
 }
 
 nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
-  return stretchLoop(
-      src, len, [](auto x) INLINED { return x; },
-      [=](int64_t begin, int64_t count, Stretch& c) INLINED {
-        pipelineOfBoth(
-            count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(dstA + begin + i, sumOfBoth(t)); },
-            [=](int64_t i, Terms<Lanes4> t) INLINED { store(dstB + begin + i, sumOfBoth(t)); });
+  Stretch c;
+  return stretchLoop<longestStretch, shortestStretch, blockSize>(
+      len,
+      [&](int64_t count, const Float64* x, Float64* yA, Float64* yB) INLINED {
+        if (!reduceStretch(x, count, itself, c)) return false;
+        evaluateBoth(
+            count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(yA + i, sumOfBoth(t)); },
+            [=](int64_t i, Terms<Lanes4> t) INLINED { store(yB + i, sumOfBoth(t)); });
+        return true;
       },
-      [=](int64_t i, int64_t count) { return sinCosBlocks(src + i, dstA + i, dstB + i, count); });
+      [](int64_t count, const Float64* x, Float64* yA, Float64* yB) { return sinCosBlocks(x, yA, yB, count); }, src,
+      dstA, dstB);
 }
 
 }  // namespace

@@ -70,7 +70,7 @@ INLINE ScaledExp extExpScaled(Extended80 x) {
 // From 708 up.
 INLINE Extended80 extExpOfLarge(Argument a) {
   if (a.key >= keyOfInfinity) {
-    if (a.x != a.x) return a.x * 1.0L;
+    if (a.x != a.x) return quieted(a.x);
     return a.negative ? 0.0L : a.x;
   }
   constexpr Extended80 limitUp = extendedNumber(0x400c, 0xb17217f7d1cf79ac);    // 11356.523406294143949

@@ -99,7 +99,7 @@ INLINE Extended80 halfExp(const Argument& a) {
   constexpr Extended80 limit =
       extendedNumber(0x400c, 0xb174ddc031aec0e9);  // 11357.216553474703895: the largest a with a finite result
   if (a.key >= 0x4008b100) [[unlikely]] {          // from 708 up
-    if (a.key >= keyOfInfinity) return a.x != a.x ? a.x * a.sign() : a.magnitude();
+    if (a.key >= keyOfInfinity) return a.x != a.x ? quieted(a.x) : a.magnitude();
     if (a.magnitude() > limit) return overflowed();
   }
   const ExpRemainder p = reduceExp(a.magnitude());

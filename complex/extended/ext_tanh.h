@@ -72,7 +72,7 @@ INLINE Extended80 extTanh(Argument a) {
   if (a.key < keyFrom(0x3ff8)) return tanhOfSmall(a);
   if (a.key < keyFrom(0x3ffe)) return splitTanh(a.magnitude()) * a.sign();
   if (a.key < keyFrom(0x4004)) return tanhByExp(a.magnitude(), a.key) * a.sign();
-  if (a.x != a.x) return a.x * 1.0L;
+  if (a.x != a.x) return quieted(a.x);
   return a.key >= keyOfInfinity ? a.sign() : (1.0L - opaque(tinyFactor)) * a.sign();
 }
 

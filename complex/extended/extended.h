@@ -190,6 +190,9 @@ constexpr Extended80 tinyFactor = extendedNumber(0x18ef, 0x8000000000000000);  /
 INLINE Extended80 overflowed() { return opaque(hugeFactor) * hugeFactor; }
 INLINE Extended80 underflowed() { return opaque(tinyFactor) * tinyFactor; }
 
+// The NaN, quiet, and invalid if it wasn't. A product with 1 would be folded.
+INLINE Extended80 quieted(Extended80 nan) { return nan + nan; }
+
 constexpr Float64 twoTo75 = fromBits(0x44a0000000000000);
 constexpr Float64 twoToMinus75 = fromBits(0x3b40000000000000);
 

@@ -485,9 +485,14 @@ QORVANE_API nuvStatus nuvsModf_64f_Idx(const Float64* src, int32_t srcOffset, Fl
 /* ---- Complex functions: no element statuses; special values as in C11 Annex G ---------------- */
 
 /* dst[i] = e to the power src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values are C99's, of cexp: exp(x ± 0i) = exp(x) ± 0i; exp(-Inf + iy) has zeros with the
+   signs of cos y and sin y, +0 ± 0i where y is infinite, +0 + 0i where it is NaN; exp(+Inf ± Inf i)
+   = +Inf + NaN i.
+   Vectors in the caller's modes where both parts are below 512 in magnitude, x87 arithmetic with round
+   to nearest and 64-bit significands elsewhere; the caller's control word comes back. Returns
+   nuvStatusOk once the arguments of the call are good: overflow, underflow and invalid show in the
+   results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Exp */
 QORVANE_API nuvStatus nuvsExp_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsExp_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsExp_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -540,27 +545,33 @@ QORVANE_API nuvStatus nuvsSqrt_64fc_A53_Idx(const Complex64* src, int32_t srcOff
                                             int32_t len);
 
 /* dst[i] = the sine of src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values: sin z = -i sinh(iz), nuvsSinh_64fc_A53.
+   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
+   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   underflow and invalid show in the results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Sin */
 QORVANE_API nuvStatus nuvsSin_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSin_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSin_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
                                            int32_t len);
 
 /* dst[i] = the cosine of src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values: cos z = cosh(iz), nuvsCosh_64fc_A53.
+   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
+   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   underflow and invalid show in the results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Cos */
 QORVANE_API nuvStatus nuvsCos_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsCos_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCos_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
                                            int32_t len);
 
 /* dst[i] = the tangent of src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values: tan z = -i tanh(iz), nuvsTanh_64fc_A53.
+   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
+   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   underflow and invalid show in the results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Tan */
 QORVANE_API nuvStatus nuvsTan_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsTan_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTan_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -594,27 +605,38 @@ QORVANE_API nuvStatus nuvsAtan_64fc_A53_Idx(const Complex64* src, int32_t srcOff
                                             int32_t len);
 
 /* dst[i] = the hyperbolic sine of src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values are C99's, of csinh: sinh(x ± 0i) = sinh(x) ± 0i; sinh(±Inf + iy) has infinities
+   with the signs of ±cos y and sin y, ±Inf + NaN i where y is infinite or NaN.
+   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
+   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   underflow and invalid show in the results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Sinh */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSinh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
                                             int32_t len);
 
 /* dst[i] = the hyperbolic cosine of src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values are C99's, of ccosh: cosh(x ± 0i) = cosh(x) ± 0i, the zero's sign turned where x is
+   negative; cosh(±Inf + iy) has infinities with the signs of cos y and ±sin y, +Inf + NaN i where y
+   is infinite or NaN; cosh(±0 + iy) for such y is NaN and a zero.
+   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
+   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   underflow and invalid show in the results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Cosh */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsCosh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
                                             int32_t len);
 
 /* dst[i] = the hyperbolic tangent of src[i].
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values are C99's, of ctanh: from 512 up in magnitude the real part is ±1 and the imaginary
+   one a zero with the sign of sin y cos y, or of y where y is infinite; +0 where it is NaN. For a
+   finite real part, 0 included, an infinite imaginary part gives NaN + NaN i.
+   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
+   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   underflow and invalid show in the results and in the flags, most of them in the x87 unit.
+   Accuracy: ACC_Tanh */
 QORVANE_API nuvStatus nuvsTanh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsTanh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTanh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
