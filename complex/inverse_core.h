@@ -42,42 +42,62 @@ INLINE Extended80 angleInQuadrant(Extended80 y, Extended80 x) {
   return angleOf(exchanged ? x : y, exchanged ? y : x, exchanged, false);
 }
 
+// What the parts are made of. Sums with A and B are made anew where they are wanted: the unit has eight
+// registers, and moving a number of 80 bits out of them and back takes twenty times as long as an
+// operation.
 struct Hull {
-  Extended80 a, b, am, ap, b2, r, s, alpha, d;
+  Float64 a, b;
+  Extended80 r, s, alpha;
+
+  INLINE Extended80 am() const { return Extended80{a} - 1.0; }
+  INLINE Extended80 ap() const { return 1.0 + Extended80{a}; }
+  INLINE Extended80 b2() const { return Extended80{b} * b; }
+  INLINE Extended80 d() const {
+    const Extended80 left = am();
+    return s == left ? Extended80{b} : s - left;
+  }
 };
 template <class Kernels>
 INLINE Hull hullOf(Float64 a, Float64 b) {
-  const Extended80 am = Extended80{a} - 1.0, ap = 1.0 + Extended80{a}, b2 = Extended80{b} * b;
-  const Extended80 r = Kernels::root(ap * ap + b2), s = Kernels::root(am * am + b2);
-  return {a, b, am, ap, b2, r, s, 0.5 * (r + s), s == am ? Extended80{b} : s - am};
+  Hull h{a, b, 0, 0, 0};
+  h.r = Kernels::root(h.ap() * h.ap() + h.b2());
+  h.s = Kernels::root(h.am() * h.am() + h.b2());
+  h.alpha = 0.5 * (h.r + h.s);
+  h.a = opaque(a);
+  h.b = opaque(b);
+  return h;
 }
 
-// Half the squared tangent that remains of the angle where A > T alpha.
+// sqrt(alpha^2 - A^2), where A > T alpha.
 template <class Kernels>
 INLINE Extended80 oppositeSide(const Hull& h) {
-  if (h.a <= 1) return Kernels::root(0.5 * (h.a + h.alpha) * (h.b2 / (h.r + h.ap) + h.d));
-  return Kernels::root(0.5 * ((h.a + h.alpha) / (h.am + h.s) + (h.a + h.alpha) / (h.ap + h.r))) * h.b;
+  const Extended80 sum = h.a + h.alpha;
+  if (h.a <= 1) return Kernels::root(0.5 * sum * (h.b2() / (h.r + h.ap()) + h.d()));
+  return Kernels::root(0.5 * (sum / (h.am() + h.s) + sum / (h.ap() + h.r))) * h.b;
 }
 
 template <class Kernels>
 INLINE Extended80 asinPart(const Hull& h) {
-  constexpr Constant crossover = extended(0x3ffe, 0xe666666666666666);  // 0.9
-  if (h.a <= h.alpha * crossover) return extAsin(Kernels::argument(h.a / h.alpha));
+  static constexpr Constant crossover = extended(0x3ffe, 0xe666666666666666);  // 0.9
+  const Extended80 alpha = h.alpha;
+  if (h.a <= alpha * crossover) return extAsin(Kernels::argument(h.a / alpha));
   return angleInQuadrant(h.a, oppositeSide<Kernels>(h));
 }
 template <class Kernels>
 INLINE Extended80 acosPart(const Hull& h) {
-  constexpr Constant crossover = extended(0x3ffe, 0xa4467381d7dbf488);  // 0.6417
-  if (h.a <= h.alpha * crossover) return extAcos(Kernels::argument(h.a / h.alpha));
+  static constexpr Constant crossover = extended(0x3ffe, 0xa4467381d7dbf488);  // 0.6417
+  const Extended80 alpha = h.alpha;
+  if (h.a <= alpha * crossover) return extAcos(Kernels::argument(h.a / alpha));
   return angleInQuadrant(oppositeSide<Kernels>(h), h.a);
 }
 template <class Kernels>
 INLINE Extended80 acoshPart(const Hull& h) {
-  if (h.alpha <= 1.5) {
-    const Extended80 p = h.b2 / (h.r + h.ap), excess = 0.5 * ((h.a < 1 ? h.b2 / h.d : h.s + h.am) + p);
-    return Kernels::log1p(Kernels::root((1.0 + h.alpha) * excess) + excess);
+  const Extended80 alpha = h.alpha;
+  if (alpha <= 1.5) {
+    const Extended80 p = h.b2() / (h.r + h.ap()), excess = 0.5 * ((h.a < 1 ? h.b2() / h.d() : h.s + h.am()) + p);
+    return Kernels::log1p(Kernels::root((1.0 + alpha) * excess) + excess);
   }
-  return Kernels::log(h.alpha + Kernels::root(h.alpha * h.alpha - 1.0));
+  return Kernels::log(alpha + Kernels::root(alpha * alpha - 1.0));
 }
 
 constexpr Constant extendedPi = extended(0x4000, 0xc90fdaa22168c235);  // 3.14159265358979323851

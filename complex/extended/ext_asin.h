@@ -46,10 +46,10 @@ INLINE Sum asinBelowHalf(const Argument& a) {
   if (a.key >= keyFrom(0x3ffd)) return asinByLongSeries(a.x);
   if (a.key >= keyFrom(0x3ff8))
     return longOddSeries(a.x, asin3, [](Extended80 t) INLINED { return inTwoChains(asinTail, asin5, t); });
-  constexpr Constant c3 = extended(0x3ffc, 0xaaaaaaaaaaaaaaab);  // 1/6
-  constexpr Constant c5 = extended(0x3ffb, 0x999999999999999a);  // 3/40
-  constexpr Constant c7 = extended(0x3ffa, 0xb6db6db6db6db6db);  // 15/336
-  constexpr Constant c9 = extended(0x3ff9, 0xf8e38e38e38e38e4);  // 105/3456
+  static constexpr Constant c3 = extended(0x3ffc, 0xaaaaaaaaaaaaaaab);  // 1/6
+  static constexpr Constant c5 = extended(0x3ffb, 0x999999999999999a);  // 3/40
+  static constexpr Constant c7 = extended(0x3ffa, 0xb6db6db6db6db6db);  // 15/336
+  static constexpr Constant c9 = extended(0x3ff9, 0xf8e38e38e38e38e4);  // 105/3456
   return shortOddSeries(a, c3, c5, c7, c9);
 }
 

@@ -52,10 +52,10 @@ INLINE Extended80 logOfDouble(const Argument& a, Float64 sign) {
 INLINE Extended80 extAsinh(Argument a) {
   if (a.key < keyFrom(0x3fb4)) return tinyOdd(a.x);
   if (a.key < keyFrom(0x3ff8)) {
-    constexpr Constant c3 = extended(0xbffc, 0xaaaaaaaaaaaaaaab);  // -1/6
-    constexpr Constant c5 = extended(0x3ffb, 0x999999999999999a);  // 3/40
-    constexpr Constant c7 = extended(0xbffa, 0xb6db6db6db6db6db);  // -15/336
-    constexpr Constant c9 = extended(0x3ff9, 0xf8e38e38e38e38e4);  // 105/3456
+    static constexpr Constant c3 = extended(0xbffc, 0xaaaaaaaaaaaaaaab);  // -1/6
+    static constexpr Constant c5 = extended(0x3ffb, 0x999999999999999a);  // 3/40
+    static constexpr Constant c7 = extended(0xbffa, 0xb6db6db6db6db6db);  // -15/336
+    static constexpr Constant c9 = extended(0x3ff9, 0xf8e38e38e38e38e4);  // 105/3456
     const Sum s = shortOddSeries(a, c3, c5, c7, c9);
     return s.hi + s.lo;
   }
@@ -80,7 +80,10 @@ INLINE Extended80 extAcosh(Argument a) {
     const Extended80 w = 2.0 * (x - 1.0);
     if (w == 0) return 0.0L;
     const Sum s = rootWithResidual({w, 0.0L});
-    return s.hi + ((inTwoChains(acoshTail, 0.0, w) * w) * s.hi + s.lo);
+    Extended80 tail = acoshTail[14].hi;
+#pragma GCC unroll 16
+    for (int i = 13; i >= 0; --i) tail = tail * w + acoshTail[i];
+    return s.hi + ((tail * w) * s.hi + s.lo);
   }
   if (a.key >= keyOfInfinity) return x;
   if (a.key >= keyFrom(0x4004)) return logOfDouble(a, -1.0);

@@ -27,11 +27,11 @@ INLINE Extended80 extAbs(Extended80 x) { return __builtin_fabsl(x); }
 
 // atan q - q for |q| <= 2^-7
 INLINE Extended80 atanTail(Extended80 q) {
-  constexpr Constant b3 = extended(0xbffd, 0xaaaaaaaaaaaaaa90);  // -0.333333333333333
+  static constexpr Constant b3 = extended(0xbffd, 0xaaaaaaaaaaaaaa90);  // -0.333333333333333
   // Of these the leading 53 bits do: what they leave is below 2^-77 of the result.
-  constexpr Float64 b5 = extended(0x3ffc, 0xcccccccccc9ba8e3).hi;  // 0.199999999999
-  constexpr Float64 b7 = extended(0xbffc, 0x9249247c9586e873).hi;  // -0.142857141594
-  constexpr Float64 b9 = extended(0x3ffb, 0xe38521d9d93223ac).hi;  // 0.111093773328
+  static constexpr Constant b5 = leading53(extended(0x3ffc, 0xcccccccccc9ba8e3));  // 0.199999999999
+  static constexpr Constant b7 = leading53(extended(0xbffc, 0x9249247c9586e873));  // -0.142857141594
+  static constexpr Constant b9 = leading53(extended(0x3ffb, 0xe38521d9d93223ac));  // 0.111093773328
   const Extended80 s = q * q, s2 = s * s;
   return (((b9 * s2 + b5) * s2) + (b7 * s2 + b3) * s) * q;
 }
@@ -86,8 +86,8 @@ INLINE Extended80 extAtan(Argument a) {
     const Extended80 magnitude = a.magnitude();
     return a.sign() * angleOf(exchanged ? 1.0L : magnitude, exchanged ? magnitude : 1.0L, exchanged, false);
   }
-  constexpr Constant a3 = extended(0xbffd, 0xaaaaaaaaaaaaaaab);  // -1/3
-  constexpr Constant a5 = extended(0x3ffc, 0xcccccccccccccccd);  // 1/5
+  static constexpr Constant a3 = extended(0xbffd, 0xaaaaaaaaaaaaaaab);  // -1/3
+  static constexpr Constant a5 = extended(0x3ffc, 0xcccccccccccccccd);  // 1/5
   if (a.key >= keyFrom(0x3ff3)) return x + atanTail(x);
   if (a.key >= keyFrom(0x3fed)) return x + (t * (a5 * t + a3)) * x;
   if (a.key >= keyFrom(0x3fb4)) return x + ((a3 * x) * x) * x;

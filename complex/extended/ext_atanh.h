@@ -27,10 +27,10 @@ INLINE Sum ratioAround(Extended80 x) {
 INLINE Extended80 extAtanh(Argument a) {
   if (a.key < keyFrom(0x3fb4)) return tinyOdd(a.x);
   if (a.key < keyFrom(0x3ff8)) {
-    constexpr Constant c3 = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);  // 1/3
-    constexpr Constant c5 = extended(0x3ffc, 0xcccccccccccccccd);  // 1/5
-    constexpr Constant c7 = extended(0x3ffc, 0x9249249249249249);  // 1/7
-    constexpr Constant c9 = extended(0x3ffb, 0xe38e38e38e38e38e);  // 1/9
+    static constexpr Constant c3 = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);  // 1/3
+    static constexpr Constant c5 = extended(0x3ffc, 0xcccccccccccccccd);  // 1/5
+    static constexpr Constant c7 = extended(0x3ffc, 0x9249249249249249);  // 1/7
+    static constexpr Constant c9 = extended(0x3ffb, 0xe38e38e38e38e38e);  // 1/9
     const Sum s = shortOddSeries(a, c3, c5, c7, c9);
     return s.hi + s.lo;
   }

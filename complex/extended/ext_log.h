@@ -56,14 +56,14 @@ INLINE LogArgument logArgumentOfAny(Extended80 x) {
 }
 
 INLINE Extended80 logByTable(const LogArgument& a) {
-  constexpr Constant g2 = extended(0xbffe, 0x8000000000000041);  // -0.500000000000000004
+  static constexpr Constant g2 = extended(0xbffe, 0x8000000000000041);  // -0.500000000000000004
   // Of these the leading 53 bits do: what they leave is below 2^-77 of the result.
-  constexpr Float64 g3 = extended(0x3ffd, 0xaaaaaaaaaaaaabea).hi;  // 0.33333333333333335
-  constexpr Float64 g4 = extended(0xbffc, 0xffffffffefe6e52e).hi;  // -0.249999999996340
-  constexpr Float64 g5 = extended(0x3ffc, 0xccccccccb4796149).hi;  // 0.199999999994470
-  constexpr Float64 g6 = extended(0xbffc, 0xaaaafbde6bc3dedd).hi;  // -0.166667876673
-  constexpr Float64 g7 = extended(0x3ffc, 0x92497ecbbf12a224).hi;  // 0.142858487306
-  constexpr Constant ln2 = extended(0x3ffe, 0xb17217f7d1cf79ac);   // 0.693147180559945309
+  static constexpr Constant g3 = leading53(extended(0x3ffd, 0xaaaaaaaaaaaaabea));  // 0.33333333333333335
+  static constexpr Constant g4 = leading53(extended(0xbffc, 0xffffffffefe6e52e));  // -0.249999999996340
+  static constexpr Constant g5 = leading53(extended(0x3ffc, 0xccccccccb4796149));  // 0.199999999994470
+  static constexpr Constant g6 = leading53(extended(0xbffc, 0xaaaafbde6bc3dedd));  // -0.166667876673
+  static constexpr Constant g7 = leading53(extended(0x3ffc, 0x92497ecbbf12a224));  // 0.142858487306
+  static constexpr Constant ln2 = extended(0x3ffe, 0xb17217f7d1cf79ac);   // 0.693147180559945309
   const LogRow& row = logTable256[a.row];
   const Extended80 mh = toMultiple(a.m, shifterTo31), ml = (a.m - mh) + a.lo;
   const Extended80 t = mh * row.reciprocal - 1.0, u = ml * row.reciprocal, z = t + u, z2 = z * z;
@@ -89,25 +89,25 @@ INLINE Extended80 logOfLead(const LogLead& a, Extended80 tail) {
 
 // 0.96875 <= x < 1.0625 + 2^-15
 INLINE Extended80 logNearOne(Extended80 x) {
-  constexpr Constant e2 = extended(0xbfb4, 0x9f28ea2d2df7e646);   // -3.29134800223e-23
-  constexpr Constant e4 = extended(0xbffc, 0xffffffffffffffea);   // -0.25
-  constexpr Constant e6 = extended(0xbffc, 0xaaaaaaaaaaab8f55);   // -0.166666666666667
-  constexpr Constant e8 = extended(0xbffb, 0xffffffffff0a3715);   // -0.125
-  constexpr Constant e10 = extended(0xbffb, 0xcccccc8103d7e06e);  // -0.0999999977944
-  constexpr Constant e12 = extended(0xbffb, 0xaaac2bce12338b18);  // -0.0833362028373
-  constexpr Constant e14 = extended(0xbffb, 0x9033450a5189d630);  // -0.0704102891706
-  constexpr Constant o3 = extended(0x3ff1, 0xaaaaaaaaaaaaadc6);   // 8.13802083333e-05: 1/3 - thirdShort
-  constexpr Constant o5 = extended(0x3ffc, 0xccccccccccccc236);   // 0.2
-  constexpr Constant o7 = extended(0x3ffc, 0x9249249249a4a0c4);   // 0.142857142857
-  constexpr Constant o9 = extended(0x3ffb, 0xe38e38ddbc1754f0);   // 0.111111110942
-  constexpr Constant o11 = extended(0x3ffb, 0xba2e9a1ce811d305);  // 0.0909091987678
-  constexpr Constant o13 = extended(0x3ffb, 0x9d86222d7a648ac4);  // 0.0769159956101
-  constexpr Constant o15 = extended(0x3ffa, 0xda3eb73f2509bdb7);  // 0.0532824667046
+  static constexpr Constant e2 = extended(0xbfb4, 0x9f28ea2d2df7e646);   // -3.29134800223e-23
+  static constexpr Constant e4 = extended(0xbffc, 0xffffffffffffffea);   // -0.25
+  static constexpr Constant e6 = extended(0xbffc, 0xaaaaaaaaaaab8f55);   // -0.166666666666667
+  static constexpr Constant e8 = extended(0xbffb, 0xffffffffff0a3715);   // -0.125
+  static constexpr Constant e10 = extended(0xbffb, 0xcccccc8103d7e06e);  // -0.0999999977944
+  static constexpr Constant e12 = extended(0xbffb, 0xaaac2bce12338b18);  // -0.0833362028373
+  static constexpr Constant e14 = extended(0xbffb, 0x9033450a5189d630);  // -0.0704102891706
+  static constexpr Constant o3 = extended(0x3ff1, 0xaaaaaaaaaaaaadc6);   // 8.13802083333e-05: 1/3 - thirdShort
+  static constexpr Constant o5 = extended(0x3ffc, 0xccccccccccccc236);   // 0.2
+  static constexpr Constant o7 = extended(0x3ffc, 0x9249249249a4a0c4);   // 0.142857142857
+  static constexpr Constant o9 = extended(0x3ffb, 0xe38e38ddbc1754f0);   // 0.111111110942
+  static constexpr Constant o11 = extended(0x3ffb, 0xba2e9a1ce811d305);  // 0.0909091987678
+  static constexpr Constant o13 = extended(0x3ffb, 0x9d86222d7a648ac4);  // 0.0769159956101
+  static constexpr Constant o15 = extended(0x3ffa, 0xda3eb73f2509bdb7);  // 0.0532824667046
   const Extended80 z = x - 1.0;
   if (z > -0x1p-16 && z < 0x1p-15) {
-    constexpr Constant n3 = extended(0x3ffd, 0xaaaaaaaaaaac1552);  // 0.333333333333
-    constexpr Constant n4 = extended(0xbffc, 0xffffffffc004ae8a);  // -0.249999999985
-    constexpr Constant n5 = extended(0x3ffc, 0xcccaccd25f7ef9aa);  // 0.199992370930
+    static constexpr Constant n3 = extended(0x3ffd, 0xaaaaaaaaaaac1552);  // 0.333333333333
+    static constexpr Constant n4 = extended(0xbffc, 0xffffffffc004ae8a);  // -0.249999999985
+    static constexpr Constant n5 = extended(0x3ffc, 0xcccaccd25f7ef9aa);  // 0.199992370930
     const Extended80 z2 = z * z;
     return z2 * ((n3 + n5 * z2) * z + (-0.5 + n4 * z2)) + z;
   }

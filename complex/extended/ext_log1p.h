@@ -28,18 +28,18 @@ INLINE Extended80 log1pOfSmall(const Argument& a) {
     return logOfLead(lead, w * even + (w * x) * odd);
   }
   if (a.key >= keyFrom(0x3fe6)) {
-    constexpr Constant p2 = extended(0xbffd, 0xffffffffffffffe5);  // -0.5
-    constexpr Constant p3 = extended(0x3ffd, 0xaaaaaaaaaaaaaa6f);  // 0.333333333333
-    constexpr Constant p4 = extended(0xbffd, 0x80000006aaaaaaa0);  // -0.250000000776
-    constexpr Constant p5 = extended(0x3ffc, 0xccccccdccd38edd5);  // 0.200000000931
+    static constexpr Constant p2 = extended(0xbffd, 0xffffffffffffffe5);  // -0.5
+    static constexpr Constant p3 = extended(0x3ffd, 0xaaaaaaaaaaaaaa6f);  // 0.333333333333
+    static constexpr Constant p4 = extended(0xbffd, 0x80000006aaaaaaa0);  // -0.250000000776
+    static constexpr Constant p5 = extended(0x3ffc, 0xccccccdccd38edd5);  // 0.200000000931
     return x + ((p5 * t + p3) * t + (p4 * t + p2) * x) * x;
   }
   if (a.key >= keyFrom(0x3fd9)) {
-    constexpr Constant p3 = extended(0x3ffd, 0xaaaaaaaaaaaad111);  // 0.333333333333
+    static constexpr Constant p3 = extended(0x3ffd, 0xaaaaaaaaaaaad111);  // 0.333333333333
     return x + ((p3 * x + -0.5) * x) * x;
   }
   if (a.key >= keyFrom(0x3fb4)) {
-    constexpr Constant p2 = extended(0xbffe, 0x8000000000001000);  // -0.5
+    static constexpr Constant p2 = extended(0xbffe, 0x8000000000001000);  // -0.5
     return (p2 * x) * x + x;
   }
   if (x == 0) return x;

@@ -20,12 +20,15 @@ namespace {
 
 // 1 <= v < 4; `row` belongs to the number of nine bits next to v.
 INLINE Extended80 rootOfScaled(Extended80 v, uint32_t row) {
-  constexpr Float64 splitter = fromBits(0x4150000040000000);  // 2^22 + 1: leaves 42 bits
+  static constexpr Constant splitter{fromBits(0x4150000040000000), 0};  // 2^22 + 1: leaves 42 bits
+  // (1 + u)^(-1/2) - 1
+  static constexpr Constant c1{-0.5, 0}, c2{0.375, 0}, c3{-0.3125, 0}, c4{0.2734375, 0}, c5{-0.24609375, 0},
+      c6{0.2255859375, 0}, c7{-0.20947265625, 0};
   const Float64 r = invSqrtTable[row], r2 = r * r;
   const Extended80 product = v * splitter, vh = product - (product - v), vl = v - vh;
   const Extended80 u = (vh * r2 - 1.0) + vl * r2, u2 = u * u;
-  const Extended80 p3 = (-0.3125 + u * 0.2734375) + u2 * ((-0.24609375 + u * 0.2255859375) - u2 * 0.20947265625);
-  const Extended80 p = u * (-0.5 + u * 0.375) + (u2 * u) * p3;
+  const Extended80 p3 = (u * c4 + c3) + u2 * ((u * c6 + c5) + u2 * c7);
+  const Extended80 p = u * (u * c2 + c1) + (u2 * u) * p3;
   return vh * r + (vl + p * v) * r;
 }
 

@@ -52,18 +52,28 @@ consteval Extended80 extendedNumber(unsigned field, uint64_t significand) {
 // A constant with more than 53 bits is kept as the sum of two double-precision numbers, the lower one
 // with 11 bits, and added up, exactly, where it is used: loading 80 bits takes some fifteen times as
 // long as loading 64. Sum and operation are one piece of code, since the compiler would fold the sum
-// to 80 bits, or make it where registers are short. It takes one register more.
+// to 80 bits, or make it where registers are short. It takes one register more. A constant of 53 bits
+// is an operand in memory, for the same reasons.
 struct Constant {
   Float64 hi, lo;
 };
 // clang-format off
+// With the leading 53 bits of a constant only.
+INLINE Extended80 plusLeading53(Extended80 x, const Constant& c) {
+  asm("faddl %1" : "+t"(x) : "m"(c.hi));
+  return x;
+}
+INLINE Extended80 timesLeading53(Extended80 x, const Constant& c) {
+  asm("fmull %1" : "+t"(x) : "m"(c.hi));
+  return x;
+}
 INLINE Extended80 operator+(Extended80 x, const Constant& c) {
-  if (c.lo == 0) return x + c.hi;
+  if (c.lo == 0) return plusLeading53(x, c);
   asm("fldl %1\n\tfaddl %2\n\tfaddp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
   return x;
 }
 INLINE Extended80 operator*(Extended80 x, const Constant& c) {
-  if (c.lo == 0) return x * c.hi;
+  if (c.lo == 0) return timesLeading53(x, c);
   asm("fldl %1\n\tfaddl %2\n\tfmulp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
   return x;
 }
@@ -77,6 +87,9 @@ consteval Constant extended(unsigned field, uint64_t significand) {
   return {static_cast<Float64>(extendedNumber(field, significand & ~uint64_t{0x7ff})),
           static_cast<Float64>(extendedNumber(field, significand & 0x7ff))};
 }
+
+// The leading 53 bits of a constant.
+consteval Constant leading53(const Constant& c) { return {c.hi, 0}; }
 
 // A number in memory for later, in two double-precision numbers; it must be 0 or from 2^-960 to 2^1023
 // in magnitude, or a double-precision number. Storing and loading all 80 bits at once takes longer
