@@ -19,19 +19,13 @@ namespace {
 #include "complex/extended/acosh_tail_table.inc"
 #include "complex/extended/asinh_tail_table.inc"
 
-// The root of v with its residual: v.hi is within the range of double precision.
-INLINE Sum rootWithResidual(Sum v) {
-  const Extended80 s = rootOfOrdinary(v.hi), sh = leadingPart(s, leading31), sl = s - sh;
-  const Extended80 residual = (((v.hi - sh * sh) - (2.0 * sh) * sl) - sl * sl) + v.lo;
-  return {s, residual * (0.5 / s)};
-}
-
 // a + sqrt(a^2 + sign) for a below 2^30.
 INLINE Sum sumWithRoot(Extended80 a, Float64 sign) {
   const Extended80 ah = leadingPart(a, leading31);
   const Sum square = fastTwoSum(ah * ah, (a + ah) * (a - ah));
   Sum v = onePlus(sign * square.hi);  // 1 + a^2, or 1 - a^2
-  const Sum root = rootWithResidual({sign * v.hi, sign * v.lo + square.lo});
+  Sum root = rootAndRest(sign * v.hi);
+  root.lo += (sign * v.lo + square.lo) * (0.5 / root.hi);
   v = fastTwoSum(root.hi, a);
   if (sign < 0) v = fastTwoSum(a, root.hi);
   return {v.hi, v.lo + root.lo};
@@ -79,7 +73,7 @@ INLINE Extended80 extAcosh(Argument a) {
   if (a.key < 0x3fffc000) {  // 1.5
     const Extended80 w = 2.0 * (x - 1.0);
     if (w == 0) return 0.0L;
-    const Sum s = rootWithResidual({w, 0.0L});
+    const Sum s = rootAndRest(w);
     Extended80 tail = acoshTail[14].hi;
 #pragma GCC unroll 16
     for (int i = 13; i >= 0; --i) tail = tail * w + acoshTail[i];

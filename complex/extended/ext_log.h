@@ -6,8 +6,9 @@
 // ln x = n ln 2 - ln C + ln(1 + z) with z = m C - 1, a polynomial of degree 7. The product with m's
 // leading 32 bits is exact.
 //
-// Error in units of the last of 64 bits: at most 0.54 for 0.97 < x < 1.06, where the polynomials are;
-// at most 1.6 from there up and below 0.5; up to 15 from 0.5 to 0.97, where the terms of the sum are larger than the sum.
+// Error in units of the last of 64 bits: at most 0.52 from 0.97 to 1.06, where the polynomials
+// are; 1.6 from there up and below 0.5; 17 from 0.5 to 0.97, where the terms of the sum are larger
+// than the sum.
 //
 // Special values: a zero gives -Inf and division by zero, +Inf +Inf, a NaN the NaN; less than 0 NaN
 // and invalid.
@@ -63,7 +64,7 @@ INLINE Extended80 logByTable(const LogArgument& a) {
   static constexpr Constant g5 = leading53(extended(0x3ffc, 0xccccccccb4796149));  // 0.199999999994470
   static constexpr Constant g6 = leading53(extended(0xbffc, 0xaaaafbde6bc3dedd));  // -0.166667876673
   static constexpr Constant g7 = leading53(extended(0x3ffc, 0x92497ecbbf12a224));  // 0.142858487306
-  static constexpr Constant ln2 = extended(0x3ffe, 0xb17217f7d1cf79ac);   // 0.693147180559945309
+  static constexpr Constant ln2 = extended(0x3ffe, 0xb17217f7d1cf79ac);            // 0.693147180559945309
   const LogRow& row = logTable256[a.row];
   const Extended80 mh = toMultiple(a.m, shifterTo31), ml = (a.m - mh) + a.lo;
   const Extended80 t = mh * row.reciprocal - 1.0, u = ml * row.reciprocal, z = t + u, z2 = z * z;

@@ -3,8 +3,8 @@
 // Method: up to 2^-14 polynomials; up to 2^-4 one whose leading terms are exact on the leading 11 bits
 // of x; from there on the table of extLog with 1 + x as a sum of two numbers.
 //
-// Error in units of the last of 64 bits: at most 0.54 for |x| < 2^-4, 1.6 for x from there up; up to 10 from -0.5 to
-// -2^-4, where the terms of the sum are larger than the sum.
+// Error in units of the last of 64 bits: at most 0.53 for |x| < 2^-4, 1.6 for x from there up;
+// 10 from -1/2 to -2^-4, where the terms of the sum are larger than the sum.
 //
 // Special values: a zero gives the zero, -1 -Inf and division by zero, +Inf +Inf, a NaN the NaN; less
 // than -1 NaN and invalid. A subnormal x underflows.

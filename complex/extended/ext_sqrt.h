@@ -2,10 +2,9 @@
 //
 // Method: x = 4^n v with 1 <= v < 4, r from a table with 1/sqrt(v) to 8 bits,
 // sqrt(v) = v r (1 + u)^(-1/2) with u = v r^2 - 1, a polynomial of degree 7 of u. The products with v's
-// leading 42 bits are exact. It needs no root of the hardware, and two roots overlap where the
-// hardware's would wait for each other.
+// leading 42 bits are exact.
 //
-// Error in units of the last of 64 bits: at most 0.51.
+// Error in units of the last of 64 bits: at most 0.53.
 //
 // Special values: a zero gives the zero, +Inf +Inf, a NaN the NaN; less than 0 NaN and invalid.
 #pragma once
@@ -18,28 +17,42 @@ extern const Float64 invSqrtTable[513];
 
 namespace {
 
-// 1 <= v < 4; `row` belongs to the number of nine bits next to v.
-INLINE Extended80 rootOfScaled(Extended80 v, uint32_t row) {
-  static constexpr Constant splitter{fromBits(0x4150000040000000), 0};  // 2^22 + 1: leaves 42 bits
-  // (1 + u)^(-1/2) - 1
-  static constexpr Constant c1{-0.5, 0}, c2{0.375, 0}, c3{-0.3125, 0}, c4{0.2734375, 0}, c5{-0.24609375, 0},
-      c6{0.2255859375, 0}, c7{-0.20947265625, 0};
-  const Float64 r = invSqrtTable[row], r2 = r * r;
-  const Extended80 product = v * splitter, vh = product - (product - v), vl = v - vh;
-  const Extended80 u = (vh * r2 - 1.0) + vl * r2, u2 = u * u;
-  const Extended80 p3 = (u * c4 + c3) + u2 * ((u * c6 + c5) + u2 * c7);
-  const Extended80 p = u * (u * c2 + c1) + (u2 * u) * p3;
-  return vh * r + (vl + p * v) * r;
+// sqrt(x) as the exact product of r and the leading 42 bits of x, and what is left; r is 1/sqrt(x) to 8
+// bits, with 10 bits, and `rounded` is x in double precision. What u^3 and the higher powers give is
+// made there: it wants 42 bits.
+INLINE Sum rootByEstimate(Extended80 x, Float64 rounded, Float64 r) {
+  static constexpr Constant splitter{fromBits(0x4150000040000000), 0};  // 2^22 + 1
+  static constexpr Constant c1{-0.5, 0}, c2{0.375, 0};                  // (1 + u)^(-1/2) = 1 + c1 u + c2 u^2 + ...
+  constexpr Float64 c3 = -0.3125, c4 = 0.2734375, c5 = -0.24609375, c6 = 0.2255859375, c7 = -0.20947265625;
+  const Float64 r2 = r * r, v = rounded * r2 - 1.0, v2 = v * v;
+  const Float64 tail = (v2 * v) * ((c3 + c4 * v) + v2 * ((c5 + c6 * v) + v2 * c7));
+  const Extended80 product = x * splitter, xh = product - (product - x), xl = x - xh;
+  const Extended80 u = (xh * r2 - 1.0) + xl * r2, p = u * (u * c2 + c1) + tail;
+  return {xh * r, xl * r + p * (x * r)};
 }
 
-// x must be within the normal range of double precision, and 2^1023 at most: where the table's row is
-// comes from the number rounded to double precision.
+// The table's entry for x, times the power of two that 1/sqrt(x) has. x is in double precision, normal.
+INLINE Float64 rootEstimate(Float64 x) {
+  const uint64_t bits = toBits(x), fraction = bits & 0xfffffffffffff, odd = ~bits >> 52 & 1;
+  const uint64_t index = (fraction + 0x7ffffffffff + (fraction >> 44 & 1)) >> 44;
+  const int64_t half = (static_cast<int64_t>(bits >> 52) - 1023 - static_cast<int64_t>(odd)) >> 1;
+  return fromBits(toBits(invSqrtTable[index + (odd << 8)]) - (static_cast<uint64_t>(half) << 52));
+}
+
+// x must be within the normal range of double precision: its place in the table comes from x rounded
+// to double precision.
+INLINE Sum rootSumOfOrdinary(Extended80 x) {
+  const Float64 rounded = static_cast<Float64>(x);
+  return rootByEstimate(x, rounded, rootEstimate(rounded));
+}
 INLINE Extended80 rootOfOrdinary(Extended80 x) {
-  const uint64_t bits = toBits(static_cast<Float64>(x)), fraction = bits & 0xfffffffffffff;
-  const int32_t e = static_cast<int32_t>(bits >> 52) - 1023, odd = e & 1;
-  const uint32_t index = static_cast<uint32_t>((fraction + 0x7ffffffffff + (fraction >> 44 & 1)) >> 44);
-  const Extended80 root = rootOfScaled(x * powerOfTwo(odd - e), index + static_cast<uint32_t>(odd << 8));
-  return root * powerOfTwo((e - odd) >> 1);
+  const Sum root = rootSumOfOrdinary(x);
+  return root.hi + root.lo;
+}
+// The same with what rounding leaves.
+INLINE Sum rootAndRest(Extended80 x) {
+  const Sum root = rootSumOfOrdinary(x);
+  return fastTwoSum(root.hi, root.lo);
 }
 
 // The significand as a number from 1 to 2; x isn't subnormal.
@@ -58,9 +71,11 @@ INLINE Extended80 significandOf(Extended80 x) { return static_cast<Extended80>(p
     e = static_cast<int32_t>(p.field) - 0x3fff - 200;
   }
   const int32_t odd = e & 1;
+  const Extended80 v = significandOf(x) * powerOfTwo(odd);
   const uint64_t half = p.significand >> 1;
   const uint32_t index = static_cast<uint32_t>((half + 0x1fffffffffffff + (half >> 54 & 1)) >> 54) - 256;
-  const Extended80 root = rootOfScaled(significandOf(x) * powerOfTwo(odd), index + static_cast<uint32_t>(odd << 8));
+  const Sum parts = rootByEstimate(v, static_cast<Float64>(v), invSqrtTable[index + static_cast<uint32_t>(odd << 8)]);
+  const Extended80 root = parts.hi + parts.lo;
   // In two steps, since double precision reaches only half as far.
   const int32_t n = (e - odd) >> 1;
   const int32_t first = n / 16;
