@@ -4,7 +4,7 @@
 // Method: a seed y of 20 fraction bits from the processor's approximation, then y + y p(e) with the
 // residual e = x y^2 - 1 from x in halves, whose large product is exact.
 //
-// Error: at most 0.5005 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever
+// Error: at most 0.5002 ulp. The kernels run in round-to-nearest with subnormals honoured, whatever
 // the caller's mode.
 //
 // Special values: NaN gives the NaN, quiet, +Inf +0; +0 and -0 give +Inf and -Inf, and a pole;

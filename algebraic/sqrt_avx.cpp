@@ -18,7 +18,8 @@ namespace {
 
 #include "algebraic/sqrt_tables.inc"
 
-// (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3) in e = 1 - x y^2.
+// In e = 1 - x y^2:
+// (1 - e)^(-1/2) = 1 + e (p1 + p2 e + p3 e^2 + p4 e^3), |e| <= 3 * 2^-12: error 2^-58.0
 constexpr Float64 p4 = fromBits(0x3fd1800032338cbb);  // 0.27343754675366555
 constexpr Float64 p3 = fromBits(0x3fd40000b13001d9);  // 0.31250016501874495
 constexpr Float64 p2 = fromBits(0x3fd80000000000f6);  // 0.37500000000001366

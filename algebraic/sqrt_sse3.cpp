@@ -4,7 +4,7 @@
 // sqrt(x) = x y (1 + p(e)) with the residual e = x y^2 - 1. x stands in halves, so that the largest
 // term of the sum and the large product of the residual are exact.
 //
-// Error: at most 0.5006 ulp, 0.75 ulp for subnormal x. The kernel runs in round-to-nearest with
+// Error: at most 0.5004 ulp, 0.75 ulp for subnormal x. The kernel runs in round-to-nearest with
 // subnormals honoured, whatever the caller's mode.
 //
 // Special values: NaN gives the NaN, quiet, +Inf, +0 and -0 give themselves; negative numbers and

@@ -4,8 +4,28 @@
 
 #include "bench/peer_loops.h"
 
+// <complex.h> is another header in C++.
+using ComplexDouble = _Complex double;
+extern "C" {
+ComplexDouble cexp(ComplexDouble), csin(ComplexDouble), ccos(ComplexDouble), ctan(ComplexDouble);
+ComplexDouble csinh(ComplexDouble), ccosh(ComplexDouble), ctanh(ComplexDouble);
+}
+
 namespace qorvane::bench {
 namespace {
+
+template <ComplexDouble f(ComplexDouble)>
+void repeatComplex(const Call& call, int64_t times) {
+  for (; times > 0; --times) {
+    for (int64_t i = 0; i < call.len; ++i) {
+      ComplexDouble z;
+      __builtin_memcpy(&z, call.in[0] + 2 * i, sizeof z);
+      z = f(z);
+      __builtin_memcpy(call.out[0] + 2 * i, &z, sizeof z);
+    }
+    keep();
+  }
+}
 
 using V = double;
 #define CALL(stem, result)                                                                      \
@@ -40,6 +60,13 @@ constexpr Contestant contestants[] = {
     CALL(cos, cos(a)),
     CALL(sinCos, sineAndCosine(a)),
     CALL(tan, tan(a)),
+    CALL(asin, asin(a)),
+    CALL(acos, acos(a)),
+    CALL(atan, atan(a)),
+    CALL(atan2, atan2(a, b)),
+    CALL(sinh, sinh(a)),
+    CALL(cosh, cosh(a)),
+    CALL(tanh, tanh(a)),
     CALL(floor, floor(a)),
     CALL(ceil, ceil(a)),
     CALL(trunc, trunc(a)),
@@ -47,6 +74,13 @@ constexpr Contestant contestants[] = {
     CALL(rint, rint(a)),
     CALL(nearbyInt, nearbyint(a)),
     CALL(modf, parts(a)),
+    {"complexExp", repeatComplex<cexp>},
+    {"complexSin", repeatComplex<csin>},
+    {"complexCos", repeatComplex<ccos>},
+    {"complexTan", repeatComplex<ctan>},
+    {"complexSinh", repeatComplex<csinh>},
+    {"complexCosh", repeatComplex<ccosh>},
+    {"complexTanh", repeatComplex<ctanh>},
 };
 
 }  // namespace

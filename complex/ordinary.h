@@ -12,7 +12,7 @@ namespace {
 // 0.5 <= |x| < 26.17, 2^-5 <= |y| < 2^17.
 INLINE bool isOrdinary(Complex64 z) {
   constexpr uint32_t fromX = 0x3fe00000, toX = 0x403a2a80, fromY = 0x3fa00000, toY = 0x41000000;
-  return ((highWord(z.re) & 0x7fffffff) - fromX < toX - fromX) & ((highWord(z.im) & 0x7fffffff) - fromY < toY - fromY);
+  return ((highWord(z.re) & 0x7fffffff) - fromX < toX - fromX) && ((highWord(z.im) & 0x7fffffff) - fromY < toY - fromY);
 }
 
 // The unit has eight registers: sine and cosine wait in memory.

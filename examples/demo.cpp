@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <complex>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -103,6 +104,13 @@ struct Use {
     [[maybe_unused]] const T a = *x, b = *y; \
     return Results<T>{first, second};        \
   }
+#define COMPLEX_FORMULA_OF(T, result)      \
+  [](const T* x, const T*) {               \
+    const std::complex<T> z(x[0], x[1]);   \
+    const std::complex<T> w = result;      \
+    return Results<T>{w.real(), w.imag()}; \
+  }
+#define COMPLEX_FORMULA(result) COMPLEX_FORMULA_OF(double, result), COMPLEX_FORMULA_OF(long double, result)
 #define FORMULA(first, second) FORMULA_OF(double, first, second), FORMULA_OF(long double, first, second)
 
 template <class F>
@@ -121,12 +129,33 @@ T fraction(T x) {
 
 std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& planets) {
   const Column &elevation = cities.columns.at("elevation"), &latitude = cities.columns.at("latitude"),
-               &parallax = stars.columns.at("parallax"), &magnitude = stars.columns.at("magnitude"),
-               &axis = planets.columns.at("axis"), &period = planets.columns.at("period");
+               &longitude = cities.columns.at("longitude"), &parallax = stars.columns.at("parallax"),
+               &magnitude = stars.columns.at("magnitude"), &axis = planets.columns.at("axis"),
+               &period = planets.columns.at("period");
   const auto only = [](Column a) { return Job{{a, Column(a.size())}}; };
   const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }),
                years = map(period, [](double x) { return x / 365.25; });
-  const auto *c = &cities.labels, *s = &stars.labels, *p = &planets.labels;
+  const auto sine = [](double degrees) { return std::sin(degrees * (M_PI / 180)); };
+  const auto cosine = [](double degrees) { return std::cos(degrees * (M_PI / 180)); };
+  // What a telephone pair of 0.4 mm copper, 280 ohms, 0.59 mH and 50 nF a kilometre, does over 5 km
+  // from 100 Hz to 1 MHz: its propagation constant times its length, and that turned by -i.
+  Column line, turnedLine;
+  static std::vector<std::string> frequencies;  // like the tables' labels, it outlives this function
+  for (int i = 0; i <= 200; ++i) {
+    const double hertz = 100 * std::pow(10, i / 50.0), angular = 2 * M_PI * hertz;
+    const std::complex<double> gamma =
+        5.0 * std::sqrt(std::complex(280, angular * 0.59e-3) * std::complex(0.0, angular * 50e-9));
+    line.insert(line.end(), {gamma.real(), gamma.imag()});
+    turnedLine.insert(turnedLine.end(), {gamma.imag(), -gamma.real()});
+    frequencies.push_back(std::to_string(std::lround(hertz)) + " Hz");
+  }
+  // The way to Greenwich, at 51.48 degrees north: its parts to the east and to the north.
+  Column east, north;
+  for (size_t i = 0; i < latitude.size(); ++i) {
+    east.push_back(sine(-longitude[i]) * cosine(51.48));
+    north.push_back(cosine(latitude[i]) * sine(51.48) - sine(latitude[i]) * cosine(51.48) * cosine(longitude[i]));
+  }
+  const auto *c = &cities.labels, *s = &stars.labels, *p = &planets.labels, *f = &frequencies;
   return {
       {"exp", "air pressure over that at sea level, from the elevation",
        only(map(elevation, [](double h) { return -h / 8434; })), FORMULA(exp(a), 0), c},
@@ -149,6 +178,14 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"cos", "radius of the parallel over the equator's", only(radians), FORMULA(cos(a), 0), c},
       {"sinCos", "sine and cosine of the latitude", only(radians), FORMULA(sin(a), cos(a)), c},
       {"tan", "shadow at noon of an equinox over the height", only(radians), FORMULA(tan(a), 0), c},
+      {"asin", "largest angle between the Sun and the inner one of the planet and the Earth",
+       only(map(axis, [](double r) { return r < 1 ? r : 1 / r; })), FORMULA(asin(a), 0), p},
+      {"acos", "half a day at the June solstice, in radians of the Earth's turn",
+       only(map(radians, [&](double x) { return -std::tan(x) * sine(23.44) / cosine(23.44); })), FORMULA(acos(a), 0),
+       c},
+      {"atan", "latitude as seen from the Earth's centre",
+       only(map(radians, [](double x) { return 0.99330562 * std::tan(x); })), FORMULA(atan(a), 0), c},
+      {"atan2", "bearing of Greenwich, from north to east", Job{{east, north}}, FORMULA(atan2(a, b), 0), c},
       {"floor", "full years of a period", only(years), FORMULA(floor(a), 0), p},
       {"ceil", "years of a period begun", only(years), FORMULA(ceil(a), 0), p},
       {"trunc", "latitude in whole degrees", only(latitude), FORMULA(trunc(a), 0), c},
@@ -156,6 +193,16 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"rint", "magnitude class, halves to even", only(magnitude), FORMULA(rint(a), 0), s},
       {"nearbyInt", "the same without the inexact flag", only(magnitude), FORMULA(nearbyint(a), 0), s},
       {"modf", "latitude in degrees and the rest", only(latitude), FORMULA(trunc(a), fraction(a)), c},
+      {"complexExp", "voltage at the matched line's beginning over that at its end", only(line),
+       COMPLEX_FORMULA(exp(z)), f},
+      {"complexSinh", "open line: current at its beginning over voltage at its end", only(line),
+       COMPLEX_FORMULA(sinh(z)), f},
+      {"complexCosh", "open line: voltage at its beginning over that at its end", only(line), COMPLEX_FORMULA(cosh(z)),
+       f},
+      {"complexTanh", "impedance of the shorted line over its own", only(line), COMPLEX_FORMULA(tanh(z)), f},
+      {"complexSin", "the same as sinh, by the electrical length", only(turnedLine), COMPLEX_FORMULA(sin(z)), f},
+      {"complexCos", "the same as cosh, by the electrical length", only(turnedLine), COMPLEX_FORMULA(cos(z)), f},
+      {"complexTan", "the same as tanh, by the electrical length", only(turnedLine), COMPLEX_FORMULA(tan(z)), f},
   };
 }
 

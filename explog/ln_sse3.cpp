@@ -22,7 +22,7 @@ namespace {
 constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903: k * ln2Hi + a row's high part is exact
 constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14: ln 2 - ln2Hi
 
-// ln(1 + r) = r + r^2 * (a2 + a3 r + a4 r^2 + a5 r^3)
+// ln(1 + r) = r + r^2 (a2 + a3 r + a4 r^2 + a5 r^3), |r| <= 2^-9.99: error 2^-56.3
 constexpr Float64 a5 = fromBits(0x3fc9999b39037e04);  // 0.2000001934420511
 constexpr Float64 a4 = fromBits(0xbfd00000d588d052);  // -0.2500001988694339
 constexpr Float64 a3 = fromBits(0x3fd555555555512a);  // 0.3333333333332741

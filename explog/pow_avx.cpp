@@ -3,7 +3,7 @@
 // Method: explog/pow_core.h, with the short program; elements outside the fast range, and only
 // they, go to powSpecialLane.
 //
-// Error: at most 0.51 ulp in the ordinary range, 1.23 ulp where |x - 1| is near 2^-11 and |y log2
+// Error: at most 0.512 ulp in the ordinary range, 1.23 ulp where |x - 1| is near 2^-11 and |y log2
 // x| near 1000, in round-to-nearest; rounding mode, FTZ and DAZ are the caller's.
 //
 // Special values: explog/pow_cases.h. An exponent that is infinite or a NaN makes P infinite or a

@@ -20,7 +20,11 @@ constexpr Float64 log2eHi = fromBits(0x3ff7154740000000);  // 1.4426949024200439
 constexpr Float64 shifter =
     fromBits(0x42c8000000000000);  // 1.5 * 2^45: a sum with it is rounded to a multiple of 1/128
 
-// log2(1 + t/L) = t + c2 t + c3 t^2 + ... : c2 makes up for L not being log2 e.
+// c2 makes up for L not being log2 e:
+// log2(1 + t / L) = t + c2 t + c3 t^2 + c4 t^3 + c5 t^4 + c6 t^5 + c7 t^6 + c8 t^7, |t| <= 2^-9:
+// error 2^-64.0;
+// log2(1 + t / L) = t + c2 t + c3 t^2 + c4 t^3 + c5 t^4 + c6 t^5 + c7 t^6, |t| <= 2^-9:
+// error 2^-59.8
 constexpr Float64 c8 = fromBits(0x3f903950cf599c56);  // 0.015843641906397053, in the kernels that use it
 constexpr Float64 c7 = fromBits(0xbf9b4ea0e9419f52);  // -0.026667131649815552
 constexpr Float64 c6 = fromBits(0x3fa7a334ddfc9f86);  // 0.04616704187202374
@@ -29,7 +33,7 @@ constexpr Float64 c4 = fromBits(0x3fc47fd462b3b816);  // 0.16015105075297303
 constexpr Float64 c3 = fromBits(0xbfd62e4346694107);  // -0.3465736568077919
 constexpr Float64 c2 = fromBits(0x3e79c3a6966457ee);  // 9.597935033233511e-08
 
-// 2^r = 1 + d1 r + ... + d5 r^5
+// 2^r = 1 + d1 r + d2 r^2 + d3 r^3 + d4 r^4 + d5 r^5, |r| <= 2^-8: error 2^-60.4
 constexpr Float64 d5 = fromBits(0x3f55d87fe78a6731);  // 0.0013333558146428443
 constexpr Float64 d4 = fromBits(0x3f83b2ab6fba4e77);  // 0.009618129107628477
 constexpr Float64 d3 = fromBits(0x3fac6b08d704a0bf);  // 0.055504108664821576

@@ -22,8 +22,9 @@ namespace {
 
 using namespace power;
 
-// log2(1 + t/L) - t and 2^r - 1, fitted for this routine's ranges: their last bits aren't those of
-// the kernels' polynomials.
+// Fitted for this routine's ranges: their last bits aren't those of the kernels' polynomials.
+// log2(1 + t / L) = t + q2 t + q3 t^2 + q4 t^3 + q5 t^4, |t| <= 2^-15: error 2^-64.6
+// 2^r = 1 + p1 r + p2 r^2 + p3 r^3 + p4 r^4 + p5 r^5, |r| <= 2^-8: error 2^-60.4
 constexpr Float64 q5 = fromBits(0xbfb550472a9012d8);  // -0.08325619496470027
 constexpr Float64 q4 = fromBits(0x3fc47fd462b6dee1);  // 0.16015105075870564
 constexpr Float64 q3 = c3;

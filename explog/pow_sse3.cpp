@@ -3,7 +3,7 @@
 // Method: explog/pow_core.h, with the long program; a group of four elements that has one outside
 // the fast range goes to powFixLane whole.
 //
-// Error: at most 0.51 ulp in the ordinary range, 1.23 ulp where |x - 1| is near 2^-11 and |y log2
+// Error: at most 0.512 ulp in the ordinary range, 1.213 ulp where |x - 1| is near 2^-11 and |y log2
 // x| near 1000. The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's
 // mode.
 //

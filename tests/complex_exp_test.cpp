@@ -246,7 +246,8 @@ TEST(ComplexExp, FlaggedElementsLeaveTheirNeighboursAlone) {
       for (size_t place = 0; place < length; ++place) {
         std::vector<Complex64> z(length), expected(length);
         for (size_t i = 0; i < length; ++i) {
-          z[i] = i == place ? rare[(place + length) % std::size(rare)] : Complex64{0.37 * double(i) - 2, 1.7 * double(i)};
+          z[i] =
+              i == place ? rare[(place + length) % std::size(rare)] : Complex64{0.37 * double(i) - 2, 1.7 * double(i)};
           expected[i] = evaluate(nuvsExp_64fc_A53, z[i]);
         }
         EXPECT_EQ(nuvsExp_64fc_A53(z.data(), z.data(), static_cast<int32_t>(length)), nuvStatusOk);

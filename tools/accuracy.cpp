@@ -115,7 +115,7 @@ int run(const Options& o) {
       std::printf("%s\n", title.c_str());
       for (size_t k = 0; k < std::min<size_t>(found.size(), 3); ++k)
         std::printf("%s  // %s: %.4f\n", worstRow(f, *range, found[k].x).c_str(),
-                    f.programs[f.programAt(levels.first)].name.data(), std::abs(found[k].error));
+                    std::string(f.programs[f.programAt(levels.first)].name).c_str(), std::abs(found[k].error));
     } else {
       const Measurement m = measure(f, levels.first, *range, o.count, o.seed, progress);
       clock.clear();

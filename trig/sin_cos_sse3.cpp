@@ -36,7 +36,8 @@ constexpr Step step128 = {
     fromBits(0x3b53198a2e037073),  // 6.3195820274873455e-23
 };
 
-// sin r = r * (1 + s1 z + s2 z^2 + ...), cos r = 1 + c1 z + c2 z^2 + ... with z = r^2
+// sin r = r (1 + s1 z + s2 z^2 + s3 z^3 + s4 z^4) with z = r^2, |r| <= pi / 64: error 2^-65.1;
+// cos r = 1 + c1 z + c2 z^2 + c3 z^3 + c4 z^4 with z = r^2, |r| <= pi / 64: error 2^-65.2
 constexpr Float64 s1 = fromBits(0xbfc5555555555555);  // -0.16666666666666666
 constexpr Float64 s2 = fromBits(0x3f81111111111111);  // 0.0083333333333333332
 constexpr Float64 s3 = fromBits(0xbf2a01a01a01a01a);  // -0.0001984126984126984

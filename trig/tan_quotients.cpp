@@ -24,6 +24,8 @@ namespace {
 // No double-precision number between the loads of a chunk's elements and the stores of the results.
 using Extended = long double;
 
+// tan r = r (1 + p1 z + p2 z^2 + p3 z^3) / (1 + q1 z + q2 z^2 + q3 z^3) with z = r^2, |r| <= pi
+// / 4: error 2^-54.0
 constexpr Extended p1 = fromBits(0xbfc06b97bf03648a);  // -0.12828347040957438
 constexpr Extended q1 = fromBits(0xbfdd8b2134d70767);  // -0.46161680374290487
 

@@ -22,24 +22,27 @@ struct ExpRemainder {
   int32_t j, m;
 };
 
-constexpr Constant invLn2By256 = extended(0x4007, 0xb8aa3b295c17f000);  // 369.329930467574633 = 256 / ln 2
-constexpr Constant ln2By256Hi = extended(0x3ff6, 0xb17217f800000000);   // 0.0027076061742263: k times it is exact
-constexpr Constant ln2By256Lo = extended(0xbfd4, 0xb8c21950d8713000);   // -1.6409824502659e-13
+constexpr Constant invLn2By256 = extended(0x4007, 0xb8aa3b295c17f000);  // 369.3299304675746 = 256 / ln 2
+constexpr Constant ln2By256Hi = extended(0x3ff6, 0xb17217f800000000);   // 0.0027076061742263846: k times it is exact
+constexpr Constant ln2By256Lo = extended(0xbfd4, 0xb8c21950d8713000);   // -1.6409824502660487e-13
+
+// n modulo 256, from -128 to 127.
+INLINE int32_t signedLowByte(int32_t n) { return ((n & 0xff) ^ 0x80) - 0x80; }
 
 // For |a| below 16384.
 INLINE ExpRemainder reduceExp(Extended80 a) {
   const Extended80 k = wholePart(a * invLn2By256);
-  const int32_t n = toInt32(k), j = static_cast<int8_t>(n);
+  const int32_t n = toInt32(k), j = signedLowByte(n);
   const Extended80 t = a - k * ln2By256Hi, kLo = k * ln2By256Lo, rh = t - kLo;
   return {rh, (t - rh) - kLo, j, (n - j) >> 8};
 }
 
 // e^r - 1 = r + s2 r^2 + ... + s6 r^6
 constexpr Float64 s2 = 0.5;
-constexpr Constant s3 = extended(0x3ffc, 0xaaaaaaaaaaa0293e);  // 0.16666666666665178
-constexpr Constant s4 = extended(0x3ffa, 0xaaaaaaaaaaa0e910);  // 0.041666666666663214
-constexpr Constant s5 = extended(0x3ff8, 0x88888b443e6bdc82);  // 0.0083333358788683
-constexpr Constant s6 = extended(0x3ff5, 0xb60b6439b9331bc1);  // 0.0013888892980150
+constexpr Constant s3 = extended(0x3ffc, 0xaaaaaaaaaaa0293e);  // 0.16666666666665733
+constexpr Constant s4 = extended(0x3ffa, 0xaaaaaaaaaaa0e910);  // 0.0416666666666645
+constexpr Constant s5 = extended(0x3ff8, 0x88888b443e6bdc82);  // 0.008333335878865304
+constexpr Constant s6 = extended(0x3ff5, 0xb60b6439b9331bc1);  // 0.001388889298015527
 
 // e^r - 1 - rh = even + odd, e^-r - 1 + rh = even - odd
 struct ExpTail {

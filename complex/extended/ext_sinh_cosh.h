@@ -19,20 +19,20 @@ struct SinhCosh {
   Extended80 sinh, cosh;
 };
 
-constexpr Constant sinh3 = extended(0x3ffc, 0xaaaaaaaaad555555);   // 0.16666666666697977, of the shortest polynomial
-constexpr Constant sinh3b = extended(0x3ffc, 0xaaaaaaaaaaaa7333);  // 0.16666666666666663, of two terms
-constexpr Constant sinh5b = extended(0x3ff8, 0x888888ea0ea1072e);  // 0.0083333336881224
-constexpr Constant sinh3c = extended(0x3ffc, 0xaaaaaaaaaaaaaaab);  // 0.16666666666666667, of four terms
-constexpr Constant sinh5c = extended(0x3ff8, 0x888888888888dc98);  // 0.0083333333333333
-constexpr Constant sinh7c = extended(0x3ff2, 0xd00d00cf21a11946);  // 0.00019841269835986
-constexpr Constant sinh9c = extended(0x3fec, 0xb8f02a2a23c7c93b);  // 2.7557930854083e-06
-constexpr Constant cosh2 = extended(0x3ffe, 0x8000000000d55555);   // 0.50000000000075788, of the shortest polynomial
-constexpr Constant cosh2b = extended(0x3ffd, 0xfffffffffffff3de);  // 0.5, of two terms
-constexpr Constant cosh4b = extended(0x3ffa, 0xaaaaaad55555596e);  // 0.041666667287548
+constexpr Constant sinh3 = extended(0x3ffc, 0xaaaaaaaaad555555);   // 0.166666666667273, of the shortest polynomial
+constexpr Constant sinh3b = extended(0x3ffc, 0xaaaaaaaaaaaa7333);  // 0.16666666666666646, of two terms
+constexpr Constant sinh5b = extended(0x3ff8, 0x888888ea0ea1072e);  // 0.008333333688122892
+constexpr Constant sinh3c = extended(0x3ffc, 0xaaaaaaaaaaaaaaab);  // 0.16666666666666666, of four terms
+constexpr Constant sinh5c = extended(0x3ff8, 0x888888888888dc98);  // 0.008333333333333352
+constexpr Constant sinh7c = extended(0x3ff2, 0xd00d00cf21a11946);  // 0.0001984126983604349
+constexpr Constant sinh9c = extended(0x3fec, 0xb8f02a2a23c7c93b);  // 2.7557930854092014e-06
+constexpr Constant cosh2 = extended(0x3ffe, 0x8000000000d55555);   // 0.500000000000758, of the shortest polynomial
+constexpr Constant cosh2b = extended(0x3ffd, 0xfffffffffffff3de);  // 0.4999999999999999, of two terms
+constexpr Constant cosh4b = extended(0x3ffa, 0xaaaaaad55555596e);  // 0.041666667287548385
 constexpr Constant cosh2c = extended(0x3ffd, 0xfffffffffffffffb);  // 0.5, of four terms
-constexpr Constant cosh4c = extended(0x3ffa, 0xaaaaaaaaaaad1b8e);  // 0.041666666666667
-constexpr Constant cosh6c = extended(0x3ff5, 0xb60b60b3e37461b8);  // 0.0013888888879068
-constexpr Constant cosh8c = extended(0x3fef, 0xd00ecf278bd8e035);  // 2.4802428296410e-05
+constexpr Constant cosh4c = extended(0x3ffa, 0xaaaaaaaaaaad1b8e);  // 0.041666666666667206
+constexpr Constant cosh6c = extended(0x3ff5, 0xb60b60b3e37461b8);  // 0.0013888888879084764
+constexpr Constant cosh8c = extended(0x3fef, 0xd00ecf278bd8e035);  // 2.4802428296384548e-05
 
 // 2^-5 <= a < 0.5. x = xh + xl with 14 bits in xh, d = x^2 - xh^2.
 struct SplitArgument {
@@ -44,14 +44,14 @@ INLINE SplitArgument splitArgument(Extended80 x) {
 }
 INLINE Extended80 splitSinh(const SplitArgument& a) {
   static constexpr Constant w3h = extended(0x3ffc, 0xaaaa000000000000);  // 0.16666412353515625
-  static constexpr Constant w3r = extended(0x3fec, 0xaaaaaaaaaaaaaa64);  // 2.5431315104167e-06: 1/6 - w3h
-  static constexpr Constant w5 = extended(0x3ff8, 0x8888888888888889);   // 0.0083333333333333
-  static constexpr Constant w7 = extended(0x3ff2, 0xd00d00d00d00cc9e);   // 0.00019841269841270
-  static constexpr Constant w9 = extended(0x3fec, 0xb8ef1d2ab642ae79);   // 2.7557319224027e-06
-  static constexpr Constant w11 = extended(0x3fe5, 0xd7322b3f8c663d3e);  // 2.5052108384567e-08
-  static constexpr Constant w13 = extended(0x3fde, 0xb09230db5a5128ac);  // 1.6059044173387e-10
-  static constexpr Constant w15 = extended(0x3fd6, 0xd73efe3ca397915d);  // 7.6470764599536e-13
-  static constexpr Constant w17 = extended(0x3fce, 0xcb834b6da4a406b9);  // 2.8243084217786e-15
+  static constexpr Constant w3r = extended(0x3fec, 0xaaaaaaaaaaaaaa64);  // 2.5431315104166665e-06: 1/6 - w3h
+  static constexpr Constant w5 = extended(0x3ff8, 0x8888888888888889);   // 0.008333333333333333
+  static constexpr Constant w7 = extended(0x3ff2, 0xd00d00d00d00cc9e);   // 0.0001984126984126984
+  static constexpr Constant w9 = extended(0x3fec, 0xb8ef1d2ab642ae79);   // 2.755731922398712e-06
+  static constexpr Constant w11 = extended(0x3fe5, 0xd7322b3f8c663d3e);  // 2.5052108384635252e-08
+  static constexpr Constant w13 = extended(0x3fde, 0xb09230db5a5128ac);  // 1.6059044173409418e-10
+  static constexpr Constant w15 = extended(0x3fd6, 0xd73efe3ca397915d);  // 7.647076459945971e-13
+  static constexpr Constant w17 = extended(0x3fce, 0xcb834b6da4a406b9);  // 2.8243084217785455e-15
   const Extended80 t = a.t;
   const Extended80 s = t * (((((((w17 * t + w15) * t + w13) * t + w11) * t + w9) * t + w7) * t + w5) * t + w3r);
   const Extended80 m = w3h * a.xh2, cubic = m * a.xh, h = a.xh + cubic;
@@ -59,14 +59,14 @@ INLINE Extended80 splitSinh(const SplitArgument& a) {
   return h + (((w + cubic) + a.xh) - h);
 }
 INLINE Extended80 splitCosh(const SplitArgument& a) {
-  static constexpr Constant f4h = extended(0x3ffa, 0xaaaa000000000000);  // 0.041666030883789062
-  static constexpr Constant f4r = extended(0x3fea, 0xaaaaaaaaaaab3fae);  // 6.3578287760417e-07: 1/24 - f4h
-  static constexpr Constant f6 = extended(0x3ff5, 0xb60b60b60b60b42d);   // 0.0013888888888889
-  static constexpr Constant f8 = extended(0x3fef, 0xd00d00d00d07750d);   // 2.4801587301587e-05
-  static constexpr Constant f10 = extended(0x3fe9, 0x93f27dbbb69fd6a6);  // 2.7557319223437e-07
-  static constexpr Constant f12 = extended(0x3fe2, 0x8f76c7a664af780d);  // 2.0876757322848e-09
-  static constexpr Constant f14 = extended(0x3fda, 0xc9cb26c901c2c2ba);  // 1.1470635886584e-11
-  static constexpr Constant f16 = extended(0x3fd2, 0xd8269151b0870ad8);  // 4.7995086770072e-14
+  static constexpr Constant f4h = extended(0x3ffa, 0xaaaa000000000000);  // 0.04166603088378906
+  static constexpr Constant f4r = extended(0x3fea, 0xaaaaaaaaaaab3fae);  // 6.357828776041686e-07: 1/24 - f4h
+  static constexpr Constant f6 = extended(0x3ff5, 0xb60b60b60b60b42d);   // 0.001388888888888889
+  static constexpr Constant f8 = extended(0x3fef, 0xd00d00d00d07750d);   // 2.4801587301588023e-05
+  static constexpr Constant f10 = extended(0x3fe9, 0x93f27dbbb69fd6a6);  // 2.7557319223363314e-07
+  static constexpr Constant f12 = extended(0x3fe2, 0x8f76c7a664af780d);  // 2.0876757322815992e-09
+  static constexpr Constant f14 = extended(0x3fda, 0xc9cb26c901c2c2ba);  // 1.1470635886606029e-11
+  static constexpr Constant f16 = extended(0x3fd2, 0xd8269151b0870ad8);  // 4.799508677011206e-14
   const Extended80 t = a.t;
   const Extended80 c = (((((f16 * t + f14) * t + f12) * t + f10) * t + f8) * t + f6) * t + f4r;
   const Extended80 p = f4h * a.xh2, r4 = a.xh2 * p, r2 = 0.5 * a.xh2, r = toMultiple(r4 + r2, shifterTo15);
@@ -97,7 +97,7 @@ INLINE Extended80 sum(const TwoExponentials& e) {
 constexpr uint32_t keyOfOneExponential = 0x4003d154;
 INLINE Extended80 halfExp(const Argument& a) {
   constexpr Extended80 limit =
-      extendedNumber(0x400c, 0xb174ddc031aec0e9);  // 11357.216553474703895: the largest a with a finite result
+      extendedNumber(0x400c, 0xb174ddc031aec0e9);  // 11357.216553474704: the largest a with a finite result
   if (a.key >= 0x4008b100) [[unlikely]] {          // from 708 up
     if (a.key >= keyOfInfinity) return a.x != a.x ? quieted(a.x) : a.magnitude();
     if (a.magnitude() > limit) return overflowed();

@@ -42,33 +42,33 @@ INLINE Extended80 tanOfSmall(const Argument& a) {
 
 // tan r or -1 / tan r for 0 <= r <= pi/4.
 INLINE Extended80 tanOfRemainder(Sum r, bool reciprocal) {
-  static constexpr Constant sixtyFourOverPi = extended(0x4003, 0xa2f9836e4e44152a);  // 20.371832715762602978
-  constexpr Float64 stepHi = fromBits(0x3fa921fb54400000);  // 0.04908738521044142: pi/64, 31 bits
-  constexpr Float64 stepLo = fromBits(0x3d80b4611a626331);  // 1.8990939092277e-12
+  static constexpr Constant sixtyFourOverPi = extended(0x4003, 0xa2f9836e4e44152a);  // 20.371832715762604
+  constexpr Float64 stepHi = fromBits(0x3fa921fb54400000);  // 0.049087385210441425: pi/64, 31 bits
+  constexpr Float64 stepLo = fromBits(0x3d80b4611a626331);  // 1.899093908283185e-12
   const uint32_t n = (floorOf(r.hi * sixtyFourOverPi) + 1) & ~1u;
   const Extended80 steps = static_cast<int32_t>(n);
   const Sum t = fastTwoSum(r.hi - steps * stepHi, r.lo - steps * stepLo);
   const Extended80 z = t.hi * t.hi;
 
   if (n == 0 && reciprocal) {
-    static constexpr Constant k1 = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);   // 0.33333333333333333
-    static constexpr Constant k3 = extended(0x3ff9, 0xb60b60b60b60b60c);   // 0.022222222222222
-    static constexpr Constant k5 = extended(0x3ff6, 0x8ab355e008aafd63);   // 0.0021164021164
-    static constexpr Constant k7 = extended(0x3ff2, 0xddebbc99bfaa9234);   // 0.00021164021164
-    static constexpr Constant k9 = extended(0x3fef, 0xb35477029ef47093);   // 2.1377794856e-05
-    static constexpr Constant k11 = extended(0x3fec, 0x915b6ceadec1e375);  // 2.16599003521e-06
+    static constexpr Constant k1 = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);   // 0.3333333333333333
+    static constexpr Constant k3 = extended(0x3ff9, 0xb60b60b60b60b60c);   // 0.022222222222222223
+    static constexpr Constant k5 = extended(0x3ff6, 0x8ab355e008aafd63);   // 0.0021164021164021135
+    static constexpr Constant k7 = extended(0x3ff2, 0xddebbc99bfaa9234);   // 0.00021164021164558428
+    static constexpr Constant k9 = extended(0x3fef, 0xb35477029ef47093);   // 2.1377794856085453e-05
+    static constexpr Constant k11 = extended(0x3fec, 0x915b6ceadec1e375);  // 2.1659900352145785e-06
     const Extended80 k = ((((k11 * z + k9) * z + k7) * z + k5) * z + k3) * z + k1;
     const Extended80 q = 1.0L / t.hi, qShort = leadingPart(q, leading31), tShort = leadingPart(t.hi, leading31);
     const Extended80 rest = ((1.0L - qShort * tShort) - qShort * (t.hi - tShort)) - qShort * t.lo;
     return (t.hi * k - rest * q) - qShort;
   }
 
-  static constexpr Constant t3 = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);   // 0.33333333333333333
-  static constexpr Constant t5 = extended(0x3ffc, 0x88888888888889bc);   // 0.13333333333333
-  static constexpr Constant t7 = extended(0x3ffa, 0xdd0dd0dd0d75e827);   // 0.053968253968
-  static constexpr Constant t9 = extended(0x3ff9, 0xb327a4464a5bed85);   // 0.021869488572
-  static constexpr Constant t11 = extended(0x3ff8, 0x9136fbf9450380c3);  // 0.0088632069283
-  static constexpr Constant t13 = extended(0x3ff6, 0xec1acdfa377c81f7);  // 0.0036026718974
+  static constexpr Constant t3 = extended(0x3ffd, 0xaaaaaaaaaaaaaaab);   // 0.3333333333333333
+  static constexpr Constant t5 = extended(0x3ffc, 0x88888888888889bc);   // 0.13333333333333333
+  static constexpr Constant t7 = extended(0x3ffa, 0xdd0dd0dd0d75e827);   // 0.05396825396823377
+  static constexpr Constant t9 = extended(0x3ff9, 0xb327a4464a5bed85);   // 0.021869488571904842
+  static constexpr Constant t11 = extended(0x3ff8, 0x9136fbf9450380c3);  // 0.008863206928325179
+  static constexpr Constant t13 = extended(0x3ff6, 0xec1acdfa377c81f7);  // 0.0036026718973669117
   const Extended80 p = ((((t13 * z + t11) * z + t9) * z + t7) * z + t5) * z + t3;
   const Sum s = fastTwoSum(t.hi, (z * p) * t.hi + t.lo);
   if (n == 0) return s.hi + s.lo;

@@ -19,20 +19,20 @@ namespace {
 INLINE Extended80 tanhOfSmall(const Argument& a) {
   const Extended80 x = a.x, t = x * x;
   if (a.key >= keyFrom(0x3ff3)) {
-    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaaaaaaaa8);  // -0.33333333333333
-    static constexpr Constant g5 = extended(0x3ffc, 0x888888888883bdf3);  // 0.13333333333333
-    static constexpr Constant g7 = extended(0xbffa, 0xdd0dd0d497125d40);  // -0.053968253845
-    static constexpr Constant g9 = extended(0x3ff9, 0xb32418b434548180);  // 0.021867798090
+    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaaaaaaaa8);  // -0.3333333333333333
+    static constexpr Constant g5 = extended(0x3ffc, 0x888888888883bdf3);  // 0.13333333333332908
+    static constexpr Constant g7 = extended(0xbffa, 0xdd0dd0d497125d40);  // -0.053968253845088826
+    static constexpr Constant g9 = extended(0x3ff9, 0xb32418b434548180);  // 0.021867798089838575
     const Extended80 u = t * t;
     return x + (((g9 * u + g5) * u) + (g7 * u + g3) * t) * x;
   }
   if (a.key >= keyFrom(0x3fed)) {
-    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaaaaa8d33);  // -0.33333333333333
-    static constexpr Constant g5 = extended(0x3ffc, 0x88888820ea0ed956);  // 0.13333332730
+    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaaaaa8d33);  // -0.33333333333333315
+    static constexpr Constant g5 = extended(0x3ffc, 0x88888820ea0ed956);  // 0.13333332730191114
     return x + (t * (g5 * t + g3)) * x;
   }
   if (a.key >= keyFrom(0x3fb4)) {
-    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaa5555555);  // -0.33333333333
+    static constexpr Constant g3 = extended(0xbffd, 0xaaaaaaaaa5555555);  // -0.33333333333090803
     return x + ((g3 * x) * x) * x;
   }
   return tinyOdd(x);

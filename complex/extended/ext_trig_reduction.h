@@ -27,18 +27,18 @@ struct TrigRemainder {
 
 // a - h pi/2, for h below 2^17 and below 2^30.
 INLINE Sum remainderInThreeParts(Extended80 a, Extended80 h) {
-  constexpr Float64 p1 = fromBits(0x3ff921fb54442d00);  // 1.570796326794896, 45 bits
-  constexpr Float64 p2 = fromBits(0x3cf8469898cc5180);  // 5.3903028581581144e-15, 46 bits
-  constexpr Float64 p3 = fromBits(0xb9efc8f8cbb5bf6c);  // -1.253699020694572e-29
+  constexpr Float64 p1 = fromBits(0x3ff921fb54442d00);  // 1.5707963267948912, 45 bits
+  constexpr Float64 p2 = fromBits(0x3cf8469898cc5180);  // 5.3903028581581316e-15, 46 bits
+  constexpr Float64 p3 = fromBits(0xb9efc8f8cbb5bf6c);  // -1.2536990206932499e-29
   const Sum r = fastTwoSum(a - h * p1, -(h * p2));
   return {r.hi, r.lo - h * p3};
 }
 INLINE Sum remainderInFiveParts(Extended80 a, Extended80 h) {
   constexpr Float64 q1 = fromBits(0x3ff921fb54400000);  // 1.5707963267341256, 31 bits
   constexpr Float64 q2 = fromBits(0x3dd0b4611a600000);  // 6.077100506303966e-11, 32 bits
-  constexpr Float64 q3 = fromBits(0x3ba3198a2e000000);  // 2.022266248726479e-21, 28 bits
-  constexpr Float64 q4 = fromBits(0x397b839a25200000);  // 8.478427660334835e-32, 32 bits
-  constexpr Float64 q5 = fromBits(0x37127044533e63a0);  // 2.0670321098263e-43
+  constexpr Float64 q3 = fromBits(0x3ba3198a2e000000);  // 2.0222662487111665e-21, 28 bits
+  constexpr Float64 q4 = fromBits(0x397b839a25200000);  // 8.478427660348229e-32, 32 bits
+  constexpr Float64 q5 = fromBits(0x37127044533e63a0);  // 2.0670321098263988e-43
   Sum r = fastTwoSum(a - h * q1, -(h * q2));
   r = fastTwoSum(r.hi, r.lo - h * q3);
   r = fastTwoSum(r.hi, r.lo - h * q4);
@@ -56,7 +56,8 @@ INLINE HalfTurns halfTurnsOf(Extended80 a) {
   constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);  // 0.6366197723675814
   const Extended80 turns = a * twoOverPi;
   Extended80 h = wholePart(turns);
-  if (turns - h == 0.5) [[unlikely]] h += 1.0;
+  if (turns - h == 0.5) [[unlikely]]
+    h += 1.0;
   return {h, static_cast<uint32_t>(toInt32(h))};
 }
 

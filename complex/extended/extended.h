@@ -51,13 +51,19 @@ consteval Extended80 extendedNumber(unsigned field, uint64_t significand) {
 
 // A constant with more than 53 bits is kept as the sum of two double-precision numbers, the lower one
 // with 11 bits, and added up, exactly, where it is used: loading 80 bits takes some fifteen times as
-// long as loading 64. Sum and operation are one piece of code, since the compiler would fold the sum
-// to 80 bits, or make it where registers are short. It takes one register more. A constant of 53 bits
-// is an operand in memory, for the same reasons.
+// long as loading 64. The compiler would fold the sum to 80 bits, or make it early, where registers
+// are short; so it is made in one piece, and only once the other operand is there. A constant of 53
+// bits is an operand in memory, for the same reasons.
 struct Constant {
   Float64 hi, lo;
+
+  INLINE Extended80 beside(Extended80 x) const {
+    Extended80 sum;
+    asm("fldl %1\n\tfaddl %2" : "=&t"(sum) : "m"(hi), "m"(lo), "f"(x));
+    return sum;
+  }
 };
-// clang-format off
+
 // With the leading 53 bits of a constant only.
 INLINE Extended80 plusLeading53(Extended80 x, const Constant& c) {
   asm("faddl %1" : "+t"(x) : "m"(c.hi));
@@ -68,16 +74,11 @@ INLINE Extended80 timesLeading53(Extended80 x, const Constant& c) {
   return x;
 }
 INLINE Extended80 operator+(Extended80 x, const Constant& c) {
-  if (c.lo == 0) return plusLeading53(x, c);
-  asm("fldl %1\n\tfaddl %2\n\tfaddp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
-  return x;
+  return c.lo == 0 ? plusLeading53(x, c) : x + c.beside(x);
 }
 INLINE Extended80 operator*(Extended80 x, const Constant& c) {
-  if (c.lo == 0) return timesLeading53(x, c);
-  asm("fldl %1\n\tfaddl %2\n\tfmulp" : "+t"(x) : "m"(c.hi), "m"(c.lo) : "st(7)");
-  return x;
+  return c.lo == 0 ? timesLeading53(x, c) : x * c.beside(x);
 }
-// clang-format on
 INLINE Extended80 operator+(const Constant& c, Extended80 x) { return x + c; }
 INLINE Extended80 operator*(const Constant& c, Extended80 x) { return x * c; }
 

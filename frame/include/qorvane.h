@@ -84,8 +84,8 @@ QORVANE_API nuvStatus nuvSetNumThreads(int32_t count);
    all bits set at levels 1 to 4, the argument quieted at level 5.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: all statuses at level 5, none by
    itself at levels 1 to 4.
-   Accuracy: largest error found 0.530 (levels 1 to 4), 0.528 (level 5) ulp; subnormal results 0.760
-   (levels 1 to 4), 0.507 (level 5). */
+   Accuracy: largest error found 0.530 (levels 1 to 4), 0.528 (level 5) ulp; subnormal results:
+   0.760 (levels 1 to 4), 0.507 (level 5). */
 QORVANE_API nuvStatus nuvsExp_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsExp_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsExp_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -97,8 +97,8 @@ QORVANE_API nuvStatus nuvsExp_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    are arguments like any other.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: all statuses at level 5, none by
    itself at levels 1 to 4.
-   Accuracy: largest error found 0.583 (levels 1 to 4), 0.746 (level 5) ulp; subnormal arguments
-   0.554 (levels 1 to 4), 1.497 (level 5). */
+   Accuracy: largest error found 0.583 (levels 1 to 4), 0.746 (level 5) ulp; subnormal arguments:
+   0.554 (levels 1 to 4), 1.499 (level 5). */
 QORVANE_API nuvStatus nuvsLn_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsLn_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsLn_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -110,7 +110,7 @@ QORVANE_API nuvStatus nuvsLn_64f_A53_Idx(const Float64* src, int32_t srcOffset, 
    are arguments like any other.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: all statuses at level 5, none by
    itself at levels 1 to 4.
-   Accuracy: largest error found 0.586 (levels 1 to 4), 0.512 (level 5) ulp; subnormal arguments
+   Accuracy: largest error found 0.586 (levels 1 to 4), 0.513 (level 5) ulp; subnormal arguments:
    0.525 (levels 1 to 4), 1.000 (level 5). */
 QORVANE_API nuvStatus nuvsLog10_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsLog10_64f_A53 on arrays that begin at an offset, in elements. */
@@ -126,9 +126,10 @@ QORVANE_API nuvStatus nuvsLog10_64f_A53_Idx(const Float64* src, int32_t srcOffse
    levels 1 to 4: bases that aren't positive, normal and finite, exponents below 2^-1042, infinite
    or NaN, results near or outside the normal range.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.514 ulp; a base about 2^-11 from 1 and y log2 x near 1000 1.213
-   (levels 1 to 4), 1.230 (level 5); subnormal results 0.526 (levels 1 to 4), 0.504 (level 5);
-   results below 2^-1070 1.000 (levels 1 to 4), 0.500 (level 5). */
+   Accuracy: largest error found 0.514 ulp; base near 1: 1.169 (levels 1 to 4), 1.228 (level 5);
+   base 2^-11 from 1, |y log2 x| near 1000: 1.213 (levels 1 to 4), 1.230 (level 5); subnormal
+   results: 0.526 (levels 1 to 4), 0.504 (level 5); results below 2^-1070: 1.000 (levels 1 to 4),
+   0.501 (level 5). */
 QORVANE_API nuvStatus nuvsPow_64f_A53(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
 /* nuvsPow_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsPow_64f_A53_Idx(const Float64* srcA, int32_t srcAOffset, const Float64* srcB,
@@ -142,8 +143,8 @@ QORVANE_API nuvStatus nuvsPow_64f_A53_Idx(const Float64* srcA, int32_t srcAOffse
    Overflow and underflow give ±Inf, ±0 or the subnormal result, without a status. By blocks of 4,
    as nuvsPow_64f_A53 at levels 1 to 4, at every level.
    Own modes. Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.514 ulp; a base about 2^-11 from 1 and y log2 x near 1000 1.205;
-   subnormal results 0.528; results below 2^-1070 1.000. */
+   Accuracy: largest error found 0.514 ulp; base near 1: 1.142; base 2^-11 from 1, |y log2 x| near
+   1000: 1.205; subnormal results: 0.528; results below 2^-1070: 1.000. */
 QORVANE_API nuvStatus nuvsPowx_64f_A53(const Float64* src, Float64 value, Float64* dst, int32_t len);
 /* nuvsPowx_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsPowx_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64 value, Float64* dst,
@@ -188,7 +189,7 @@ QORVANE_API nuvStatus nuvsDiv_64f_A53_Idx(const Float64* srcA, int32_t srcAOffse
    up are wrong, and DAZ makes subnormal arguments count as zero: clear these modes around the call.
    Raises: nuvStatusOutOfDomain at level 5.
    Accuracy: largest error found 0.501 (levels 1 to 3), 0.500 (level 4), 0.530 (level 5) ulp;
-   subnormal arguments 0.750 (levels 1 to 3), 0.500 (levels 4 to 5). */
+   subnormal arguments: 0.750 (levels 1 to 3), 0.500 (levels 4 to 5). */
 QORVANE_API nuvStatus nuvsSqrt_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsSqrt_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSqrt_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -229,7 +230,9 @@ QORVANE_API nuvStatus nuvsInvCbrt_64f_A53_Idx(const Float64* src, int32_t srcOff
    of -0 is -0) and of 8 at level 5 (magnitudes above 65536, infinities).
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
    accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.534 (levels 1 to 4), 0.505 (level 5) ulp. */
+   Accuracy: largest error found 0.520 (levels 1 to 4), 0.505 (level 5) ulp; near 2^17: 0.534
+   (levels 1 to 4), 0.503 (level 5); near 2^17 and multiples of pi/4: 0.533 (levels 1 to 4), 0.503
+   (level 5). */
 QORVANE_API nuvStatus nuvsSin_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsSin_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSin_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -241,7 +244,9 @@ QORVANE_API nuvStatus nuvsSin_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    (magnitudes above 65536, infinities). Own modes at levels 1 to 4, the caller's at level 5, where
    directed rounding costs relative accuracy near zeros (errors stay below 2^-52). Raises:
    nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.602 (levels 1 to 4), 0.504 (level 5) ulp. */
+   Accuracy: largest error found 0.519 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17: 0.534
+   (levels 1 to 4), 0.503 (level 5); near 2^17 and multiples of pi/4: 0.602 (levels 1 to 4), 0.503
+   (level 5). */
 QORVANE_API nuvStatus nuvsCos_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCos_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCos_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -255,7 +260,8 @@ QORVANE_API nuvStatus nuvsCos_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    last len mod 8 elements may differ in the last bit from that of an element in a block.
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
    accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.602 (levels 1 to 4), 0.504 (level 5) ulp. */
+   Accuracy: largest error found 0.551 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17 and multiples
+   of pi/4: 0.602 (levels 1 to 4), 0.503 (level 5). */
 QORVANE_API nuvStatus nuvsSinCos_64f_A53(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
 /* nuvsSinCos_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSinCos_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dstA, int32_t dstAOffset,
@@ -276,30 +282,32 @@ QORVANE_API nuvStatus nuvsTan_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 
 /* ---- Inverse trigonometric functions --------------------------------------------------------- */
 
-/* dst[i] = the arc sine of src[i], in radians; asin(±0) = ±0.
-   Results: |x| above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN gives a
-   NaN.
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5.
-   Not served yet: declared, not exported. */
+/* dst[i] = the arc sine of src[i], in radians, from -pi/2 to pi/2; asin(±0) = ±0.
+   Results: a magnitude above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN
+   gives itself, quieted, at level 5 perhaps without its payload's low bits.
+   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5, none
+   by itself at levels 1 to 4.
+   Accuracy: largest error found 0.859 (levels 1 to 4), 0.899 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsAsin_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAsin_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAsin_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
-/* dst[i] = the arc cosine of src[i], in radians.
-   Results: |x| above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN gives a
-   NaN.
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5.
-   Not served yet: declared, not exported. */
+/* dst[i] = the arc cosine of src[i], in radians, from 0 to pi; acos(1) = +0.
+   Results: a magnitude above 1, ±Inf included, gives the default NaN, nuvStatusOutOfDomain; a NaN
+   gives a quiet NaN, which at levels 1 to 4 is itself with the other sign.
+   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain at level 5, none
+   by itself at levels 1 to 4.
+   Accuracy: largest error found 0.778 (levels 1 to 4), 0.831 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsAcos_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAcos_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAcos_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
-/* dst[i] = the arc tangent of src[i], in radians. No element fails: ±Inf gives ±pi/2, -0 gives -0,
-   a NaN a NaN.
+/* dst[i] = the arc tangent of src[i], in radians, from -pi/2 to pi/2. No element fails: ±Inf gives
+   ±pi/2, ±0 itself, a NaN itself, quieted. Subnormal numbers are arguments like any other.
    Own modes at levels 1 to 4, the caller's at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.855 (levels 1 to 4), 0.686 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsAtan_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAtan_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAtan_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -309,9 +317,10 @@ QORVANE_API nuvStatus nuvsAtan_64f_A53_Idx(const Float64* src, int32_t srcOffset
    = srcA[i], x = srcB[i].
    Results: the sign is that of y; y = ±0 gives ±0 for an x without sign bit and ±pi for one with
    it, +0 and -0 included; ±pi/2 for x = ±0 with y not 0; multiples of pi/4 where both are infinite;
-   a NaN in either gives a NaN.
+   a NaN in either gives a NaN. No element fails. By blocks of 4 at levels 1 to 4: magnitudes below
+   2^-1020, zeros included, or from 2^993 up, infinities, NaNs.
    Own modes at levels 1 to 4, the caller's at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.746 ulp; subnormal results 2.0 units of 2^-1074. */
 QORVANE_API nuvStatus nuvsAtan2_64f_A53(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
 /* nuvsAtan2_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsAtan2_64f_A53_Idx(const Float64* srcA, int32_t srcAOffset, const Float64* srcB,
@@ -319,32 +328,34 @@ QORVANE_API nuvStatus nuvsAtan2_64f_A53_Idx(const Float64* srcA, int32_t srcAOff
 
 /* ---- Hyperbolic functions -------------------------------------------------------------------- */
 
-/* dst[i] = the hyperbolic sine of src[i]; sinh(±0) = ±0.
-   Results: a finite argument whose result is too large gives ±Inf, nuvStatusOverflow; infinities
-   give infinities; a NaN gives the NaN of all ones at levels 1 to 4, the argument quieted at level
-   5.
+/* dst[i] = the hyperbolic sine of src[i]; sinh(±0) = ±0, and a subnormal number gives itself.
+   Results: from 710.475860073944 up in magnitude ±Inf, nuvStatusOverflow; infinities give
+   themselves; a NaN gives the NaN of all ones at levels 1 to 4, itself, quieted, at level 5.
+   By blocks at levels 1 to 4, in pairs within each four elements: an element below 1/28 in magnitude
+   beside one that isn't may differ in the last bit from the same one beside another small one, or
+   alone.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOverflow at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.771 (levels 1 to 4; 1.52 for a small element beside one that
+   isn't), 1.000 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsSinh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsSinh_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSinh_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
 /* dst[i] = the hyperbolic cosine of src[i]; cosh(±0) = 1.
-   Results: a finite argument whose result is too large gives +Inf, nuvStatusOverflow; infinities
-   give infinities; a NaN gives the NaN of all ones at levels 1 to 4, the argument quieted at level
-   5.
+   Results: from 710.475860073944 up in magnitude +Inf, nuvStatusOverflow; infinities give +Inf; a
+   NaN gives the NaN of all ones at levels 1 to 4, itself, quieted, at level 5.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOverflow at level 5.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.757 (levels 1 to 4), 0.751 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsCosh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCosh_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCosh_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
                                            int32_t len);
 
-/* dst[i] = the hyperbolic tangent of src[i]. No element fails: ±0 gives itself, ±Inf gives ±1, a
-   NaN itself.
+/* dst[i] = the hyperbolic tangent of src[i]. No element fails: ±0 and subnormal numbers give
+   themselves, magnitudes from 20 up, ±Inf included, ±1 exactly, a NaN itself, as it is.
    Own modes.
-   Not served yet: declared, not exported. */
+   Accuracy: largest error found 0.755 below 0.125, 0.536 above, in ulp. */
 QORVANE_API nuvStatus nuvsTanh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsTanh_64f_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTanh_64f_A53_Idx(const Float64* src, int32_t srcOffset, Float64* dst, int32_t dstOffset,
@@ -492,7 +503,8 @@ QORVANE_API nuvStatus nuvsModf_64f_Idx(const Float64* src, int32_t srcOffset, Fl
    to nearest and 64-bit significands elsewhere; the caller's control word comes back. Returns
    nuvStatusOk once the arguments of the call are good: overflow, underflow and invalid show in the
    results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Exp */
+   Accuracy: largest error found 0.523 ulp; next to zeros of a part 0.589; 1.000 for an imaginary part
+   near or below the smallest normal number. */
 QORVANE_API nuvStatus nuvsExp_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsExp_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsExp_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -549,7 +561,7 @@ QORVANE_API nuvStatus nuvsSqrt_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Sin */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsSin_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSin_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSin_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -560,7 +572,7 @@ QORVANE_API nuvStatus nuvsSin_64fc_A53_Idx(const Complex64* src, int32_t srcOffs
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Cos */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsCos_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsCos_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCos_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -571,7 +583,7 @@ QORVANE_API nuvStatus nuvsCos_64fc_A53_Idx(const Complex64* src, int32_t srcOffs
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Tan */
+   Accuracy: largest error found 0.502 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsTan_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsTan_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTan_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -610,7 +622,7 @@ QORVANE_API nuvStatus nuvsAtan_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Sinh */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSinh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -623,7 +635,7 @@ QORVANE_API nuvStatus nuvsSinh_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Cosh */
+   Accuracy: largest error found 0.501 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsCosh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
@@ -636,7 +648,7 @@ QORVANE_API nuvStatus nuvsCosh_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: ACC_Tanh */
+   Accuracy: largest error found 0.502 ulp, subnormal parts included. */
 QORVANE_API nuvStatus nuvsTanh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsTanh_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsTanh_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,

@@ -1,0 +1,111 @@
+// What asin and acos share at levels 1 to 4: the argument of the polynomial, and the loop.
+//
+// Up to 1/2 asin(a) = A + A Q(z) with A = a and z = a^2. Above, with z = (1 - a) / 2, it is
+// pi/2 - 2 asin(sqrt z), and 2 asin(sqrt z) = sqrt(4z) (1 + Q(z)): the same polynomial, and
+// A = -sqrt(4z) in two parts. That root is taken from the processor's approximation of its
+// reciprocal and the binomial series, without a division or a square root.
+#pragma once
+#include "frame/loops.h"
+#include "invtrig/inverse_constants.h"
+
+namespace qorvane {
+namespace {
+
+// |x| from 1 up, infinities and NaNs.
+constexpr int outlierHighWord = 0x3ff00000;
+
+template <class V>
+struct ArcTerms {
+  V big;     // mask: |x| is above 1/2
+  V hi, lo;  // A
+  V tail;    // A Q(z)
+};
+
+INLINE Words4 reciprocalRoots(Words4 singles) {
+  return reinterpret_cast<Words4>(_mm_rsqrt_ps(reinterpret_cast<__m128>(singles)));
+}
+INLINE int reciprocalRoots(int single) { return reciprocalRoots(Words4{single})[0]; }
+template <int K>
+INLINE Pack<Words4, K> reciprocalRoots(Pack<Words4, K> singles) {
+  return makePack<K>([&](int i) INLINED { return reciprocalRoots(singles.part[i]); });
+}
+
+// About 1/sqrt(s), to 12 bits and with a low word of zero, for positive normal s. The processor is
+// asked for the root of s times an even power of 2, between 1 and 4, cut to single precision.
+template <class V>
+INLINE V rootSeed(V s) {
+  const auto fraction = (highWords(valueOf<V>(bitsOf(s) << 11)) >> 8) & 0x00ffffff;  // and the lowest exponent bit
+  const auto root = reciprocalRoots(wrappingSum(fraction ^ 0x00800000, 0x3f800000));
+  const auto exponent = (wrappingDifference(highWords(s), 0x00100000) & static_cast<int>(0xffe00000)) >> 1;
+  return fromHighWords<V>(wrappingSum(root >> 3, 0x57f00000) - exponent);
+}
+
+// sqrt(s) negated, in two parts: with the seed y and e = s y^2 - 1 it is -s y (1 + e)^(-1/2).
+template <class V>
+struct Root {
+  V hi, lo;
+};
+template <class V>
+INLINE Root<V> negativeRoot(V s) {
+  // (1 + e)^(-1/2) - 1 = b1 e + ... + b5 e^5
+  constexpr Float64 b5 = fromBits(0xbfcf800000000000);  // -0.24609375
+  constexpr Float64 b4 = fromBits(0x3fd1800000000000);  // 0.2734375
+  constexpr Float64 b3 = fromBits(0xbfd4000000000000);  // -0.3125
+  constexpr Float64 b2 = fromBits(0x3fd8000000000000);  // 0.375
+  constexpr Float64 b1 = fromBits(0xbfe0000000000000);  // -0.5
+  const V y = rootSeed(s), n = xorBits(y, broadcast<V>(-0.0));
+  const V sh = andBits(s, broadcast<V>(fromBits(0xffffffff00000000))), sl = s - sh;
+  const V y2 = y * y;
+  const V e = (sh * y2 - 1.0) + sl * y2;
+  const V p = (((((b5 * e + b4) * e + b3) * e + b2) * e + b1) * e) * n * s;
+  return {sh * n, p + sl * n};
+}
+
+// Q(z) = asin(A) / A - 1, as an even and an odd polynomial: z E(z^2) + z^2 O(z^2)
+template <class V>
+INLINE V arcSeries(V z) {
+  constexpr Float64 e6 = fromBits(0x3fa0d60d1986aec6);  // 0.032883081158253301
+  constexpr Float64 e5 = fromBits(0x3f96825c16316f03);  // 0.021981657144006888
+  constexpr Float64 e4 = fromBits(0x3f8622cb270118b0);  // 0.010808550868862719
+  constexpr Float64 e3 = fromBits(0x3f8ca247eb6664e5);  // 0.013981402239894405
+  constexpr Float64 e2 = fromBits(0x3f96e8be19f6199d);  // 0.022372216611713909
+  constexpr Float64 e1 = fromBits(0x3fa6db6db724fe19);  // 0.044642857293512459
+  constexpr Float64 e0 = fromBits(0x3fc5555555555579);  // 0.16666666666666766
+  constexpr Float64 o5 = fromBits(0xbf95e9019191be85);  // -0.021396660213127319
+  constexpr Float64 o4 = fromBits(0x3f6d768b20a865ac);  // 0.0035965650241584879
+  constexpr Float64 o3 = fromBits(0x3f8755bdefc292c9);  // 0.011394009545108617
+  constexpr Float64 o2 = fromBits(0x3f91c49bd43e63f7);  // 0.017351564797437606
+  constexpr Float64 o1 = fromBits(0x3f9f1c71a7cedd43);  // 0.030381942612839411
+  constexpr Float64 o0 = fromBits(0x3fb333333332dc42);  // 0.074999999999938
+  const V z2 = z * z;
+  const V even = (((((e6 * z2 + e5) * z2 + e4) * z2 + e3) * z2 + e2) * z2 + e1) * z2 + e0;
+  const V odd = ((((o5 * z2 + o4) * z2 + o3) * z2 + o2) * z2 + o1) * z2 + o0;
+  return even * z + odd * z2;
+}
+
+template <class V>
+INLINE ArcTerms<V> arcTerms(V a) {
+  const V big = lessLanes(broadcast<V>(0.5), a);
+  const V t = (1.0 - a) * 0.5;
+  const V z = select(big, t, a * a);
+  const Root<V> root = negativeRoot(4.0 * t);  // of no use where a isn't big
+  const V hi = select(big, root.hi, a), lo = andBits(big, root.lo);
+  return {big, hi, lo, arcSeries(z) * (hi + lo)};
+}
+
+// finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of NaNs.
+template <class Finish, class AtOne, class OfNan>
+INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, AtOne atOne, OfNan ofNan) {
+  const auto fast = [=](auto x) INLINED { return finish(x, arcTerms(magnitude(x))); };
+  return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(
+      src, dst, len, fast, [](auto x) INLINED { return anyMagnitudeFrom(x, outlierHighWord); },
+      [=](Float64 x) -> Element {
+        if (x != x) return {ofNan(x)};
+        if (magnitude(x) == 1.0) return {atOne(x)};
+        if (magnitude(x) > 1.0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
+        return {fast(x)};
+      });
+}
+
+}  // namespace
+}  // namespace qorvane

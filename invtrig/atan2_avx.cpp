@@ -1,0 +1,100 @@
+// atan2(y, x), level 5.
+//
+// Method: atan2_core.h; stretches go through the stages of atan_stages_avx.h.
+//
+// Error: largest found 0.746 ulp, for negative x and y not far from x; subnormal results 2.0 units of
+// 2^-1074 (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and DAZ are
+// the caller's.
+//
+// Special values: atan2_special_lane.cpp, as C has them.
+#include "frame/kernel_frame.h"
+#include "invtrig/atan2_core.h"
+#include "invtrig/atan2_special_lane.h"
+#include "invtrig/atan_stages_avx.h"
+
+namespace qorvane {
+namespace {
+
+// The angles of the points 1/2, 1 and 3/2: atan c rounded and the rest of it.
+constexpr Float64 atanHalf = fromBits(0x3fddac670561bb4f);           // 0.46364760900080609
+constexpr Float64 atanHalfLo = fromBits(0x3c7a2b7f222f65e2);         // 2.2698777452961687e-17
+constexpr Float64 quarterPiLo = fromBits(0x3c81a62633145c07);        // 3.061616997868383e-17
+constexpr Float64 atanThreeHalves = fromBits(0x3fef730bd281f69b);    // 0.98279372324732905
+constexpr Float64 atanThreeHalvesLo = fromBits(0x3c7007887af0cbbd);  // 1.3903311031230998e-17
+
+// The interval of a / b, by comparing the high word of a with those of multiples of b. A number of
+// 20 fraction bits is above another one's high word if it is above the number.
+constexpr auto intervalOf = [](auto a, auto b) INLINED {
+  using V = decltype(a);
+  const V high = andBits(a, broadcast<V>(fromBits(0xffffffff00000000)));
+  const auto isAbove = [&](Float64 bound) INLINED { return quietlyLess(b * bound, high); };
+  const V m1 = isAbove(0.4375), m2 = isAbove(0.6875), m3 = isAbove(1.1875), m4 = isAbove(2.4375);
+  const auto pick = [&](Float64 v1, Float64 v2, Float64 v3, Float64 v4) INLINED {
+    const V low = select(m2, broadcast<V>(v2), andBits(m1, broadcast<V>(v1)));
+    return select(m4, broadcast<V>(v4), select(m3, broadcast<V>(v3), low));
+  };
+  const auto kept = [m4](V v) INLINED { return withoutBits(v, m4); };
+  return Interval<V, decltype(kept)>{pick(0.5, 1.0, 1.5, 1.0), pick(atanHalf, quarterPi, atanThreeHalves, halfPi),
+                                     pick(atanHalfLo, quarterPiLo, atanThreeHalvesLo, halfPiLo), kept};
+};
+
+constexpr auto isFlagged = [](auto y, auto x) INLINED {
+  return any(outsideQuotients(highWords(magnitude(y))) | outsideQuotients(highWords(magnitude(x))));
+};
+
+[[gnu::noinline, gnu::cold]] void eachElement(const Float64* y, const Float64* x, Float64* dst, int64_t count) {
+  for (int64_t i = 0; i < count; ++i)
+    dst[i] = isFlagged(y[i], x[i]) ? atan2SpecialLane(y[i], x[i]).value : atan2Core(y[i], x[i], intervalOf);
+}
+nuvStatus blocks(int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
+  for (int64_t i = 0, count; i < len; i += count) {
+    count = len - i < vector ? len - i : vector;
+    const Lanes4 y = loadPart<Lanes4>(srcA + i, count), x = loadPart<Lanes4>(srcB + i, count);
+    if (isFlagged(y, x)) [[unlikely]]
+      eachElement(srcA + i, srcB + i, dst + i, count);
+    else
+      storePart(dst + i, atan2Core(y, x, intervalOf), count);
+  }
+  return nuvStatusOk;
+}
+
+// Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
+bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
+  using V = Lanes4;
+  V allWithin = broadcast<V>(-0.0);  // the sign bits count
+  eachVector(count, [&](int64_t i) INLINED {
+    const V a = magnitude(load<V>(srcA + i)), b = magnitude(load<V>(srcB + i));
+    allWithin = andBits(allWithin, andBits(isWithin(a, 0x1p-120, 0x1p120), isWithin(b, 0x1p-120, 0x1p120)));
+  });
+  if (signMask(allWithin) != 15) return false;
+
+  alignas(32) Column his, los;
+  Stages s;
+  eachVector(count, [&](int64_t i) INLINED {
+    const V a = magnitude(load<V>(srcA + i)), b = magnitude(load<V>(srcB + i));
+    const auto interval = intervalOf(a, b);
+    store(his + i, interval.hi), store(los + i, interval.lo);
+    const auto [nh, nl, d, dl] = fraction(a, b, interval);
+    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
+  });
+  divide(s, count);
+  beginSeries(s, count);
+  eachVector(count, [&](int64_t i) INLINED {
+    const V y = load<V>(srcA + i), x = load<V>(srcB + i);
+    store(dst + i,
+          sum(y, x, seriesAt(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(his + i), load<V>(los + i)));
+  });
+  return true;
+}
+
+nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, srcA, srcB, dst);
+}
+
+}  // namespace
+
+nuvStatus atan2Avx(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, srcA, srcB, dst);
+}
+
+}  // namespace qorvane

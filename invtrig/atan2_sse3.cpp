@@ -1,0 +1,75 @@
+// atan2(y, x), levels 1 to 4.
+//
+// Method: atan2_core.h.
+//
+// Error: largest found 0.746 ulp, for negative x and y not far from x; subnormal results 2.0 units of
+// 2^-1074 (docs/accuracy.md has the arguments). The kernel runs in round-to-nearest with subnormals
+// honoured, whatever the caller's mode.
+//
+// Special values: atan2_special_lane.cpp, as C has them.
+#include "frame/kernel_frame.h"
+#include "frame/loops.h"
+#include "invtrig/atan2_core.h"
+#include "invtrig/atan2_special_lane.h"
+
+namespace qorvane {
+namespace {
+
+#include "invtrig/atan_tables.inc"
+
+// Mask of a > b.
+INLINE int above(int a, int b) { return -static_cast<int>(a > b); }
+INLINE Words4 above(Words4 a, Words4 b) { return a > b; }
+template <int K>
+INLINE Pack<Words4, K> above(Pack<Words4, K> a, Pack<Words4, K> b) {
+  return a > b;
+}
+
+constexpr auto intervalOf = [](auto a, auto b) INLINED {
+  using V = decltype(a);
+  const auto high = highWords(a);
+  const auto isAbove = [&](Float64 bound) INLINED { return above(high, highWords(b * bound)); };
+  const auto count = (isAbove(0.4375) + isAbove(0.6875)) + (isAbove(1.1875) + isAbove(2.4375));
+  const auto [c, mask, hi, lo] = columns<4, V>(atanRows, (count + 4) << 5).of;
+  const auto kept = [mask = mask](V v) INLINED { return andBits(v, mask); };
+  return Interval<V, decltype(kept)>{c, hi, lo, kept};
+};
+
+template <class V>
+INLINE bool isFlagged(V y, V x) {
+  return any(outsideQuotients(highWords(magnitude(y))) | outsideQuotients(highWords(magnitude(x))));
+}
+
+// A group of four with a flagged element goes through atan2SpecialLane whole.
+constexpr int64_t group = 4;
+using Block = Pack<Lanes2, 2>;
+
+[[gnu::noinline, gnu::cold]] void specialGroup(const Float64* y, const Float64* x, Float64* dst, int64_t count) {
+  for (int64_t i = 0; i < count; ++i) dst[i] = atan2SpecialLane(y[i], x[i]).value;
+}
+
+nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+  int64_t i = 0;
+  for (; i + group <= len; i += group) {
+    const Block y = load<Block>(srcA + i), x = load<Block>(srcB + i);
+    if (isFlagged(y, x)) [[unlikely]]
+      specialGroup(srcA + i, srcB + i, dst + i, group);
+    else
+      store(dst + i, atan2Core(y, x, intervalOf));
+  }
+  for (; i < len; ++i) {
+    if (isFlagged(srcA[i], srcB[i])) [[unlikely]]
+      specialGroup(srcA + i, srcB + i, dst + i, 1);
+    else
+      storePart(dst + i, atan2Core(loadPart<Lanes2>(srcA + i, 1), loadPart<Lanes2>(srcB + i, 1), intervalOf), 1);
+  }
+  return nuvStatusOk;
+}
+
+}  // namespace
+
+nuvStatus atan2Sse3(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len) {
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, srcA, srcB, dst);
+}
+
+}  // namespace qorvane
