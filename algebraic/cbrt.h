@@ -56,12 +56,12 @@ struct InvCbrt {
 
 // The places of a chunk's elements: byte offsets into the table, and the high words of the powers
 // of two, signed like x, that results are multiplied with.
-struct Places {
+struct Scratch {
   alignas(16) uint32_t offset[chunkSize];
   alignas(16) int32_t scale[chunkSize];
 };
 template <class F>
-INLINE Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
+INLINE Words4 storePlaces(Lanes2 a, Lanes2 b, Scratch& scratch, int64_t i) {
   const Words4 highWords = packHighWords(a, b);
   const __m128i words = reinterpret_cast<__m128i>(highWords);
   // n = 32E + j, and its quotient by 96 is q: (n * 43691) >> 22 for all n below 2^16. The remainder
@@ -72,16 +72,16 @@ INLINE Words4 storePlaces(Lanes2 a, Lanes2 b, Places& places, int64_t i) {
   const __m128i exponents = _mm_slli_epi32(q, 20), sign = _mm_and_si128(words, _mm_set1_epi32(INT32_MIN));
   const __m128i powers = F::inverse ? _mm_sub_epi32(_mm_set1_epi32(0x55400000), exponents)
                                     : _mm_add_epi32(exponents, _mm_set1_epi32(0x2aa00000));
-  _mm_store_si128(reinterpret_cast<__m128i*>(places.offset + i), _mm_slli_epi32(row, 5));
-  _mm_store_si128(reinterpret_cast<__m128i*>(places.scale + i), _mm_or_si128(powers, sign));
+  _mm_store_si128(reinterpret_cast<__m128i*>(scratch.offset + i), _mm_slli_epi32(row, 5));
+  _mm_store_si128(reinterpret_cast<__m128i*>(scratch.scale + i), _mm_or_si128(powers, sign));
   // Zeros, subnormal numbers, infinities and NaNs: 0x7ff00000 and 0x7fe00000 here.
   return (((highWords & 0x7ff00000) - 0x00100000) & 0x7ff00000) > 0x7fdfffff;
 }
 
 // Two columns of the rows of four elements, from `first` on.
 template <class F>
-INLINE TwoColumns<Four> columns(const Places& places, int64_t i, int first) {
-  return twoColumns<Four>(F::table[0] + first, [&](int lane) INLINED { return places.offset[i + lane]; });
+INLINE TwoColumns<Four> columns(const Scratch& scratch, int64_t i, int first) {
+  return twoColumns<Four>(F::table[0] + first, [&](int lane) INLINED { return scratch.offset[i + lane]; });
 }
 
 // The steps on four elements, cut in three for the loop: the relative distance v from the centre,
@@ -90,8 +90,8 @@ struct HalfPolynomial {
   Four v, sum;
 };
 template <class F>
-INLINE Four distance(Four x, const Places& places, int64_t i) {
-  const auto [reciprocal, centre] = columns<F>(places, i, 0);
+INLINE Four distance(Four x, const Scratch& scratch, int64_t i) {
+  const auto [reciprocal, centre] = columns<F>(scratch, i, 0);
   return reciprocal * (orBits(andBits(x, broadcast<Four>(fromBits(0x000fffffffffffff))), broadcast<Four>(-1.0)) -
                        centre);  // -1.m and -c
 }
@@ -100,19 +100,19 @@ INLINE HalfPolynomial halfPolynomial(Four v) {
   return {v, (((F::c[0] * v + F::c[1]) * v + F::c[2]) * v + F::c[3]) * v + F::c[4]};
 }
 template <class F>
-INLINE Four finish(HalfPolynomial h, const Places& places, int64_t i) {
+INLINE Four finish(HalfPolynomial h, const Scratch& scratch, int64_t i) {
   const Four v = h.v, p = ((h.sum * v + F::c[5]) * v + F::c[6]) * v + F::c[7];
-  const auto [high, low] = columns<F>(places, i, 2);
+  const auto [high, low] = columns<F>(scratch, i, 2);
   return ((p * (high * v) + low) + high) *
-         fromHighWords<Four>(loadWords<Four>(places.scale + i));  // the scale is exact
+         fromHighWords<Four>(loadWords<Four>(scratch.scale + i));  // the scale is exact
 }
 
 template <class F>
 Float64 ofNormal(Float64 x) {
-  Places places;
+  Scratch scratch;
   alignas(32) Float64 four[4] = {x, x, x, x};
-  storePlaces<F>(load<Lanes2>(four), load<Lanes2>(four), places, 0);
-  store(four, finish<F>(halfPolynomial<F>(distance<F>(load<Four>(four), places, 0)), places, 0));
+  storePlaces<F>(load<Lanes2>(four), load<Lanes2>(four), scratch, 0);
+  store(four, finish<F>(halfPolynomial<F>(distance<F>(load<Four>(four), scratch, 0)), scratch, 0));
   return four[0];
 }
 
@@ -123,21 +123,21 @@ template <class F>
   if (F::inverse && magnitude == 0x7ff0000000000000) return {fromBits(sign)};
   if (magnitude >= 0x7ff0000000000000) return {opaque(x) + opaque(x)};
   if (magnitude >= 0x0010000000000000) return {ofNormal<F>(x)};
-  constexpr Float64 scale = fromBits(0x7e30000000000000);                                        // 2^996
-  constexpr Float64 rootScale = fromBits(F::inverse ? 0x54b0000000000000 : 0x2b30000000000000);  // 2^332, 2^-332
+  constexpr Float64 scale = 0x1p996;
+  constexpr Float64 rootScale = F::inverse ? 0x1p332 : 0x1p-332;
   return {ofNormal<F>(x * scale) * rootScale};
 }
 
 template <class F>
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  Places places;
+  Scratch scratch;
   return stagedLoop<Raises::no>(
       src, dst, len,
       [&](const Float64* x, int64_t i)
-          INLINED { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), places, i); },
-      [&](const Float64* x, int64_t i) INLINED { return distance<F>(load<Four>(x), places, i); },
+          INLINED { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), scratch, i); },
+      [&](const Float64* x, int64_t i) INLINED { return distance<F>(load<Four>(x), scratch, i); },
       [](const auto& v) INLINED { return halfPolynomial<F>(v); },
-      [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, places, i); }, cbrtFixLane<F>);
+      [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, scratch, i); }, cbrtFixLane<F>);
 }
 
 }  // namespace

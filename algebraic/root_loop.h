@@ -95,7 +95,7 @@ INLINE nuvStatus seededLoop(const Float64* src, Float64* dst, int64_t len, Begin
     Partial<Four> partial;
     Four y;
   };
-  SeedChunk seeds;
+  SeedScratch seeds;
   return stagedLoop<raises>(
       src, dst, len, [&](const Float64* x, int64_t i) INLINED { return storeSeeds<kept>(x, seeds, i); },
       [&](const Float64* p, int64_t i) INLINED {

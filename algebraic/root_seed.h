@@ -38,41 +38,41 @@ INLINE Words4 rootSeeds(Lanes2 a, Lanes2 b) {
 // their argument. The second comes from an estimate too: that of 2^(2t - 127), whose exponent field
 // is 190 - t for any estimate within its bound, read as the high word of a double. Elements with t
 // = 0 aren't ordinary.
-struct SeedChunk {
+struct SeedScratch {
   alignas(32) float roots[chunkSize];
 };
 template <uint32_t kept>
-INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
+INLINE Words4 storeSeeds(const Float64* x, SeedScratch& scratch, int64_t i) {
   const char* bytes = reinterpret_cast<const char*>(x);
   const auto at = [&](int offset) INLINED { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
   const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
   __m128 root =
       _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
   if constexpr (kept != allBits) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
-  _mm_store_ps(chunk.roots + i, root);
+  _mm_store_ps(scratch.roots + i, root);
   // High words from 0x01000000 to 0x7fefffff are ordinary.
   return wrappingDifference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), 0x81000000) >
          static_cast<int>(0xfeefffff);
 }
-INLINE Lanes4 seedsAt(Lanes4 x, const SeedChunk& chunk, int64_t i) {
+INLINE Lanes4 seedsAt(Lanes4 x, const SeedScratch& scratch, int64_t i) {
   const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
   const Lanes4 scale =
       andBits<Lanes4>(_mm256_castps_pd(_mm256_rsqrt_ps(power)), broadcast<Lanes4>(fromBits(0x7f80000000000000)));
-  return Lanes4(_mm256_cvtps_pd(_mm_load_ps(chunk.roots + i))) * scale;
+  return Lanes4(_mm256_cvtps_pd(_mm_load_ps(scratch.roots + i))) * scale;
 }
 #else
-struct SeedChunk {
+struct SeedScratch {
   alignas(32) Float64 seeds[chunkSize];
 };
 template <uint32_t kept>
-INLINE Words4 storeSeeds(const Float64* x, SeedChunk& chunk, int64_t i) {
+INLINE Words4 storeSeeds(const Float64* x, SeedScratch& scratch, int64_t i) {
   static_assert(kept == twentyBits);
   const Lanes2 a = load<Lanes2>(x), b = load<Lanes2>(x + 2);
-  store(chunk.seeds + i, fromHighWords<Four>({{rootSeeds(a, b)}}));
+  store(scratch.seeds + i, fromHighWords<Four>({{rootSeeds(a, b)}}));
   // High words from 0x00100000 to 0x7fefffff are ordinary.
   return wrappingDifference(packHighWords(a, b), 0x80100000) > static_cast<int>(0xffdfffff);
 }
-INLINE Four seedsAt(Four, const SeedChunk& chunk, int64_t i) { return load<Four>(chunk.seeds + i); }
+INLINE Four seedsAt(Four, const SeedScratch& scratch, int64_t i) { return load<Four>(scratch.seeds + i); }
 #endif
 
 INLINE Float64 rootSeed(Float64 x) { return fromHighWords<Lanes2>(rootSeeds(_mm_set_sd(x), _mm_set_sd(1.0)))[0]; }

@@ -53,7 +53,7 @@ constexpr auto root = []<class V>(V s, V x, V y) INLINED {
   }
 
   // A subnormal number, scaled by 2^200. x = v * 2^(2h) with v in [1, 4).
-  const uint64_t scaled = toBits(x * fromBits(0x4c70000000000000));
+  const uint64_t scaled = toBits(x * 0x1p200);
   const int exponent = static_cast<int>(scaled >> 52) - 1023, odd = exponent & 1, half = (exponent - odd) / 2 - 100;
   const Float64 v = fromBits((scaled & 0x000fffffffffffff) | 0x3ff0000000000000) * (odd ? 2.0 : 1.0);
   const Float64 s = sqrtSeedTable[(scaled >> 44 & 255) + 256u * static_cast<unsigned>(odd)];
@@ -96,8 +96,7 @@ bool stretch(const Float64* src, Float64* dst, int64_t count) {
         all = all + e0;
         sum0 = p4 * e0 + p3;
       },
-      [&](int64_t) INLINED { e1 = e0, sum1 = sum0 * e0 + p2; },
-      [&](int64_t) INLINED { s = (sum1 * e1 + p1) * e1; },
+      [&](int64_t) INLINED { e1 = e0, sum1 = sum0 * e0 + p2; }, [&](int64_t) INLINED { s = (sum1 * e1 + p1) * e1; },
       [&](int64_t i) INLINED {
         store(dst + i, load<V>(c.high + i) + (load<V>(c.low + i) + load<V>(src + i) * (s * load<V>(c.seeds + i))));
       });

@@ -134,6 +134,7 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
                &period = planets.columns.at("period");
   const auto only = [](Column a) { return Job{{a, Column(a.size())}}; };
   const Column radians = map(latitude, [](double x) { return x * (M_PI / 180); }),
+               mercator = map(radians, [](double x) { return std::asinh(std::tan(x)); }),
                years = map(period, [](double x) { return x / 365.25; });
   const auto sine = [](double degrees) { return std::sin(degrees * (M_PI / 180)); };
   const auto cosine = [](double degrees) { return std::cos(degrees * (M_PI / 180)); };
@@ -178,6 +179,9 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"cos", "radius of the parallel over the equator's", only(radians), FORMULA(cos(a), 0), c},
       {"sinCos", "sine and cosine of the latitude", only(radians), FORMULA(sin(a), cos(a)), c},
       {"tan", "shadow at noon of an equinox over the height", only(radians), FORMULA(tan(a), 0), c},
+      {"sinh", "tangent of the latitude from the ordinate on Mercator's map", only(mercator), FORMULA(sinh(a), 0), c},
+      {"cosh", "scale of Mercator's map at the ordinate", only(mercator), FORMULA(cosh(a), 0), c},
+      {"tanh", "sine of the latitude from the ordinate", only(mercator), FORMULA(tanh(a), 0), c},
       {"asin", "largest angle between the Sun and the inner one of the planet and the Earth",
        only(map(axis, [](double r) { return r < 1 ? r : 1 / r; })), FORMULA(asin(a), 0), p},
       {"acos", "half a day at the June solstice, in radians of the Earth's turn",

@@ -19,9 +19,9 @@ namespace {
 #include "explog/exp_tables.inc"
 
 constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.332482616893657 = 64 / ln 2
-constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
-constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417: k * ln2By64Hi is exact
-constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);   // 2.5728046223276691e-14: ln 2 / 64 - ln2By64Hi
+constexpr Float64 shifter = 0x1.8p52;
+constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);  // 0.010830424696223417: k * ln2By64Hi is exact
+constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);  // 2.5728046223276691e-14: ln 2 / 64 - ln2By64Hi
 
 // exp(r) = 1 + r + r^2 (c2 + c3 r + c4 r^2 + c5 r^3), |r| <= ln 2 / 128: error 2^-59.3
 constexpr Float64 c5 = fromBits(0x3f8111112d9f549b);  // 0.0083333341644141103
@@ -95,10 +95,10 @@ Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 
   // keeps, `rest` what remains of it, with its rounding error.
   const int field = m + 0x43b;
   const Float64 scaledT = t * powerOfTwo(field), scaledHi = powerOfTwo(field) * hi, sum = scaledT + scaledHi;
-  constexpr Float64 down = fromBits(0x3c30000000000000);  // 2^-60
+  constexpr Float64 down = 0x1p-60;
   if (field <= 0x32) return {sum * down, nuvStatusUnderflow};
   const Float64 rest = (scaledHi - sum) + scaledT;
-  const Float64 cut = sum * fromBits(0x41f8000000000000);  // 1.5 * 2^32
+  const Float64 cut = sum * 0x1.8p32;
   const Float64 upper = (sum + cut) - cut, lower = (sum - upper) + rest;
   return {(upper * down) + (lower * down), nuvStatusUnderflow};
 }

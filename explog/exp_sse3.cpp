@@ -20,9 +20,9 @@ namespace {
 #include "explog/exp_tables.inc"
 
 constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.332482616893657 = 64 / ln 2
-constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
-constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fef00000);   // 0.010830424695086549: k * ln2By64Hi is exact
-constexpr Float64 ln2By64Lo = fromBits(0x3d7473de6af278ed);   // 1.162596423439437e-12: ln 2 / 64 - ln2By64Hi
+constexpr Float64 shifter = 0x1.8p52;
+constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fef00000);  // 0.010830424695086549: k * ln2By64Hi is exact
+constexpr Float64 ln2By64Lo = fromBits(0x3d7473de6af278ed);  // 1.162596423439437e-12: ln 2 / 64 - ln2By64Hi
 
 // exp(r) = 1 + r + r^2 (c2 + c3 r + c4 r^2 + c5 r^3), |r| <= ln 2 / 128: error 2^-59.2
 constexpr Float64 c5 = fromBits(0x3f81111276409c2c);  // 0.0083333437288058629
@@ -74,9 +74,9 @@ INLINE V scale(BitsOf<V> shifted) {
   const int m = static_cast<int32_t>(c.shifted) >> 6;
   if (b >= 0xc086232bdd7abcd3) {  // from -708.3964185322642 down: the last product rounds to a subnormal number
     const uint64_t exponent = ((static_cast<uint64_t>(static_cast<int64_t>(m)) + 2046) & 0x7ff) - 1;  // of 2^(m + 1022)
-    return {(c.y * fromBits(exponent << 52)) * fromBits(0x0010000000000000), nuvStatusUnderflow};
+    return {(c.y * fromBits(exponent << 52)) * 0x1p-1022, nuvStatusUnderflow};
   }
-  if (m >= 1024) return {(c.y * fromBits(0x7fe0000000000000)) * 2.0};  // from 709.7772976810359 up
+  if (m >= 1024) return {(c.y * 0x1p1023) * 2.0};  // from 709.7772976810359 up
   return {c.y * scale<Float64>(c.shifted)};
 }
 

@@ -59,7 +59,7 @@ INLINE Lanes4 core(const Reduced& reduced) {
 
   if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x);
 
-  const auto [e, yh, yl, i] = reduceSubnormal(x, fromBits(0x4140000000000000));  // yh is a multiple of 2^-31
+  const auto [e, yh, yl, i] = reduceSubnormal(x, 0x1p21);  // yh is a multiple of 2^-31
   const Float64* row = lnTableSpecial[i];
   const Float64 uh = (row[0] * yh) - 1.0, ul = row[0] * yl, r = uh + ul;
   const Float64 A = (e * specialLn2Hi) + row[1], B = (e * specialLn2Lo) + row[2];

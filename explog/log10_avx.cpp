@@ -69,7 +69,7 @@ INLINE Lanes4 core(const Reduced& reduced) {
 
   if (highWord(x) >= 0x7ff00000 || !(x > 0)) return specialFault(x);
 
-  const auto [e, yh, yl, i] = reduceSubnormal(x, fromBits(0x4160000000000000));  // yh is a multiple of 2^-29
+  const auto [e, yh, yl, i] = reduceSubnormal(x, 0x1p23);  // yh is a multiple of 2^-29
   const Float64* row = log10TableSpecial[i];
   const Float64 uh = (row[0] * yh) - scale, ul = row[0] * yl, r = uh + ul;
   const Float64 A = (e * specialLog10Of2Hi) + row[1], B = (e * specialLog10Of2Lo) + row[2];

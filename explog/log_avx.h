@@ -12,9 +12,9 @@ namespace {
 
 constexpr int chunkSize = 64;
 
-// Of x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9): R is an integer near
+// What the first stage leaves to the second, for a chunk. Of x = 2^(E - 1013) * f with the biased exponent E and f in [2^-10, 2^-9): R is an integer near
 // scale / f.
-struct Chunk {
+struct Scratch {
   alignas(32) Float64 f[chunkSize];
   alignas(32) float R[chunkSize];
   alignas(32) int E[chunkSize];
@@ -42,27 +42,27 @@ INLINE bool outsideFastRange(Float64 x) { return highWord(x) - fastRangeFrom >= 
 // Four elements of the first stage. The result is, as unsigned numbers, how far their high words
 // are up from the fast range's lower end.
 template <const Reduction& reduction>
-INLINE __m128i reduce(const Float64* x, Chunk& chunk, int64_t i) {
+INLINE __m128i reduce(const Float64* x, Scratch& scratch, int64_t i) {
   const Lanes4 mantissa = _mm256_and_pd(load<Lanes4>(x), broadcast<Lanes4>(fromBits(0x000fffffffffffff)));
   const Lanes4 f = _mm256_or_pd(mantissa, broadcast<Lanes4>(0x1p-10));
   __m128 estimate = _mm_rcp_ps(_mm256_cvtpd_ps(f));
   if (reduction.scale != 1) estimate = _mm_mul_ps(estimate, _mm_set1_ps(reduction.scale));
   const __m128 R = _mm_round_ps(estimate, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
   const __m128i words = reinterpret_cast<__m128i>(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)));
-  store<Lanes4>(chunk.f + i, f);
-  _mm_store_ps(chunk.R + i, R);
-  _mm_store_si128(reinterpret_cast<__m128i*>(chunk.E + i), _mm_srli_epi32(words, 20));
+  store<Lanes4>(scratch.f + i, f);
+  _mm_store_ps(scratch.R + i, R);
+  _mm_store_si128(reinterpret_cast<__m128i*>(scratch.E + i), _mm_srli_epi32(words, 20));
   return _mm_sub_epi32(words, _mm_set1_epi32(fastRangeFrom));
 }
 
 // Four elements for the second stage.
 template <const Reduction& reduction>
-INLINE Reduced reduced(const Chunk& chunk, int64_t i) {
+INLINE Reduced reduced(const Scratch& scratch, int64_t i) {
   constexpr uint64_t offsetOfFirst = __builtin_bit_cast(uint32_t, reduction.firstR) >> reduction.shift;
   const auto row = twoColumns<Lanes4>(reduction.table, [&](int lane) INLINED {
-    return (__builtin_bit_cast(uint32_t, chunk.R[i + lane]) >> reduction.shift) - offsetOfFirst;
+    return (__builtin_bit_cast(uint32_t, scratch.R[i + lane]) >> reduction.shift) - offsetOfFirst;
   });
-  return {load<Lanes4>(chunk.f + i), _mm256_cvtps_pd(_mm_load_ps(chunk.R + i)), numbersAt<Lanes4>(chunk.E + i),
+  return {load<Lanes4>(scratch.f + i), _mm256_cvtps_pd(_mm_load_ps(scratch.R + i)), numbersAt<Lanes4>(scratch.E + i),
           row.first, row.second};
 }
 
@@ -71,16 +71,16 @@ INLINE Reduced reduced(const Chunk& chunk, int64_t i) {
 template <const Reduction& reduction, class Evaluate, class Special>
 INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate, Special special) {
   nuvStatus status = nuvStatusOk;
-  Chunk chunk;
+  Scratch scratch;
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
     count = len < chunkSize ? len : chunkSize;
     const int64_t whole = count & ~int64_t{3}, rest = count - whole;
     __m128i farthest = _mm_setzero_si128();
-    for (int64_t i = 0; i < whole; i += 4) farthest = _mm_max_epu32(farthest, reduce<reduction>(src + i, chunk, i));
+    for (int64_t i = 0; i < whole; i += 4) farthest = _mm_max_epu32(farthest, reduce<reduction>(src + i, scratch, i));
     if (rest != 0) {
       alignas(32) Float64 last[4];
       store(last, loadPart<Lanes4>(src + whole, rest));
-      farthest = _mm_max_epu32(farthest, reduce<reduction>(last, chunk, whole));
+      farthest = _mm_max_epu32(farthest, reduce<reduction>(last, scratch, whole));
     }
     const __m128i inside =
         _mm_cmplt_epi32(_mm_min_epu32(farthest, _mm_set1_epi32(fastRangeLength)), _mm_set1_epi32(fastRangeLength));
@@ -88,8 +88,8 @@ INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate
     Float64 arguments[1][chunkSize];
     if (flagged) [[unlikely]]
       __builtin_memcpy(arguments[0], src, static_cast<size_t>(count) * sizeof *src);
-    for (int64_t i = 0; i < whole; i += 4) store(dst + i, evaluate(reduced<reduction>(chunk, i)));
-    if (rest != 0) storePart(dst + whole, evaluate(reduced<reduction>(chunk, whole)), rest);
+    for (int64_t i = 0; i < whole; i += 4) store(dst + i, evaluate(reduced<reduction>(scratch, i)));
+    if (rest != 0) storePart(dst + whole, evaluate(reduced<reduction>(scratch, whole)), rest);
     if (flagged) [[unlikely]]
       status = repair<Raises::yes>(std::integer_sequence<int, 0>{}, arguments, dst, count, status, outsideFastRange,
                                    special);

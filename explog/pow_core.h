@@ -17,8 +17,7 @@ namespace {
 namespace power {
 
 constexpr Float64 log2eHi = fromBits(0x3ff7154740000000);  // 1.4426949024200439 = L: log2 e to 23 bits
-constexpr Float64 shifter =
-    fromBits(0x42c8000000000000);  // 1.5 * 2^45: a sum with it is rounded to a multiple of 1/128
+constexpr Float64 shifter = 0x1.8p45;                      // a sum with it is rounded to a multiple of 1/128
 
 // c2 makes up for L not being log2 e:
 // log2(1 + t / L) = t + c2 t + c3 t^2 + c4 t^3 + c5 t^4 + c6 t^5 + c7 t^6 + c8 t^7, |t| <= 2^-9:

@@ -23,7 +23,7 @@ using namespace power;
 // subnormal.
 Float64 gradual(Float64 sign, int e, Float64 r, Float64 th, Float64 tl) {
   const Float64 s = fromBits(static_cast<uint64_t>(e + 111 + 1023) << 52),
-                down = sign * fromBits(0x3900000000000000);  // 2^(e + 111) and 2^-111
+                down = sign * 0x1p-111;  // s is 2^(e + 111)
   if ((highWord((s * th) * down) & 0x7fffffff) <= 0x100000) {
     // Near or below the smallest normal number: the upper parts scaled down are exact, and the last
     // sum rounds to the spacing of subnormal numbers.
@@ -41,14 +41,13 @@ Float64 gradual(Float64 sign, int e, Float64 r, Float64 th, Float64 tl) {
 
 }  // namespace
 
-nuvStatus powFixLane(Float64 x, Float64 y, Float64* result) {
-  const auto give = [&](Float64 value) { return *result = value, nuvStatusOk; };
+Element powFixLane(Float64 x, Float64 y) {
   const Decision known = decide(x, y);
-  if (known.decided) return *result = fromBits(known.pattern), known.status;
+  if (known.decided) return {fromBits(known.pattern), known.status};
 
   const Float64 sign = signOfPower(x, y);
   Float64 magnitude = fromBits(toBits(x) & ~signBit), offset = 0;
-  if (toBits(magnitude) < 0x0010000000000000) magnitude *= fromBits(0x4330000000000000), offset = -52;  // 2^52
+  if (toBits(magnitude) < 0x0010000000000000) magnitude *= 0x1p52, offset = -52;
 
   const int word = static_cast<int>(highWord(magnitude)), row = ((word & 0xffe00) + 0x200) >> 10;
   const Float64 k = static_cast<Float64>((word - 0x3fe7fe00) >> 20) + offset;
@@ -56,20 +55,20 @@ nuvStatus powFixLane(Float64 x, Float64 y, Float64* result) {
       leadingLog<Float64>(magnitude, {powRcpTable[row], powLog2Table[row][0], powLog2Table[row][1], k});
   const Float64 infinite = sign * fromBits(infinity), zero = sign * 0.0;
   if (exponentField(leading.a) + exponentField(y) - 2 * 1023 > 11)
-    return give((toBits(leading.a) ^ toBits(y)) >> 63 ? zero : infinite);
+    return {(toBits(leading.a) ^ toBits(y)) >> 63 ? zero : infinite};
 
   const auto log =
       completeLog<Program::longer>(leading.a2, leading.low, leading.t, upperPolynomial<Program::longer>(leading.t));
   const Product<Float64> p = product(log.high, log.low, splitExponent(y));
   const int e = static_cast<int32_t>(toBits(p.shifted)) >> 7;
-  if (e > 1024) return give(infinite);
-  if (e < -1075) return give(zero);
+  if (e > 1024) return {infinite};
+  if (e < -1075) return {zero};
   const auto [th, tl] = powExp2Table[toBits(p.shifted) & 127];
   const Float64 r = p.r;
-  if (e < -963) return give(gradual(sign, e, r, th, tl));
+  if (e < -963) return {gradual(sign, e, r, th, tl)};
   const Float64 z = ((((((d5 * r + d4) * r + d3) * r + d2) * r + d1) * th) * r + tl) + th;
   const int half = e >= 1023;  // 2^(e - 1) then, and twice the sign
-  return give(((half ? 2 * sign : sign) * z) * fromBits(static_cast<uint64_t>(e - half + 1023) << 52));
+  return {((half ? 2 * sign : sign) * z) * fromBits(static_cast<uint64_t>(e - half + 1023) << 52)};
 }
 
 }  // namespace qorvane

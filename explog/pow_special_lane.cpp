@@ -47,27 +47,25 @@ Halves halves(Float64 u) {
 
 int wordOf(Float64 x) { return static_cast<int>(highWord(x)); }
 Float64 powerOfTwo(int field) { return fromBits(static_cast<uint64_t>(field) << 52); }
-Float64 overflow(Float64 sign) { return (opaque(fromBits(0x7fe0000000000000)) * fromBits(0x7fe0000000000000)) * sign; }
-Float64 tiny() { return opaque(fromBits(0x0010000000000000)) * fromBits(0x0010000000000000); }
+Float64 overflow(Float64 sign) { return (opaque(0x1p1023) * 0x1p1023) * sign; }
+Float64 tiny() { return opaque(0x1p-1022) * 0x1p-1022; }
 
 }  // namespace
 
-nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
-  const auto give = [&](Float64 value) { return *result = value, nuvStatusOk; };
+Element powSpecialLane(Float64 x, Float64 y) {
   const Decision known = decide(x, y);
   if (known.decided) {
-    *result = fromBits(known.pattern);
-    if ((known.pattern & ~signBit) > infinity && known.status == nuvStatusOk) *result = x + y;
-    if (known.status != nuvStatusOk)
-      *result = known.pattern << 1 == infinity << 1 ? fromBits((known.pattern & signBit) | one) / opaque(0.0)
-                                                    : opaque(0.0) / opaque(0.0);
-    return known.status;
+    const Float64 value = fromBits(known.pattern);
+    if (known.pattern << 1 == infinity << 1 && known.status != nuvStatusOk)
+      return {fromBits((known.pattern & signBit) | one) / opaque(0.0), known.status};
+    if (known.status != nuvStatusOk) return {opaque(0.0) / opaque(0.0), known.status};
+    return {(known.pattern & ~signBit) > infinity ? x + y : value};
   }
 
   const Float64 sign = signOfPower(x, y);
   Float64 z = fromBits(toBits(x) & ~signBit);
   int scaled = 0;
-  if (toBits(z) < 0x0010000000000000) z *= fromBits(0x4c70000000000000), scaled = -200;  // 2^200
+  if (toBits(z) < 0x0010000000000000) z *= 0x1p200, scaled = -200;
 
   // Three-stage reduction
   const Float64 m = fromBits((toBits(z) & 0x000fffffffffffff) | one);
@@ -86,8 +84,8 @@ nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
   const Float64 a = big + t0, aError = (big - a) + t0;
 
   const int exponents = exponentField(y) + exponentField(a);
-  if (exponents < 1985 || a == 0) return give((opaque(1.0) + fromBits(0x0010000000000000)) * sign);
-  if (exponents >= 2057) return give((toBits(y) ^ toBits(a)) >> 63 ? tiny() * sign : overflow(sign));
+  if (exponents < 1985 || a == 0) return {(opaque(1.0) + 0x1p-1022) * sign};
+  if (exponents >= 2057) return {(toBits(y) ^ toBits(a)) >> 63 ? tiny() * sign : overflow(sign)};
 
   const Float64 t = t0 + gError;
   const Float64 lows = powStage1Log[i1][1] + (powStage2Log[i2][1] + powStage3Log[i3][1]);
@@ -107,15 +105,15 @@ nuvStatus powSpecialLane(Float64 x, Float64 y, Float64* result) {
   const Float64 power = rest + th;
   const int exponent = exponentField(power) + e - 1023;
 
-  if (exponent >= 1024) return give(overflow(sign));
+  if (exponent >= 1024) return {overflow(sign)};
   if (exponent >= -1022)
-    return give(fromBits((toBits(power) & 0x800fffffffffffff) | static_cast<uint64_t>(exponent + 1023) << 52) * sign);
-  if (exponent < -1084) return give(tiny() * sign);
+    return {fromBits((toBits(power) & 0x800fffffffffffff) | static_cast<uint64_t>(exponent + 1023) << 52) * sign};
+  if (exponent < -1084) return {tiny() * sign};
   const Float64 scale = powerOfTwo((e + 1223) & 0x7ff),
-                down = sign * fromBits(0x3370000000000000);  // 2^(e + 200) and 2^-200
-  if (exponent < -1032) return give((down * (power * scale)) + tiny());
+                down = sign * 0x1p-200;  // scale is 2^(e + 200)
+  if (exponent < -1032) return {(down * (power * scale)) + tiny()};
   const auto [high, rest2] = halves(power);
-  return give((((high * scale) * down) + (((rest2 + (rest + (th - power))) * scale) * down)) + tiny());
+  return {(((high * scale) * down) + (((rest2 + (rest + (th - power))) * scale) * down)) + tiny()};
 }
 
 }  // namespace qorvane

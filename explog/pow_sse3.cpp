@@ -14,9 +14,10 @@
 namespace qorvane {
 namespace {
 
-nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len, uint32_t mxcsr) {
   using namespace power;
-  return powerLoop<Lanes2, Program::longer, Repair::groupsOf4, Exponents::each>(srcA, srcB, dst, len, powFixLane);
+  return powerLoop<Lanes2, Program::longer, Repair::groupsOf4, Exponents::each>(srcA, srcB, dst, len, powFixLane,
+                                                                                mxcsr);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #pragma once
 #include "explog/pow_core.h"
 #include "explog/pow_lanes.h"
+#include "frame/kernel_frame.h"
 #include "frame/loops.h"
 
 namespace qorvane {
@@ -29,10 +30,12 @@ enum class Exponents { each, same };
 
 constexpr int chunkLength = 128;
 
-struct Chunk {
+struct Scratch {
   alignas(32) Float64 high[chunkLength], low[chunkLength], t[chunkLength], r[chunkLength];
   alignas(32) uint32_t logRow[chunkLength], exp2Row[chunkLength];  // byte offsets
   int k[chunkLength], scale[chunkLength], leading[chunkLength];    // exponents of x, high words of 2^e and of P
+  Float64 x[chunkLength], y[chunkLength];                          // arguments with ones for outside ones
+  bool isOutside[chunkLength];
 };
 
 // Eight elements
@@ -46,6 +49,26 @@ INLINE LogRow<V> logRowAt(const uint32_t* offsets, const int* k) {
   const V rcp = column<V>(powRcpTable, [=](int lane) INLINED { return offsets[lane]; });
   return {rcp, hi, lo, numbersAt<V>(k)};
 }
+
+// The high word of 2^e.
+template <class W>
+INLINE W scaleWord(W shifted) {
+  return wrappingSum(shifted << 13, 0x3ff00000) & static_cast<int>(0xfff00000);
+}
+
+// From the high words of x: its row's byte offset in powRcpTable, and k.
+template <class W>
+INLINE W rowOffset(W w) {
+  return (((w & 0xffe00) + 0x200) >> 10) << 3;
+}
+template <class W>
+INLINE W exponentOf(W w) {
+  return wrappingSum(w, -0x3fe7fe00u) >> 20;
+}
+
+// From 2^63 up an exponent need not enter the arithmetic: there is no other result in range than 1,
+// of x = 1.
+constexpr int hugeExponent = 0x43e00000;
 
 // From the high words of x and of P: x not positive, normal and finite; the result not certainly
 // normal and finite, or P a NaN.
@@ -67,21 +90,19 @@ INLINE auto tinyExponent(W w) {
   return 1 > (w & 0x7fffffff);
 }
 
-// The stages up to the product, for n elements, a multiple of eight. Whether any of them must be
-// recomputed.
+// The stages up to the product, for n elements, a multiple of eight. Whether any of them is outside.
 template <class Part, Program program, Repair repair, Exponents exponents>
-INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk& c) {
+INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Scratch& c) {
   using V = Block<Part>;
-  auto outside = outsideBase(highWords(V{})) & 0;
+  auto outside = highWords(V{}) & 0;
   for (int64_t i = 0; i < n; i += 8) {
     const auto w = highWords(load<V>(x + i));
-    storeWords(c.logRow + i, (((w & 0xffe00) + 0x200) >> 10) << 3);
-    storeWords(c.k + i, wrappingSum(w, -0x3fe7fe00u) >> 20);
+    storeWords(c.logRow + i, rowOffset(w));
+    storeWords(c.k + i, exponentOf(w));
     outside = outside | outsideBase(w);
   }
   for (int64_t i = 0; i < n; i += 8) {
-    const auto row = logRowAt<V>(c.logRow + i, c.k + i);
-    const auto leading = leadingLog<V>(load<V>(x + i), row);
+    const auto leading = leadingLog<V>(load<V>(x + i), logRowAt<V>(c.logRow + i, c.k + i));
     store(c.high + i, leading.a2);
     store(c.low + i, leading.low);
     store(c.t + i, leading.t);
@@ -103,7 +124,7 @@ INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk
     const auto leading = highWords(p.p), shifted = lowWords(p.shifted);
     storeWords(c.leading + i, leading);
     storeWords(c.exp2Row + i, (shifted << 4) & 0x7f0);
-    storeWords(c.scale + i, wrappingSum(shifted << 13, 0x3ff00000) & static_cast<int>(0xfff00000));
+    storeWords(c.scale + i, scaleWord(shifted));
     store(c.r + i, p.r);
     outside = outside | outsideResult<repair>(leading);
     if constexpr (repair == Repair::groupsOf4 && exponents == Exponents::each)
@@ -113,7 +134,7 @@ INLINE bool stagesToProduct(const Float64* x, const Float64* y, int64_t n, Chunk
 }
 
 template <class Part, Program program>
-INLINE void lastStage(Float64* z, int64_t n, const Chunk& c) {
+INLINE void lastStage(Float64* z, int64_t n, const Scratch& c) {
   using V = Block<Part>;
   for (int64_t i = 0; i < n; i += 8) {
     const auto [th, tl] = twoColumns<V>(powExp2Table, [&](int lane) INLINED { return c.exp2Row[i + lane]; });
@@ -122,31 +143,73 @@ INLINE void lastStage(Float64* z, int64_t n, const Chunk& c) {
   }
 }
 
+// Which elements of a chunk the scalar routine computes; the chunk runs again without them, as if
+// their arguments were ones, and without the errors that they raised as flags. `flags` has those that
+// stood before.
 template <Repair repair, Exponents exponents>
-[[gnu::noinline, gnu::cold]] nuvStatus repairChunk(const Float64* x, const Float64* y, Float64* z, int64_t count,
-                                                   const Chunk& c, nuvStatus status, PowScalarRoutine* scalar) {
-  const auto isOutside = [&](int64_t i) -> bool {
-    if (repair == Repair::groupsOf4 && exponents == Exponents::each && tinyExponent(highWords(y[i]))) return true;
-    return outsideBase(highWords(x[i])) || outsideResult<repair>(c.leading[i]);
-  };
-  const int64_t inGroups = repair == Repair::groupsOf4 ? count & ~3 : 0;
-  for (int64_t i = 0; i < count; ++i) {
-    bool isRepaired = isOutside(i);
-    if (i < inGroups)
-      for (int64_t j = i & ~3; j <= (i | 3); ++j) isRepaired = isRepaired || isOutside(j);
-    if (isRepaired) takeStatus<Raises::yes>(status, scalar(x[i], y[exponents == Exponents::same ? 0 : i], z + i));
+[[gnu::noinline, gnu::cold]] void replaceOutside(const Float64* x, const Float64* y, int64_t n, int64_t count,
+                                                 Scratch& c, uint32_t flags) {
+  constexpr bool each = exponents == Exponents::each;
+  for (int64_t i = 0; i < n; ++i)
+    c.isOutside[i] = outsideBase(highWords(x[i])) || outsideResult<repair>(c.leading[i]) ||
+                     (repair == Repair::groupsOf4 && each && tinyExponent(highWords(y[i])));
+  if (repair == Repair::groupsOf4)
+    for (int64_t i = 0; i + 4 <= count; i += 4) {
+      bool* four = c.isOutside + i;
+      if (four[0] || four[1] || four[2] || four[3]) four[0] = four[1] = four[2] = four[3] = true;
+    }
+  for (int64_t i = 0; i < n; ++i) {
+    c.x[i] = c.isOutside[i] ? 1.0 : x[i];
+    if (each) c.y[i] = c.isOutside[i] ? 1.0 : y[i];
   }
+  constexpr uint32_t errors = 0x0d;  // invalid, divide by zero, overflow: inside nothing raises them
+  writeMxcsr((readMxcsr() & ~errors) | (flags & errors));
+}
+template <Exponents exponents>
+[[gnu::noinline, gnu::cold]] nuvStatus repairChunk(const Float64* x, const Float64* y, Float64* z, int64_t count,
+                                                   const Scratch& c, nuvStatus status, PowScalarRoutine* scalar) {
+  for (int64_t i = 0; i < count; ++i)
+    if (c.isOutside[i]) takeElement<Raises::yes>(status, z + i, scalar(x[i], y[exponents == Exponents::same ? 0 : i]));
   return status;
 }
 
-// The last elements after whole blocks are made up to a block with ones, which raise no flag and
-// need no repair.
+// Elements that stand alone, in registers: as many as are faster so.
+template <Repair repair>
+constexpr int64_t few = repair == Repair::groupsOf4 ? 3 : 4;
+template <Program program, Repair repair, Exponents exponents>
+[[gnu::noinline]] nuvStatus oneByOne(const Float64* x, const Float64* y, Float64* dst, int64_t len, nuvStatus status,
+                                     PowScalarRoutine* scalar) {
+  constexpr bool each = exponents == Exponents::each;
+  const auto power = [&](Float64 base, Float64 exponent) INLINED -> Element {
+    const int w = highWords(base), yWord = highWords(exponent);
+    const bool isOutside = repair == Repair::groupsOf4 && each && tinyExponent(yWord);
+    if (outsideBase(w) || isOutside || anyMagnitudeFrom(exponent, hugeExponent)) [[unlikely]]
+      return scalar(base, exponent);
+    const uint32_t row = static_cast<uint32_t>(rowOffset(w));
+    const int k = exponentOf(w);
+    const auto leading = leadingLog(base, logRowAt<Float64>(&row, &k));
+    const auto log = completeLog<program>(leading.a2, leading.low, leading.t, upperPolynomial<program>(leading.t));
+    const auto p = product(log.high, log.low, splitExponent(exponent));
+    if (outsideResult<repair>(highWords(p.p))) [[unlikely]]
+      return scalar(base, exponent);
+    const int shifted = lowWords(p.shifted);
+    const auto [th, tl] = twoColumns<Float64>(powExp2Table, (shifted << 4) & 0x7f0);
+    return {completePower<program>(p.r, th, tl, fromHighWords<Float64>(scaleWord(shifted)))};
+  };
+  for (int64_t i = 0; i < len; ++i) takeElement<Raises::yes>(status, dst + i, power(x[i], each ? y[i] : *y));
+  return status;
+}
+
+// The last elements after whole blocks, if they are many, are made up to a block with ones, which
+// raise no flag and aren't outside. `flags` are those of MXCSR, errors at least.
 template <class Part, Program program, Repair repair, Exponents exponents>
-INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar) {
+INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar,
+                           uint32_t& flags) {
   constexpr bool same = exponents == Exponents::same;
-  Chunk c;
-  Float64 lastX[8], lastY[8];
   nuvStatus status = nuvStatusOk;
+  if (len <= few<repair>) return oneByOne<program, repair, exponents>(x, y, dst, len, status, scalar);
+  Scratch c;
+  Float64 lastX[8], lastY[8];
   for (int64_t i = 0, count; i < len; i += count) {
     const int64_t blocks = (len - i) & ~7;
     const Float64 *xs = x + i, *ys = same ? y : y + i;
@@ -154,16 +217,24 @@ INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int
     count = n;
     if (n == 0) {
       count = len - i, n = 8;
+      if (count <= few<repair>) return oneByOne<program, repair, exponents>(xs, ys, dst + i, count, status, scalar);
       for (int64_t j = 0; j < 8; ++j) lastX[j] = j < count ? xs[j] : 1.0, lastY[j] = same || j >= count ? 1.0 : ys[j];
       xs = lastX;
       if (!same) ys = lastY;
     }
-    const bool outside = stagesToProduct<Part, program, repair, exponents>(xs, ys, n, c);
-    const bool inPlace = !outside && count == n;
+    const Float64 *xsInside = xs, *ysInside = ys;
+    while (stagesToProduct<Part, program, repair, exponents>(xsInside, ysInside, n, c)) [[unlikely]] {
+        replaceOutside<repair, exponents>(xs, ys, n, count, c, flags);
+        xsInside = c.x;
+        if (!same) ysInside = c.y;
+      }
+    const bool anyOutside = xsInside != xs, inPlace = !anyOutside && count == n;
     Float64* const z = inPlace ? dst + i : c.t;
     lastStage<Part, program>(z, n, c);
-    if (outside) [[unlikely]]
-      status = repairChunk<repair, exponents>(xs, ys, z, count, c, status, scalar);
+    if (anyOutside) [[unlikely]] {
+      status = repairChunk<exponents>(xs, ys, z, count, c, status, scalar);
+      flags = readMxcsr();
+    }
     if (!inPlace)
       for (int64_t j = 0; j < count; ++j) dst[i + j] = z[j];
   }
@@ -172,16 +243,15 @@ INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int
 
 // x^y with one exponent for all elements.
 template <class Part>
-INLINE nuvStatus fixedExponentLoop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
-  const uint64_t magnitude = toBits(value) << 1;
+INLINE nuvStatus fixedExponentLoop(const Float64* src, Float64 value, Float64* dst, int64_t len, uint32_t& flags) {
   if (toBits(value) == toBits(2.0))
     return plainLoop<Pack<Part, 4>>(src, dst, len, [](auto x) INLINED { return x * x; });
-  if (magnitude == 0 || magnitude >= toBits(__builtin_inf()) << 1) {
+  if (toBits(value) << 1 == 0 || anyMagnitudeFrom(value, hugeExponent)) {
     nuvStatus status = nuvStatusOk;
-    for (int64_t i = 0; i < len; ++i) takeStatus<Raises::yes>(status, powFixLane(src[i], value, dst + i));
+    for (int64_t i = 0; i < len; ++i) takeElement<Raises::yes>(status, dst + i, powFixLane(src[i], value));
     return status;
   }
-  return powerLoop<Part, Program::longer, Repair::groupsOf4, Exponents::same>(src, &value, dst, len, powFixLane);
+  return powerLoop<Part, Program::longer, Repair::groupsOf4, Exponents::same>(src, &value, dst, len, powFixLane, flags);
 }
 
 }  // namespace power

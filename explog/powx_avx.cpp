@@ -20,7 +20,7 @@ using V = Lanes4;
 constexpr int64_t longestStretch = 256, shortestStretch = 32;
 constexpr int64_t vector = laneCount<V>;
 
-struct Stretch {
+struct StretchScratch {
   alignas(32) Float64 high[longestStretch], low[longestStretch], t[longestStretch];
   alignas(32) uint32_t logRow[longestStretch];  // byte offsets in powRcpTable
   alignas(32) int k[longestStretch];
@@ -41,7 +41,7 @@ HighWordRange safeRange(Float64 y) {
 }
 
 // The rows of the stretch; whether all of x is in the range.
-INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& c) {
+INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, StretchScratch& c) {
   using Block = Pack<Lanes2, 4>;
   const unsigned toLowest = 0x80000000u - range.first;  // compared as signed numbers
   const int limit = static_cast<int>(range.end - range.first + 0x80000000u) - 1;
@@ -49,8 +49,8 @@ INLINE bool findRows(const Float64* x, int64_t n, HighWordRange range, Stretch& 
   for (int64_t i = 0; i < n; i += 8) {
     const int64_t at = i + 8 <= n ? i : n - 8;
     const auto w = highWords(load<Block>(x + at));
-    storeWords(c.logRow + at, (((w & 0xffe00) + 0x200) >> 10) << 3);
-    storeWords(c.k + at, wrappingSum(w, -0x3fe7fe00u) >> 20);
+    storeWords(c.logRow + at, rowOffset(w));
+    storeWords(c.k + at, exponentOf(w));
     outside = outside | (wrappingSum(w, toLowest) > limit);
   }
   return !any(outside);
@@ -72,7 +72,7 @@ INLINE V powerOfTwo(const Float64* keys) {
 
 // The chain of a whole element takes some 140 cycles; n is a multiple of the vector's length.
 template <Split split>
-[[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, Stretch& c) {
+[[gnu::noinline]] void pipelines(const Float64* x, Exponent<Float64> y, Float64* dst, int64_t n, StretchScratch& c) {
   LogRow<V> row;
   V big, lo;
   ReducedArgument<V> u;
@@ -124,15 +124,15 @@ template <Split split>
       [&](int64_t i) INLINED { store(dst + i, powerFrom(terms, exp2Row.first, exp2Row.second, powerOfTwo(c.t + i))); });
 }
 
-nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
+nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len, uint32_t mxcsr) {
   const uint64_t magnitudeBits = toBits(value) << 1;
   if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1)
-    return fixedExponentLoop<V>(src, value, dst, len);
+    return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
   const Exponent<Float64> y = splitExponent(value);
   const HighWordRange range = safeRange(value);
-  if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len);
+  if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
 
-  Stretch c;
+  StretchScratch c;
   return stretchLoop<longestStretch, shortestStretch, vector>(
       len,
       [&](int64_t count, const Float64* x, Float64* z) INLINED {
@@ -140,7 +140,8 @@ nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
         if (fits) (y.rest == 0 ? pipelines<Split::shortExponent> : pipelines<Split::full>)(x, y, z, count, c);
         return fits;
       },
-      [=](int64_t count, const Float64* x, Float64* z) INLINED { return fixedExponentLoop<V>(x, value, z, count); },
+      [&](int64_t count, const Float64* x, Float64* z)
+          INLINED { return fixedExponentLoop<V>(x, value, z, count, mxcsr); },
       src, dst);
 }
 

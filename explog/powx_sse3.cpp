@@ -9,8 +9,8 @@
 namespace qorvane {
 namespace {
 
-nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len) {
-  return power::fixedExponentLoop<Lanes2>(src, value, dst, len);
+nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len, uint32_t mxcsr) {
+  return power::fixedExponentLoop<Lanes2>(src, value, dst, len, mxcsr);
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 // in order, run the loop, restore the state. A kernel names its classes in one line:
 //   nuvStatus expAvx(const Float64* src, Float64* dst, int32_t len) { return
 //   runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst); }
-// The loop takes the remaining arguments and the length in 64 bits, and returns the status of the
-// last failing element.
+// The loop takes the remaining arguments and the length in 64 bits, and MXCSR as it was before the
+// loop if it wants it, and returns the status of the last failing element.
 #pragma once
 #include <immintrin.h>
 
@@ -90,7 +90,12 @@ INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
     wantedMxcsr = desiredMode(mode, savedMxcsr);
     if (wantedMxcsr != savedMxcsr) writeMxcsr(wantedMxcsr);
   }
-  const nuvStatus status = callLoop<loop>(arguments..., int64_t{len});
+  const nuvStatus status = [&]() INLINED {
+    if constexpr (mode != Mode::none && requires { loop(arguments..., int64_t{}, uint32_t{}); })
+      return callLoop<loop>(arguments..., int64_t{len}, wantedMxcsr);
+    else
+      return callLoop<loop>(arguments..., int64_t{len});
+  }();
   if (x87 != X87::asIs && wantedX87 != savedX87) [[unlikely]]
     writeX87Control(savedX87);
   if (mode != Mode::none && wantedMxcsr != savedMxcsr) writeMxcsr(savedMxcsr);

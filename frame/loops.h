@@ -26,15 +26,6 @@ INLINE void takeElement(nuvStatus& status, Float64* y, Element element) {
   *y = element.value;
   takeStatus<raises>(status, element.status);
 }
-// lane(x...) -> Element; lanes that store their result themselves, lane(x..., y) -> status, are served
-// as long as there are any.
-template <Raises raises, class Lane, class... X>
-INLINE void takeLane(nuvStatus& status, Float64* y, Lane lane, X... x) {
-  if constexpr (requires { lane(x..., y); })
-    takeStatus<raises>(status, lane(x..., y));
-  else
-    takeElement<raises>(status, y, lane(x...));
-}
 
 // For one, two or more inputs: fast(V x...) -> V; flagged(V x...) -> bool, for any lane; special(Float64
 // x...) -> Element, from the arguments as they were read. Both are also asked for single elements, so
@@ -43,7 +34,7 @@ template <Raises raises, int lanes, class Flagged, class Special, int... k>
 [[gnu::noinline, gnu::cold]] nuvStatus repair(std::integer_sequence<int, k...>, const Float64 (*x)[lanes], Float64* y,
                                               int64_t count, nuvStatus status, Flagged flagged, Special special) {
   for (int64_t i = 0; i < count; ++i)
-    if (flagged(x[k][i]...)) takeLane<raises>(status, y + i, special, x[k][i]...);
+    if (flagged(x[k][i]...)) takeElement<raises>(status, y + i, special(x[k][i]...));
   return status;
 }
 
@@ -90,7 +81,7 @@ INLINE nuvStatus binaryLoop(const Float64* srcA, const Float64* srcB, Float64* d
 template <Raises raises, class Lane>
 [[gnu::noinline, gnu::cold]] nuvStatus eachLane(const Float64* x, Float64* y, int64_t count, nuvStatus status,
                                                 Lane lane) {
-  for (int64_t i = 0; i < count; ++i) takeLane<raises>(status, y + i, lane, x[i]);
+  for (int64_t i = 0; i < count; ++i) takeElement<raises>(status, y + i, lane(x[i]));
   return status;
 }
 

@@ -1,12 +1,18 @@
 // sinh(x), level 5.
 //
-// Method: with a = |x|, 8a / ln 2 = n + rest with an integer n, so that a = n ln 2 / 8 + r with |r| <= ln 2 / 16. A row
-// of a table has a polynomial of degree 7 in r for sinh(n ln 2 / 8 + r). It has rows for n up to 255; for greater n,
-// where e^-a is negligible, the row of the last eight with the same n mod 8 serves, times a power of 2. Where n is 0 or
-// 1 the row is an odd polynomial in a instead.
+// Method: with a = |x|, 8a / ln 2 = n + rest with an integer n, so that a = n ln 2 / 8 + r with |r|
+// <= ln 2 / 16. A row of a table has a polynomial of degree 7 in r for sinh(n ln 2 / 8 + r). It has
+// rows for n up to 255; for greater n, where e^-a is negligible, the row of the last eight with the
+// same n mod 8 serves, times a power of 2. Where n is 0 or 1 the row is an odd polynomial in a
+// instead.
 //
-// Special values: a NaN gives the NaN quieted, infinities themselves, sinh(-0) -0; from 710.475860073944 up in
-// magnitude the result is infinite and overflow, which raises its flag. Rounding mode, FTZ and DAZ are the caller's.
+// Error: at most 1.000 ulp, where e0 is off by nearly half a unit, in round-to-nearest
+// (docs/accuracy.md has the arguments). In directed rounding n is the next integer in that
+// direction, r twice as long and the error up to 711 ulp.
+//
+// Special values: a NaN gives the NaN quieted, infinities themselves, sinh(-0) -0; from
+// 710.475860073944 up in magnitude the result is infinite and overflow, which raises its flag.
+// Rounding mode, FTZ and DAZ are the caller's.
 #include "frame/kernel_frame.h"
 #include "hyperbolic/sinh_cosh_avx.h"
 
@@ -104,8 +110,8 @@ Element sinhFixLane(Float64 x) {
 }
 
 // A strip without flagged elements, their number a multiple of four, in round-to-nearest: e0 of the
-// rows 0 and 1 is below half a unit in the last place of both terms that it could be added to, so it
-// may come last too.
+// rows 0 and 1 is below half a unit in the last place of both terms that it could be added to, so
+// it may come last too.
 INLINE void evaluate(const Float64* src, Float64* dst, int64_t count) {
   Strip<longestStrip> strip;
   for (int64_t i = 0; i < count; i += 4) reduce(load<V>(src + i), strip, i);

@@ -1,5 +1,5 @@
-// Long arrays go in strips: a first pass reduces the arguments of a whole strip, a second one reads a
-// table row for each element, with what the first has left on the stack.
+// Long arrays go in strips: a first pass reduces the arguments of a whole strip, a second one reads
+// a table row for each element, with what the first has left on the stack.
 #pragma once
 #include "frame/pipeline.h"
 
@@ -8,9 +8,9 @@ namespace {
 
 constexpr int64_t longestStrip = 256, shortestStrip = 32;
 
-// The byte offsets of the lanes' rows, for the functions that read rows. They are read anew for each
-// step of a pipeline: a compiler that knew that two steps read the same ones would keep them in
-// registers, which it doesn't have.
+// The byte offsets of the lanes' rows, for the functions that read rows. They are read anew for
+// each step of a pipeline: a compiler that knew that two steps read the same ones would keep them
+// in registers, which it doesn't have.
 template <class V>
 INLINE auto rowsAt(const uint32_t* offsets) {
   const volatile uint32_t* p = offsets;

@@ -2,7 +2,7 @@
 //
 // Method: asin_acos_avx.h.
 //
-// Error: largest found 0.831 ulp, near 0.6 and 1/2 (docs/accuracy.md has the arguments), in
+// Error: largest found 0.851 ulp, just above 0.6 (docs/accuracy.md has the arguments), in
 // round-to-nearest; rounding mode, FTZ and DAZ are the caller's.
 //
 // Special values: 1 gives +0, -1 pi, a NaN a quiet NaN; magnitudes above 1 the default NaN and out of

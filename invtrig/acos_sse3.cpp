@@ -2,7 +2,7 @@
 //
 // Method: asin_acos_sse3.h.
 //
-// Error: largest found 0.778 ulp, just below 1/2 (docs/accuracy.md has the arguments). The kernel
+// Error: largest found 0.779 ulp, just below 1/2 (docs/accuracy.md has the arguments). The kernel
 // runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
 // Special values: 1 gives +0, -1 pi, a NaN itself, quiet and with the other sign; magnitudes above 1

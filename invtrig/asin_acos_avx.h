@@ -101,16 +101,18 @@ INLINE bool stretch(const Float64* src, Float64* dst, int64_t count, Finish fini
   alignas(32) Float64 ss[longestStretch], zs[longestStretch], corrs[longestStretch], ps[longestStretch];
   Float64* const his = ss;  // hi takes the place of s
   alignas(32) float seeds[longestStretch];
-  V anyOutlying = broadcast<V>(0.0);
-  for (int64_t i = 0; i < count; i += vector) anyOutlying = orBits(anyOutlying, isOutlier(load<V>(src + i)));
-  if (signMask(anyOutlying) != 0) return false;
-
+  V outliers = broadcast<V>(0.0);
   for (int64_t i = 0; i < count; i += vector) {
-    const V a = magnitude(load<V>(src + i)), s = 1.0 - a, t = s * 0.5;
+    const V x = load<V>(src + i), outside = isOutlier(x);
+    outliers = orBits(outliers, outside);
+    const V a = withoutBits(magnitude(x), outside);  // zero, lest the arithmetic overflow
+    const V s = 1.0 - a, t = s * 0.5;
     store(ss + i, s);
     store(zs + i, argumentOf(a, t));
     _mm_store_ps(seeds + i, _mm_rsqrt_ps(singles(t)));
   }
+  if (signMask(outliers) != 0) return false;
+
   using Block = Pack<V, 2>;
   for (int64_t i = 0; i < count; i += 2 * vector) {
     const Block z = load<Block>(zs + i), z2 = z * z;
@@ -144,6 +146,11 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish f
     if (anyOutlier(x)) return outlier(x);
     return {core(x)};
   };
+  if (len == 1) {
+    nuvStatus status = nuvStatusOk;
+    takeElement<Raises::yes>(status, dst, lane(*src));
+    return status;
+  }
   return stretchLoop<longestStretch, shortestStretch, 8>(
       len, [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(from, to, count, finish); },
       [=](int64_t count, const Float64* from, Float64* to)

@@ -5,7 +5,7 @@
 // A = -sqrt(4z) in two parts. That root is taken from the processor's approximation of its
 // reciprocal and the binomial series, without a division or a square root.
 #pragma once
-#include "frame/loops.h"
+#include "frame/pipeline.h"
 #include "invtrig/inverse_constants.h"
 
 namespace qorvane {
@@ -46,14 +46,14 @@ struct Root {
   V hi, lo;
 };
 template <class V>
-INLINE Root<V> negativeRoot(V s) {
+INLINE Root<V> negativeRoot(V s, V y) {
   // (1 + e)^(-1/2) - 1 = b1 e + ... + b5 e^5
   constexpr Float64 b5 = fromBits(0xbfcf800000000000);  // -0.24609375
   constexpr Float64 b4 = fromBits(0x3fd1800000000000);  // 0.2734375
   constexpr Float64 b3 = fromBits(0xbfd4000000000000);  // -0.3125
   constexpr Float64 b2 = fromBits(0x3fd8000000000000);  // 0.375
   constexpr Float64 b1 = fromBits(0xbfe0000000000000);  // -0.5
-  const V y = rootSeed(s), n = xorBits(y, broadcast<V>(-0.0));
+  const V n = xorBits(y, broadcast<V>(-0.0));
   const V sh = andBits(s, broadcast<V>(fromBits(0xffffffff00000000))), sl = s - sh;
   const V y2 = y * y;
   const V e = (sh * y2 - 1.0) + sl * y2;
@@ -84,27 +84,72 @@ INLINE V arcSeries(V z) {
 }
 
 template <class V>
+INLINE V isBig(V a) {
+  return lessLanes(broadcast<V>(0.5), a);
+}
+template <class V>
+INLINE ArcTerms<V> arcTerms(V a, Root<V> root, V series) {
+  const V big = isBig(a), hi = select(big, root.hi, a), lo = andBits(big, root.lo);
+  return {big, hi, lo, series * (hi + lo)};
+}
+template <class V>
 INLINE ArcTerms<V> arcTerms(V a) {
-  const V big = lessLanes(broadcast<V>(0.5), a);
-  const V t = (1.0 - a) * 0.5;
-  const V z = select(big, t, a * a);
-  const Root<V> root = negativeRoot(4.0 * t);  // of no use where a isn't big
-  const V hi = select(big, root.hi, a), lo = andBits(big, root.lo);
-  return {big, hi, lo, arcSeries(z) * (hi + lo)};
+  const V t = (1.0 - a) * 0.5, s = 4.0 * t;  // the root is of no use where a isn't big
+  return arcTerms(a, negativeRoot(s, rootSeed(s)), arcSeries(select(isBig(a), t, a * a)));
+}
+
+// Stretches without outliers. A vector's chain of operations takes more than a hundred cycles, and
+// the processor doesn't look far enough ahead to fill them with other vectors. So it is cut into
+// loops over what stands in memory. The operations are those of arcTerms, and so are the bits.
+constexpr int64_t longestStretch = 192, shortestStretch = 24, vector = laneCount<Four>;
+
+template <class Finish>
+INLINE bool stretch(int64_t count, const Float64* src, Float64* dst, Finish finish) {
+  alignas(16) Float64 zs[longestStretch], ys[longestStretch], his[longestStretch], los[longestStretch];
+  Words4 outliers{};
+  for (int64_t i = 0; i < count; i += vector)
+    outliers |= (highWords(load<Four>(src + i)).part[0] & 0x7fffffff) > outlierHighWord - 1;
+  if (any(outliers)) return false;
+
+  for (int64_t i = 0; i < count; i += vector) {
+    const Four a = magnitude(load<Four>(src + i)), t = (1.0 - a) * 0.5, s = 4.0 * t;
+    store(zs + i, select(isBig(a), t, a * a));
+    store(his + i, s);
+    store(ys + i, rootSeed(s));
+  }
+  for (int64_t i = 0; i < count; i += vector) {
+    const auto root = negativeRoot(load<Four>(his + i), load<Four>(ys + i));
+    store(his + i, root.hi), store(los + i, root.lo);
+  }
+  for (int64_t i = 0; i < count; i += vector) store(ys + i, arcSeries(load<Four>(zs + i)));
+  for (int64_t i = 0; i < count; i += vector) {
+    const Four x = load<Four>(src + i);
+    store(dst + i, finish(x, arcTerms(magnitude(x), {load<Four>(his + i), load<Four>(los + i)}, load<Four>(ys + i))));
+  }
+  return true;
 }
 
 // finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of NaNs.
 template <class Finish, class AtOne, class OfNan>
 INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, AtOne atOne, OfNan ofNan) {
   const auto fast = [=](auto x) INLINED { return finish(x, arcTerms(magnitude(x))); };
-  return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(
-      src, dst, len, fast, [](auto x) INLINED { return anyMagnitudeFrom(x, outlierHighWord); },
-      [=](Float64 x) -> Element {
-        if (x != x) return {ofNan(x)};
-        if (magnitude(x) == 1.0) return {atOne(x)};
-        if (magnitude(x) > 1.0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
-        return {fast(x)};
-      });
+  const auto isOutlier = [](auto x) INLINED { return anyMagnitudeFrom(x, outlierHighWord); };
+  const auto lane = [=](Float64 x) -> Element {
+    if (x != x) return {ofNan(x)};
+    if (magnitude(x) == 1.0) return {atOne(x)};
+    if (magnitude(x) > 1.0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
+    return {fast(x)};
+  };
+  if (len == 1) {
+    nuvStatus status = nuvStatusOk;
+    takeElement<Raises::no>(status, dst, isOutlier(*src) ? lane(*src) : Element{fast(*src)});
+    return status;
+  }
+  return stretchLoop<longestStretch, shortestStretch, vector>(
+      len, [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(count, from, to, finish); },
+      [=](int64_t count, const Float64* from, Float64* to)
+          INLINED { return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(from, to, count, fast, isOutlier, lane); },
+      src, dst);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // atan2(y, x), level 5.
 //
-// Method: atan2_core.h; stretches go through the stages of atan_stages_avx.h.
+// Method: atan2_core.h; stretches go through the stages of atan_stages.h.
 //
 // Error: largest found 0.746 ulp, for negative x and y not far from x; subnormal results 2.0 units of
 // 2^-1074 (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and DAZ are
@@ -10,7 +10,8 @@
 #include "frame/kernel_frame.h"
 #include "invtrig/atan2_core.h"
 #include "invtrig/atan2_special_lane.h"
-#include "invtrig/atan_stages_avx.h"
+#include "invtrig/atan_stages.h"
+#include "invtrig/masks_avx.h"
 
 namespace qorvane {
 namespace {

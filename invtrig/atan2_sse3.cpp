@@ -8,9 +8,9 @@
 //
 // Special values: atan2_special_lane.cpp, as C has them.
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
 #include "invtrig/atan2_core.h"
 #include "invtrig/atan2_special_lane.h"
+#include "invtrig/atan_stages.h"
 
 namespace qorvane {
 namespace {
@@ -41,19 +41,15 @@ INLINE bool isFlagged(V y, V x) {
 }
 
 // A group of four with a flagged element goes through atan2SpecialLane whole.
-constexpr int64_t group = 4;
-using Block = Pack<Lanes2, 2>;
-
 [[gnu::noinline, gnu::cold]] void specialGroup(const Float64* y, const Float64* x, Float64* dst, int64_t count) {
   for (int64_t i = 0; i < count; ++i) dst[i] = atan2SpecialLane(y[i], x[i]).value;
 }
-
-nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+nuvStatus groups(int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   int64_t i = 0;
-  for (; i + group <= len; i += group) {
-    const Block y = load<Block>(srcA + i), x = load<Block>(srcB + i);
+  for (; i + laneCount<Four> <= len; i += laneCount<Four>) {
+    const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
     if (isFlagged(y, x)) [[unlikely]]
-      specialGroup(srcA + i, srcB + i, dst + i, group);
+      specialGroup(srcA + i, srcB + i, dst + i, laneCount<Four>);
     else
       store(dst + i, atan2Core(y, x, intervalOf));
   }
@@ -64,6 +60,41 @@ nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t l
       storePart(dst + i, atan2Core(loadPart<Lanes2>(srcA + i, 1), loadPart<Lanes2>(srcB + i, 1), intervalOf), 1);
   }
   return nuvStatusOk;
+}
+
+// Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
+bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
+  constexpr int lowest = 0x38700000, range = 0x0f000000;  // of high words
+  Words4 outside{};
+  eachVector(count, [&](int64_t i) INLINED {
+    for (const Float64* src : {srcA, srcB}) {
+      const Words4 high = highWords(magnitude(load<Four>(src + i))).part[0];
+      outside |= (lowest > high) | (high > lowest + range - 1);
+    }
+  });
+  if (any(outside)) return false;
+
+  alignas(16) Column his, los;
+  Stages s;
+  eachVector(count, [&](int64_t i) INLINED {
+    const Four a = magnitude(load<Four>(srcA + i)), b = magnitude(load<Four>(srcB + i));
+    const auto interval = intervalOf(a, b);
+    store(his + i, interval.hi), store(los + i, interval.lo);
+    const auto [nh, nl, d, dl] = fraction(a, b, interval);
+    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
+  });
+  divide(s, count);
+  beginSeries(s, count);
+  eachVector(count, [&](int64_t i) INLINED {
+    const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
+    store(dst + i, sum(y, x, seriesAt(s, i), load<Four>(s.uh() + i), load<Four>(s.ul() + i), load<Four>(his + i),
+                       load<Four>(los + i)));
+  });
+  return true;
+}
+
+nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, groups, srcA, srcB, dst);
 }
 
 }  // namespace

@@ -10,8 +10,9 @@
 //
 // Special values: infinities give +-pi/2, zeros themselves, a NaN itself, quiet.
 #include "frame/kernel_frame.h"
-#include "invtrig/atan_stages_avx.h"
+#include "invtrig/atan_stages.h"
 #include "invtrig/inverse_constants.h"
+#include "invtrig/masks_avx.h"
 
 namespace qorvane {
 namespace {
@@ -115,16 +116,17 @@ bool stretch(int64_t count, const Float64* src, Float64* dst) {
   return true;
 }
 
+constexpr auto flagged = [](auto x) INLINED { return isFlagged(x); };
+INLINE Element lane(Float64 x) { return flagged(x) ? atanSpecialLane(x) : Element{core(x)}; }
+
+nuvStatus blocks(int64_t count, const Float64* src, Float64* dst) {
+  return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(
+      src, dst, count, [](auto x) INLINED { return core(x); }, flagged, [](Float64 x) { return lane(x); });
+}
+
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return stretchLoop<longestStretch, shortestStretch, vector>(
-      len, stretch,
-      [](int64_t count, const Float64* from, Float64* to) INLINED {
-        const auto flagged = [](auto x) INLINED { return isFlagged(x); };
-        return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(
-            from, to, count, [](auto x) INLINED { return core(x); }, flagged,
-            [=](Float64 x) { return flagged(x) ? atanSpecialLane(x) : Element{core(x)}; });
-      },
-      src, dst);
+  if (len == 1) return *dst = lane(*src).value, nuvStatusOk;
+  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, src, dst);
 }
 
 }  // namespace

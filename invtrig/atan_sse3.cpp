@@ -5,7 +5,7 @@
 // in the uppermost pi/2 - atan(1 / |x|). atan u is a polynomial, atan c stands in the table in two
 // parts.
 //
-// Error: largest found 0.855 ulp, just above 11/16, where u rounds (docs/accuracy.md has the
+// Error: largest found 0.856 ulp, just above 11/16, where u rounds (docs/accuracy.md has the
 // arguments). The kernel runs in round-to-nearest with subnormals honoured, whatever the caller's
 // mode.
 //

@@ -13,5 +13,10 @@ INLINE Pack<Lanes4, K> quietlyLess(Pack<Lanes4, K> a, Pack<Lanes4, K> b) {
   return makePack<K>([&](int i) INLINED { return quietlyLess(a.part[i], b.part[i]); });
 }
 
+// Mask of the numbers a with from <= a < to.
+INLINE Lanes4 isWithin(Lanes4 a, Float64 from, Float64 to) {
+  return withoutBits(quietlyLess(a, broadcast<Lanes4>(to)), quietlyLess(a, broadcast<Lanes4>(from)));
+}
+
 }  // namespace
 }  // namespace qorvane

@@ -12,7 +12,7 @@
 namespace qorvane {
 namespace {
 
-constexpr Float64 shifter = fromBits(0x4330000000000000);  // 2^52: the spacing of numbers is 1 from here on
+constexpr Float64 shifter = 0x1p52;  // the spacing of numbers is 1 from here on
 
 template <class V>
 INLINE bool anyWithoutFraction(V x) {

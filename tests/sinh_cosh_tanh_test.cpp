@@ -1,4 +1,5 @@
-// sinh, cosh and tanh: the boundaries between their cases, the rule of pairs, flags and rounding modes.
+// sinh, cosh and tanh: the boundaries between their cases, the rule of pairs, flags and rounding
+// modes.
 #include <cfenv>
 #include <cmath>
 #include <vector>
@@ -124,8 +125,8 @@ TEST(SinhAndTanh, EveryRow) {
   }
 }
 
-// At levels 1 to 4 the polynomial for small arguments serves pairs of them, elements 0 and 1 or 2 and 3 of four; an
-// element beyond the last four is by itself.
+// At levels 1 to 4 the polynomial for small arguments serves pairs of them, elements 0 and 1 or 2
+// and 3 of four; an element beyond the last four is by itself.
 TEST(Sinh, PairsOfSmallArguments) {
   const double x = number(0x3f96b5daafe2c2fc), y = number(0x3f92a6e61abdf319);  // 0.0222, 0.0182
   const uint64_t small = 0x3f96b654b3a2ba95, mixed = 0x3f96b654b3a2ba94;
@@ -145,7 +146,8 @@ TEST(Sinh, PairsOfSmallArguments) {
   }
 }
 
-// Level 5 makes no arithmetic on arguments outside the fast range but their own; tanh makes none at any level.
+// Level 5 makes no arithmetic on arguments outside the fast range but their own; tanh makes none at
+// any level.
 TEST(SinhCoshTanh, RaiseNoFlagButThoseOfTheirStatuses) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
@@ -164,8 +166,8 @@ TEST(SinhCoshTanh, RaiseNoFlagButThoseOfTheirStatuses) {
   }
 }
 
-// The caller's rounding mode at level 5: long arrays give what single elements do, zeros keep their sign, and the
-// reduction, which then rounds the wrong way, costs no more than a few digits.
+// The caller's rounding mode at level 5: long arrays give what single elements do, zeros keep their
+// sign, and the reduction, which then rounds the wrong way, costs no more than a few digits.
 TEST(SinhAndCosh, DirectedRoundingAtLevel5) {
   if (supportedLevels().back() != 5) return;
   AtLevel at(5);

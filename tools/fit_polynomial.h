@@ -1,5 +1,5 @@
-// Polynomials fitted to a function on an interval, for the generators of constant tables. The result is the same on
-// every machine: all of it is MPFR arithmetic.
+// Polynomials fitted to a function on an interval, for the generators of constant tables. The
+// result is the same on every machine: all of it is MPFR arithmetic.
 #pragma once
 #include <vector>
 
@@ -7,7 +7,8 @@
 
 namespace tables {
 
-// The Chebyshev nodes of [-1, 1]. Least squares over them, all of one weight, come near to the best approximation.
+// The Chebyshev nodes of [-1, 1]. Least squares over them, all of one weight, come near to the best
+// approximation.
 inline std::vector<Exact> chebyshevNodes(int count) {
   Exact pi;
   mpfr_const_pi(pi.value, MPFR_RNDN);
@@ -16,13 +17,15 @@ inline std::vector<Exact> chebyshevNodes(int count) {
   return nodes;
 }
 
-// A function that a polynomial has to come near to: its values at the nodes, and what an error there is multiplied by.
+// A function that a polynomial has to come near to: its values at the nodes, and what an error
+// there is multiplied by.
 struct Sample {
   Exact node, target, scale;
 };
 
-// The coefficients of node^first to node^last of the polynomial with the least sum of weighted squared errors. The
-// normal equations of these degrees lose some 20 digits, of the 90 that there are.
+// The coefficients of node^first to node^last of the polynomial with the least sum of weighted
+// squared errors. The normal equations of these degrees lose some 20 digits, of the 90 that there
+// are.
 inline std::vector<Exact> leastSquares(const std::vector<Sample>& samples, const std::vector<Exact>& weights, int first,
                                        int last) {
   const int n = last - first + 1;
@@ -54,8 +57,8 @@ inline std::vector<Exact> leastSquares(const std::vector<Sample>& samples, int f
   return leastSquares(samples, std::vector<Exact>(samples.size(), Exact(1)), first, last);
 }
 
-// The same for the least largest error: Lawson's iteration, least squares whose weights are multiplied by the errors
-// that they leave. Some 50 turns come within a few percent.
+// The same for the least largest error: Lawson's iteration, least squares whose weights are
+// multiplied by the errors that they leave. Some 50 turns come within a few percent.
 inline std::vector<Exact> leastMaximum(const std::vector<Sample>& samples, int first, int last, int turns) {
   std::vector<Exact> weights(samples.size(), Exact(1)), c;
   for (int turn = 0; turn < turns; ++turn) {

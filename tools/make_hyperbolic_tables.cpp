@@ -50,14 +50,17 @@ struct SinhRow {
   double e[8];
 };
 
-// sinh(m + r) = e0 + e1 r + ... + e7 r^7 about m = i ln 2 / 8. e0 and e1 are rounded first and e2 to e7 fitted to what
-// they leave, so that away from m the higher terms make up for the error of e0, which would be up to half a unit in the
-// last place of the result everywhere. Least squares of the relative error: they give 8 % of the results another last
-// bit than the exact one, and the largest error of the kernel 0.99 ulp; the fit with the least largest error of the
-// polynomial gives 14 % and 1.18 ulp, because what it minimises then stands at m, where no other term reaches it.
+// sinh(m + r) = e0 + e1 r + ... + e7 r^7 about m = i ln 2 / 8. e0 and e1 are rounded first and e2
+// to e7 fitted to what they leave, so that away from m the higher terms make up for the error of
+// e0, which would be up to half a unit in the last place of the result everywhere. Least squares of
+// the relative error: they give 8 % of the results another last bit than the exact one, and the
+// largest error of the kernel 0.99 ulp; the fit with the least largest error of the polynomial
+// gives 14 % and 1.18 ulp, because what it minimises then stands at m, where no other term reaches
+// it.
 SinhRow fitSinh(int i, const std::vector<Exact>& nodes) {
   const Exact middle = Exact(i) * ln2() / Exact(8), halfWidth = ln2() / Exact(16);
-  // Multiples of ln 2 have the exact values (2^n - 2^-n) / 2 and (2^n + 2^-n) / 2; the sine of row 216 is a tie.
+  // Multiples of ln 2 have the exact values (2^n - 2^-n) / 2 and (2^n + 2^-n) / 2; the sine of row
+  // 216 is a tie.
   const bool isWhole = i % 8 == 0;
   const Exact up = powerOfTwo(i / 8 - 1), down = powerOfTwo(-i / 8 - 1);
   SinhRow row = {
@@ -73,8 +76,8 @@ SinhRow fitSinh(int i, const std::vector<Exact>& nodes) {
 }
 
 void writeSinh(FILE* out) {
-  // Rows 0 and 1 are an odd series in a itself, e0 + e1 a + a^3 (e2 + e3 a^2 + ... + e7 a^10), for a up to 3 ln 2 / 16;
-  // these and row 2 were fitted before.
+  // Rows 0 and 1 are an odd series in a itself, e0 + e1 a + a^3 (e2 + e3 a^2 + ... + e7 a^10), for
+  // a up to 3 ln 2 / 16; these and row 2 were fitted before.
   constexpr uint64_t given[3][8] = {
       {0, 0x3ff0000000000000, 0x3fc5555555555555, 0x3f81111111111f3e,  //
        0x3f2a01a016b6dd67, 0x3ec71e3c853d177f, 0x3e522e9439e95d3d, 0x3e84b525531b70dc},
@@ -112,8 +115,9 @@ struct TanhRow {
   double column[16];
 };
 
-// tanh(centre + t) = B + C + A t + k2 t^2 + ... + k10 t^10 with the least largest relative error. Coefficients are
-// rounded one after the other, and the higher ones fitted to what that leaves, as long as it matters.
+// tanh(centre + t) = B + C + A t + k2 t^2 + ... + k10 t^10 with the least largest relative error.
+// Coefficients are rounded one after the other, and the higher ones fitted to what that leaves, as
+// long as it matters.
 TanhRow fitTanh(int i, const std::vector<Exact>& nodes) {
   const auto start = [](int row) { return number(uint64_t{0x3fbe0000 + (static_cast<uint64_t>(row) << 17)} << 32); };
   const double centre = (start(i) + start(i + 1)) / 2;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "tools/hard_trig_arguments.h"
+#include "tools/inverse_erf.h"
 #include "tools/ranges.h"
 
 namespace accuracy {

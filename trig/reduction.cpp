@@ -33,9 +33,9 @@ constexpr Float64 b3 = fromBits(0xbd373dca00000000);  // -8.2569910110630307e-14
 constexpr Float64 b4 = fromBits(0xbbf3b39a00000000);  // -6.675151087907452e-20
 constexpr Float64 b5 = fromBits(0x3a845c06e0e68948);  // 8.2231284681621288e-27
 
-constexpr Float64 splitFactor = fromBits(0x4198000000000000);  // 100663296.0 = 1.5 * 2^26
-constexpr Float64 piOver4Hi = fromBits(0x3fe921fb40000000);    // 0.78539812564849854, 26 bits
-constexpr Float64 piOver4Lo = fromBits(0x3e64442d18469899);    // 3.7748949774459412e-08
+constexpr Float64 splitFactor = 0x1.8p26;                    // 100663296.0 = 1.5 * 2^26
+constexpr Float64 piOver4Hi = fromBits(0x3fe921fb40000000);  // 0.78539812564849854, 26 bits
+constexpr Float64 piOver4Lo = fromBits(0x3e64442d18469899);  // 3.7748949774459412e-08
 
 constexpr Float64 clearLowBits(Float64 x, int bits) { return fromBits(toBits(x) >> bits << bits); }
 

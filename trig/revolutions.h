@@ -18,10 +18,10 @@ namespace {
 
 #include "trig/revolutions_tables.inc"
 
-constexpr Float64 rowShifter = fromBits(0x42a8000000000000);  // 1.5 * 2^43: rounds to a multiple of 1/512
-constexpr Float64 twoPi = fromBits(0x401921fb54442d18);       // 6.2831853071795862
-constexpr Float64 twoPiHi = fromBits(0x401921fb54000000);     // 6.283185303211212
-constexpr Float64 twoPiLo = fromBits(0x3e310b4611a62633);     // 3.968374318722162e-09: 2 pi - twoPiHi
+constexpr Float64 rowShifter = 0x1.8p43;                   // rounds to a multiple of 1/512
+constexpr Float64 twoPi = fromBits(0x401921fb54442d18);    // 6.2831853071795862
+constexpr Float64 twoPiHi = fromBits(0x401921fb54000000);  // 6.283185303211212
+constexpr Float64 twoPiLo = fromBits(0x3e310b4611a62633);  // 3.968374318722162e-09: 2 pi - twoPiHi
 constexpr Float64 fixedPointFrom =
     0x1p-20;  // up to here x is its own remainder: a fixed-point fraction would lose its last bits
 constexpr uint64_t low32 = 0xffffffff, signBit = 0x8000000000000000;

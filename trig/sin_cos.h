@@ -46,7 +46,7 @@ INLINE Terms<V> expand(SplitSine<V> t, V r, V e, V sinPoly, V cosPoly) {
 struct Step {
   Float64 inverse, part1, part2, part3;
 };
-constexpr Float64 roundShifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
+constexpr Float64 roundShifter = 0x1.8p52;
 template <class V>
 struct Remainder {
   V r, e;

@@ -104,15 +104,15 @@ INLINE nuvStatus loop(const Float64* src, int64_t len, Argument argument, Finish
 constexpr int64_t longestStretch = 256, shortestStretch = 32, blockSize = 8, vector = laneCount<Lanes4>;
 
 // A key's pattern has the byte offset of a row in the bits of keyMask.
-constexpr Float64 keyShifter = fromBits(0x42e8000000000000);  // 1.5 * 2^47: a unit is worth 2^-5, a row has 2^5 bytes
+constexpr Float64 keyShifter = 0x1.8p47;  // a unit is worth 2^-5, a row has 2^5 bytes
 constexpr uint32_t keyMask = 511 << 5;
-struct Stretch {
+struct Scratch {
   alignas(32) Float64 r[longestStretch], e[longestStretch], keys[longestStretch];
 };
 
 // A block with large arguments. False if it has infinities or NaNs.
 template <class Argument>
-[[gnu::noinline]] bool reduceLargeBlock(const Float64* x, Argument argument, int64_t i, Stretch& c) {
+[[gnu::noinline]] bool reduceLargeBlock(const Float64* x, Argument argument, int64_t i, Scratch& c) {
   for (int64_t end = i + 8; i < end; i += vector, x += vector) {
     const Lanes4 part = load<Lanes4>(x);
     if (anyMagnitudeFrom(part, 0x7ff00000)) return false;
@@ -122,7 +122,7 @@ template <class Argument>
   return true;
 }
 template <class Argument>
-INLINE bool reduceStretch(const Float64* x, int64_t count, Argument argument, Stretch& c) {
+INLINE bool reduceStretch(const Float64* x, int64_t count, Argument argument, Scratch& c) {
   using Block = Pack<Lanes4, 2>;
   for (int64_t i = 0; i < count; i += laneCount<Block>) {
     const Block part = load<Block>(x + i);
@@ -144,7 +144,7 @@ INLINE SplitSine<Lanes4> rowsAt(int firstRow, const Float64* keys) {
 
 // finish(int64_t i, Terms) stores.
 template <int firstRow, class Finish>
-INLINE void evaluate(int64_t count, Stretch& c, Finish finish) {
+INLINE void evaluate(int64_t count, Scratch& c, Finish finish) {
   SplitSine<Lanes4> row;
   Polynomials<Lanes4> p;
   Lanes4 r;
@@ -160,7 +160,7 @@ INLINE void evaluate(int64_t count, Stretch& c, Finish finish) {
 
 // The same for sine and cosine, which share the polynomials.
 template <class FinishSine, class FinishCosine>
-INLINE void evaluateBoth(int64_t count, Stretch& c, FinishSine finishSine, FinishCosine finishCosine) {
+INLINE void evaluateBoth(int64_t count, Scratch& c, FinishSine finishSine, FinishCosine finishCosine) {
   SplitSine<Lanes4> sineRow, cosineRow;
   Polynomials<Lanes4> p, ofCosine;
   const auto terms = [&](int64_t i, SplitSine<Lanes4> row, Polynomials<Lanes4> of) INLINED {
@@ -186,7 +186,7 @@ constexpr auto itself = [](auto x) INLINED { return x; };
 constexpr auto absolute = [](auto x) INLINED { return magnitude(x); };
 
 nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
-  Stretch c;
+  Scratch c;
   return stretchLoop<longestStretch, shortestStretch, blockSize>(
       len,
       [&](int64_t count, const Float64* x, Float64* y) INLINED {
@@ -200,7 +200,7 @@ nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
 }
 
 nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
-  Stretch c;
+  Scratch c;
   return stretchLoop<longestStretch, shortestStretch, blockSize>(
       len,
       [&](int64_t count, const Float64* x, Float64* y) INLINED {
@@ -212,7 +212,7 @@ nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
 }
 
 nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
-  Stretch c;
+  Scratch c;
   return stretchLoop<longestStretch, shortestStretch, blockSize>(
       len,
       [&](int64_t count, const Float64* x, Float64* yA, Float64* yB) INLINED {

@@ -16,7 +16,7 @@ constexpr int tanChunkSize = 64;
 
 // A chunk between the vector stages and the x87 stage. Bit c of `odd` and the elements c belong
 // together.
-struct TanChunk {
+struct TanScratch {
   alignas(32) Float64 hi[tanChunkSize], lo[tanChunkSize];  // the remainder, with the sign of x, negated where k is odd
   alignas(32) Float64 pRest[tanChunkSize], qRest[tanChunkSize];  // P(z) = 1 + (p1 + pRest) z, Q(z) = 1 + (q1 + qRest) z
   uint64_t odd;                                                  // whether k is odd
@@ -32,7 +32,7 @@ Element tanSpecialLane(Float64 x);
 
 // The x87 stage: the results of a chunk of `count` elements. The x87 unit has 64-bit significands
 // and rounds to nearest.
-nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, int count);
+nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count);
 
 namespace {
 
@@ -45,8 +45,7 @@ struct TanRemainder {
 template <class V>
 INLINE TanRemainder<V> tanRemainder(V x) {
   constexpr Float64 twoOverPi = fromBits(0x3fe45f306dc9c883);  // 0.63661977236758138
-  constexpr Float64 shifter =
-      fromBits(0x4330000000000000);  // 2^52: k stands in the low bits of a sum that is at least 2^52
+  constexpr Float64 shifter = 0x1p52;  // k stands in the low bits of a sum that is at least 2^52
   constexpr Float64 minusPart1 = fromBits(0xbff921fb54400000);  // -1.5707963267341256, the first 33 bits of -pi/2
   constexpr Float64 minusPart2 = fromBits(0xbdd0b4611a600000);  // -6.077100506303966e-11, the next 33
   constexpr Float64 part3 = fromBits(0x3ba3198a2e037073);       // 2.0222662487959506e-21, the rest of pi/2
@@ -65,43 +64,43 @@ INLINE TanRemainder<V> tanRemainder(V x) {
 // the scheduler to see the next ones behind it. Of flagged elements they make numbers that nobody
 // reads; no finite x makes an invalid operation.
 template <class V>
-INLINE void tanReduceChunk(const Float64* src, int count, TanChunk& chunk) {
+INLINE void tanReduceChunk(const Float64* src, int count, TanScratch& scratch) {
   using Part = PartOf<V>;
   uint64_t odd = 0;
   bool anyFlagged = false;
   const auto reduce = [&](auto x, int c) INLINED {
     anyFlagged |= anyMagnitudeFrom(x, tanFlaggedHighWord);
     const auto r = tanRemainder(x);
-    store(chunk.hi + c, r.hi);
-    store(chunk.lo + c, r.lo);
+    store(scratch.hi + c, r.hi);
+    store(scratch.lo + c, r.lo);
     odd |= r.odd << c;
   };
   int c = 0;
   for (; c + laneCount<V> <= count; c += laneCount<V>) reduce(load<V>(src + c), c);
   for (; c < count; c += laneCount<Part>)
     reduce(loadPart<Part>(src + c, count - c < laneCount<Part> ? count - c : laneCount<Part>), c);
-  chunk.odd = odd;
-  chunk.anyFlagged = anyFlagged;
+  scratch.odd = odd;
+  scratch.anyFlagged = anyFlagged;
 
   constexpr Float64 p3 = fromBits(0xbedf637dea7c0b2c);  // -7.483634966612065e-06
   constexpr Float64 p2 = fromBits(0x3f66fc6fe2982a7b);  // 0.002805918241169989
   constexpr Float64 q3 = fromBits(0xbf2b525b10d0a168);  // -0.00020844804422038708
   constexpr Float64 q2 = fromBits(0x3f97e7b68d9a55f3);  // 0.02334485282206873
   for (c = 0; c < count; c += laneCount<Part>) {
-    const Part r = load<Part>(chunk.hi + c) + load<Part>(chunk.lo + c), z = r * r;
-    store(chunk.pRest + c, (p3 * z + p2) * z);
-    store(chunk.qRest + c, (q3 * z + q2) * z);
+    const Part r = load<Part>(scratch.hi + c) + load<Part>(scratch.lo + c), z = r * r;
+    store(scratch.pRest + c, (p3 * z + p2) * z);
+    store(scratch.qRest + c, (q3 * z + q2) * z);
   }
 }
 
 template <class V>
 INLINE nuvStatus tanLoop(const Float64* src, Float64* dst, int64_t len) {
-  TanChunk chunk;
+  TanScratch scratch;
   nuvStatus status = nuvStatusOk;
   for (int64_t i = 0; i < len; i += tanChunkSize) {
     const int count = len - i < tanChunkSize ? static_cast<int>(len - i) : tanChunkSize;
-    tanReduceChunk<V>(src + i, count, chunk);
-    const nuvStatus ofChunk = tanQuotients(chunk, src + i, dst + i, count);
+    tanReduceChunk<V>(src + i, count, scratch);
+    const nuvStatus ofChunk = tanQuotients(scratch, src + i, dst + i, count);
     if (ofChunk != nuvStatusOk) status = ofChunk;
   }
   return status;

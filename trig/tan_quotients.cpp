@@ -33,9 +33,9 @@ struct Quotient {
   Extended t, u;  // tan = t / u
 };
 
-INLINE Quotient quotient(const TanChunk& chunk, int c, bool odd) {
-  const Extended r = Extended{chunk.hi[c]} + chunk.lo[c], z = r * r;
-  const Extended p = (chunk.pRest[c] + p1) * z + 1.0L, q = (chunk.qRest[c] + q1) * z + 1.0L, n = r * p;
+INLINE Quotient quotient(const TanScratch& scratch, int c, bool odd) {
+  const Extended r = Extended{scratch.hi[c]} + scratch.lo[c], z = r * r;
+  const Extended p = (scratch.pRest[c] + p1) * z + 1.0L, q = (scratch.qRest[c] + q1) * z + 1.0L, n = r * p;
   return odd ? Quotient{q, n} : Quotient{n, q};
 }
 
@@ -45,11 +45,11 @@ INLINE bool vanishes(Extended d) { return __builtin_bit_cast(uint32_t, static_ca
 // The pairs whose bit is set, at the place of their element of parity oddA; the other element has
 // parity oddB.
 template <bool oddA, bool oddB>
-INLINE void pairs(const TanChunk& chunk, Float64* dst, uint64_t set) {
+INLINE void pairs(const TanScratch& scratch, Float64* dst, uint64_t set) {
   for (; set != 0; set &= set - 1) {
     const int a = __builtin_ctzll(set), b = a ^ 1;
-    const auto [ta, ua] = quotient(chunk, a, oddA);
-    const auto [tb, ub] = quotient(chunk, b, oddB);
+    const auto [ta, ua] = quotient(scratch, a, oddA);
+    const auto [tb, ub] = quotient(scratch, b, oddB);
     const Extended d = ua * ub;
     if (vanishes(d)) [[unlikely]] {  // no remainder is as small as that; 1 / d would still be good
       dst[a] = static_cast<Float64>(ta / ua);
@@ -62,19 +62,19 @@ INLINE void pairs(const TanChunk& chunk, Float64* dst, uint64_t set) {
   }
 }
 
-void single(const TanChunk& chunk, Float64* dst, int c) {
-  const auto [t, u] = quotient(chunk, c, (chunk.odd >> c & 1) != 0);
+void single(const TanScratch& scratch, Float64* dst, int c) {
+  const auto [t, u] = quotient(scratch, c, (scratch.odd >> c & 1) != 0);
   const Extended i = 1.0L / (u * u);
   dst[c] = static_cast<Float64>((t * u) * i);
 }
 
 }  // namespace
 
-nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, int count) {
+nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count) {
   nuvStatus status = nuvStatusOk;
   const auto flagged = [&](int c) { return anyMagnitudeFrom(src[c], tanFlaggedHighWord); };
   int paired = count & ~1;
-  if (chunk.anyFlagged) [[unlikely]] {
+  if (scratch.anyFlagged) [[unlikely]] {
     int first = 0;
     while (!flagged(first)) ++first;
     paired = first & ~1;
@@ -82,21 +82,21 @@ nuvStatus tanQuotients(const TanChunk& chunk, const Float64* src, Float64* dst, 
 
   // One bit a pair, at the even places.
   const uint64_t all = paired == 0 ? 0 : 0x5555555555555555 >> (tanChunkSize - paired);
-  const uint64_t firstOdd = chunk.odd & all, secondOdd = chunk.odd >> 1 & all;
-  pairs<false, false>(chunk, dst, all & ~(firstOdd | secondOdd));
-  pairs<true, true>(chunk, dst, firstOdd & secondOdd);
-  pairs<false, true>(chunk, dst, (secondOdd & ~firstOdd) | (firstOdd & ~secondOdd) << 1);
+  const uint64_t firstOdd = scratch.odd & all, secondOdd = scratch.odd >> 1 & all;
+  pairs<false, false>(scratch, dst, all & ~(firstOdd | secondOdd));
+  pairs<true, true>(scratch, dst, firstOdd & secondOdd);
+  pairs<false, true>(scratch, dst, (secondOdd & ~firstOdd) | (firstOdd & ~secondOdd) << 1);
 
   int c = paired;
-  if (chunk.anyFlagged) [[unlikely]] {
+  if (scratch.anyFlagged) [[unlikely]] {
     takeElement<Raises::yes>(status, dst + c, tanSpecialLane(src[c]));
     ++c;
   }
   for (; c < count; ++c) {
-    if (chunk.anyFlagged && flagged(c))
+    if (scratch.anyFlagged && flagged(c))
       takeElement<Raises::yes>(status, dst + c, tanSpecialLane(src[c]));
     else
-      single(chunk, dst, c);
+      single(scratch, dst, c);
   }
   return status;
 }

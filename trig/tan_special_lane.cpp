@@ -21,8 +21,8 @@ namespace {
 #include "trig/tan_tables.inc"
 
 constexpr Float64 thirtyTwoOverPi = fromBits(0x40245f306dc9c883);  // 10.185916357881302
-constexpr Float64 shifter = fromBits(0x4338000000000000);          // 1.5 * 2^52
-constexpr Float64 shifterTo16 = fromBits(0x4378000000000000);      // 1.5 * 2^56: rounds to a multiple of 16
+constexpr Float64 shifter = 0x1.8p52;
+constexpr Float64 shifterTo16 = 0x1.8p56;  // rounds to a multiple of 16
 
 // pi/32 = step1 + step2 + step3, for the remainder from the row's point.
 constexpr Float64 step1 = fromBits(0x3fb921fb54440000);  // 0.09817477042452083

@@ -7,12 +7,11 @@
 #pragma once
 #include "frame/pipeline.h"
 #include "invtrig/atan_division.h"
-#include "invtrig/masks_avx.h"
 
 namespace qorvane {
 namespace {
 
-constexpr int64_t longestStretch = 192, shortestStretch = 24, vector = laneCount<Lanes4>;
+constexpr int64_t longestStretch = 192, shortestStretch = 24, vector = laneCount<Four>;
 using Column = Float64[longestStretch];
 
 struct Stages {
@@ -28,6 +27,15 @@ struct Stages {
   Float64* z2() { return dl; }
 };
 
+#ifdef __AVX__
+INLINE Four widened(const float* p) { return _mm256_cvtps_pd(_mm_load_ps(p)); }
+#else
+INLINE Four widened(const float* p) {
+  const __m128 four = _mm_load_ps(p);
+  return {{_mm_cvtps_pd(four), _mm_cvtps_pd(_mm_movehl_ps(four, four))}};
+}
+#endif
+
 // f(int64_t i) for each vector.
 template <class F>
 INLINE void eachVector(int64_t count, F f) {
@@ -38,20 +46,19 @@ INLINE void eachVector(int64_t count, F f) {
 // reciprocals: there the processor's approximation is that of reciprocalSeed, since it repeats
 // itself from binade to binade.
 INLINE void divide(Stages& s, int64_t count) {
-  using V = Lanes4;
   eachVector(count, [&](int64_t i) INLINED {
     const Words4 high = packHighWords(load<Lanes2>(s.d + i), load<Lanes2>(s.d + i + 2));
     storeWords(s.seeds + i, reciprocals(wrappingSum(high << 3, 0x40000000)) & static_cast<int>(0xfffffff8));
   });
   eachVector(count, [&](int64_t i) INLINED {
-    const V y = _mm256_cvtps_pd(_mm_load_ps(s.seeds + i));
-    store(s.e() + i, residual(upperPart(load<V>(s.d + i)), load<V>(s.dl + i), y));
+    const Four y = widened(s.seeds + i);
+    store(s.e() + i, residual(upperPart(load<Four>(s.d + i)), load<Four>(s.dl + i), y));
     store(s.y() + i, y);
   });
-  eachVector(count, [&](int64_t i) INLINED { store(s.even + i, reciprocalSeries(load<V>(s.e() + i))); });
+  eachVector(count, [&](int64_t i) INLINED { store(s.even + i, reciprocalSeries(load<Four>(s.e() + i))); });
   eachVector(count, [&](int64_t i) INLINED {
-    const V y = load<V>(s.y() + i), nh = load<V>(s.nh + i), nl = load<V>(s.nl + i);
-    const V r = restOfReciprocal(load<V>(s.even + i), load<V>(s.e() + i), y);
+    const Four y = load<Four>(s.y() + i), nh = load<Four>(s.nh + i), nl = load<Four>(s.nl + i);
+    const Four r = restOfReciprocal(load<Four>(s.even + i), load<Four>(s.e() + i), y);
     store(s.uh() + i, y * nh);
     store(s.ul() + i, (r * nh + r * nl) + y * nl);
   });
@@ -59,25 +66,18 @@ INLINE void divide(Stages& s, int64_t count) {
 
 // From the quotients to the first half of the polynomials; atanSeriesAt does the second.
 INLINE void beginSeries(Stages& s, int64_t count) {
-  using V = Lanes4;
   eachVector(count, [&](int64_t i) INLINED {
-    const V u = load<V>(s.ul() + i) + load<V>(s.uh() + i), z = u * u, z2 = z * z;
+    const Four u = load<Four>(s.ul() + i) + load<Four>(s.uh() + i), z = u * u, z2 = z * z;
     store(s.u + i, u), store(s.z() + i, z), store(s.z2() + i, z2);
     store(s.even + i, ((g5 * z2 + g4) * z2 + g3) * z2 + g2);
     store(s.odd + i, ((h5 * z2 + h4) * z2 + h3) * z2 + h2);
   });
 }
-INLINE Lanes4 seriesAt(Stages& s, int64_t i) {  // atan(u) - u
-  using V = Lanes4;
-  const V z = load<V>(s.z() + i), z2 = load<V>(s.z2() + i);
-  const V even = (load<V>(s.even + i) * z2 + g1) * z2 + g0;
-  const V odd = (load<V>(s.odd + i) * z2 + h1) * z2 + h0;
-  return (even * z2 + odd * z) * load<V>(s.u + i);
-}
-
-// Mask of the numbers a with from <= a < to.
-INLINE Lanes4 isWithin(Lanes4 a, Float64 from, Float64 to) {
-  return withoutBits(quietlyLess(a, broadcast<Lanes4>(to)), quietlyLess(a, broadcast<Lanes4>(from)));
+INLINE Four seriesAt(Stages& s, int64_t i) {  // atan(u) - u
+  const Four z = load<Four>(s.z() + i), z2 = load<Four>(s.z2() + i);
+  const Four even = (load<Four>(s.even + i) * z2 + g1) * z2 + g0;
+  const Four odd = (load<Four>(s.odd + i) * z2 + h1) * z2 + h0;
+  return (even * z2 + odd * z) * load<Four>(s.u + i);
 }
 
 }  // namespace

@@ -1,0 +1,104 @@
+// erf(x), level 5.
+//
+// Method: a polynomial on each of 46 rows (erf.h); below 2^-512 the product with 2 / sqrt(pi),
+// which is made as high + low far from the subnormal numbers and brought down.
+//
+// Error: at most 0.80 ulp, between 4 and 4.5 where erf is all but 1; below 0.125 at most 0.64 ulp,
+// elsewhere 0.60; in round-to-nearest. Rounding mode, FTZ and DAZ are the caller's.
+//
+// Special values: zeros give themselves, infinities and |x| from 6 up the 1 of their sign, NaNs
+// themselves, quiet. No element fails.
+#include "errorfn/erf.h"
+#include "frame/kernel_frame.h"
+#include "frame/pipeline.h"
+
+namespace qorvane {
+namespace {
+
+constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 2^-512 and infinity
+
+// NaNs and |x| below 2^-512.
+[[gnu::noinline, gnu::cold]] Element erfSpecialLane(Float64 x) {
+  constexpr Float64 oneSlope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
+  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);     // 1.1283791661262512
+  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);     // 9.692613531930338e-10
+  constexpr Float64 splitter = 134217729.0;                     // 2^27 + 1
+  constexpr Float64 normalFrom = fromBits(0x000e2dfc48da77b5);  // 1.971920364530142e-308: the results are normal
+  constexpr Float64 splitFrom = fromBits(0x0000010000000000);   // 5.43230922487e-312
+  constexpr Float64 up = 0x1p200, down = 0x1p-200;
+  const auto high = [](Float64 s) {
+    const Float64 c = s * splitter;
+    return c - (c - s);
+  };
+
+  const Float64 a = magnitude(x);
+  if (toBits(a) > 0x7ff0000000000000) return {x + x};
+  if (toBits(a) == 0x7ff0000000000000) return {fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0))};
+  if (toBits(a) == 0) return {x};
+  const Float64 s = x * up, sh = high(s), sl = s - sh;
+  const Float64 t = (sh * slopeLo + sl * slopeLo) + slopeHi * sl;
+  if (a >= normalFrom) return {(t + slopeHi * sh) * down};
+  if (a < splitFrom) return {x * oneSlope};
+  const Float64 m = sh * slopeHi, mh = high(m);
+  return {mh * down + ((m - mh) + t) * down};
+}
+
+// Infinities count as inside: what is beyond 6 gives 1.
+INLINE Lanes4 isInside(Lanes4 a) { return _mm256_cmp_pd(a, _mm256_set1_pd(0x1p-512), _CMP_GE_OQ); }
+
+// Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over
+// what stands there.
+constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>;
+struct Stretch {
+  alignas(32) Float64 u[longestStretch];
+  alignas(32) int offsets[longestStretch];
+};
+
+// False if there are flagged elements.
+INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
+  Lanes4 inside = equalLanes(Lanes4{}, Lanes4{});
+  for (int64_t i = 0; i < count; i += vector) {
+    const Lanes4 a = magnitude(load<Lanes4>(x + i)), mask = isInside(a);
+    inside = andBits(inside, mask);
+    const auto reduced = erfReduce(andBits(a, mask));
+    store(c.u + i, reduced.u), storeWords(c.offsets + i, reduced.offset);
+  }
+  return signMask(inside) == 15;
+}
+
+INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, const Stretch& c) {
+  Lanes4 high, middle;
+  const auto u = [&](int64_t i) INLINED { return load<Lanes4>(c.u + i); };
+  const auto rows = [&](int64_t i) INLINED { return Rows{erfRows, c.offsets + i}; };
+  pipeline<vector>(
+      count, [&](int64_t i) INLINED { high = erfHighTerms(u(i), rows(i)); },
+      [&](int64_t i) INLINED { middle = erfMiddleTerms(high, u(i), rows(i)); },
+      [&](int64_t i) INLINED { store(dst + i, orBits(erfSum(middle, u(i), rows(i)), signOf(load<Lanes4>(src + i)))); });
+}
+
+[[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
+  return unaryLoop<Lanes4, Raises::no>(
+      src, dst, len, [](Lanes4 x) INLINED { return erfCore(x, isInside(magnitude(x))); },
+      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); }, erfSpecialLane);
+}
+[[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
+  Stretch c;
+  const auto fast = [&](int64_t count, const Float64* x, Float64* y) INLINED {
+    if (!reduceStretch(x, count, c)) return false;
+    evaluateStretch(x, y, count, c);
+    return true;
+  };
+  const auto other = [](int64_t count, const Float64* x, Float64* y) INLINED { return shortLoop(x, y, count); };
+  return stretchLoop<longestStretch, shortestStretch, vector>(len, fast, other, src, dst);
+}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return len < shortestStretch ? shortLoop(src, dst, len) : longLoop(src, dst, len);
+}
+
+}  // namespace
+
+nuvStatus erfAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+}
+
+}  // namespace qorvane

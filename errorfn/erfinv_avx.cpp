@@ -1,0 +1,101 @@
+// erfinv(x), level 5.
+//
+// Method: x times a polynomial on a quarter binade of 1 - |x| (erfinv.h); up to 2^-53 the product
+// with sqrt(pi) / 2, which is made as high + low far from the subnormal numbers and brought down.
+//
+// Error: at most 0.51 ulp, subnormal results 0.50; in round-to-nearest. Rounding mode, FTZ and DAZ
+// are the caller's.
+//
+// Special values: zeros give themselves; 1 and -1 infinities, and a pole; beyond them, infinities
+// included, the default NaN, and out-of-domain; a NaN gives itself, quiet. Statuses raise their
+// flags.
+#include "errorfn/erfinv.h"
+#include "frame/kernel_frame.h"
+#include "frame/pipeline.h"
+
+namespace qorvane {
+namespace {
+
+[[gnu::noinline, gnu::cold]] Element erfInvSpecialLane(Float64 x) {
+  constexpr Float64 up = 0x1p256, down = 0x1p-256;
+  constexpr Float64 slopeHi = 0.88623046875;                 // sqrt(pi) / 2 = slopeHi + slopeLo
+  constexpr Float64 slopeLo = fromBits(0xbecdb92c4255618f);  // -3.543297241986351e-06
+  constexpr Float64 smallestNormal = 0x1p-766;               // scaled up
+  constexpr Float64 tiny = 0x1p-1000;
+  constexpr Float64 splitter = 103079215104.0;  // 3 * 2^35
+  const auto head = [](Float64 v) { return fromBits(toBits(v) & toBits(erfInvHead)); };
+
+  const Float64 a = magnitude(x);
+  const uint64_t sign = toBits(x) & toBits(-0.0), pattern = toBits(a);
+  if (pattern > 0x7ff0000000000000) return {x + x};
+  if (pattern > toBits(1.0)) return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
+  if (pattern == toBits(1.0)) return {x / opaque(0.0), nuvStatusPole};
+  if (pattern == 0) return {x};
+
+  const Float64 s = x * up, sh = head(s);
+  const Float64 hi = slopeHi * sh, lo = slopeHi * (s - sh) + slopeLo * s, result = hi + lo;
+  if (magnitude(result) >= smallestNormal) return {result * down};
+  // Next to 2^-766 the last bit is that of a subnormal result: the sum with it rounds once, and its
+  // fraction is the result. The square of `tiny` raises the flags of a subnormal result.
+  const Float64 c = fromBits(toBits(smallestNormal) | sign) + opaque(tiny) * opaque(tiny);
+  const Float64 v = result + c, h = (splitter + 1) * v - splitter * v, u = h - c, rounded = h + ((hi - u) + lo);
+  return {fromBits(toBits(rounded) & 0x800fffffffffffff)};
+}
+
+// Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over
+// what stands there.
+constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>;
+struct Stretch {
+  alignas(32) Float64 t0[longestStretch], t[longestStretch];
+  alignas(32) int offsets[longestStretch];
+};
+
+// False if there are flagged elements.
+INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
+  Lanes4 inside = equalLanes(Lanes4{}, Lanes4{});
+  for (int64_t i = 0; i < count; i += vector) {
+    const Lanes4 a = magnitude(load<Lanes4>(x + i)), mask = highWordWithin(a, erfInvFastFrom, erfInvFastTo);
+    inside = andBits(inside, mask);
+    const auto reduced = erfInvReduce(andBits(a, mask));
+    store(c.t0 + i, reduced.t0), store(c.t + i, reduced.t), storeWords(c.offsets + i, reduced.offset);
+  }
+  return signMask(inside) == 15;
+}
+
+INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, const Stretch& c) {
+  Lanes4 p1, p2, p3;
+  const auto t = [&](int64_t i) INLINED { return load<Lanes4>(c.t + i); };
+  const auto rows = [&](int64_t i) INLINED { return Rows{erfInvRows, c.offsets + i}; };
+  pipeline<vector>(
+      count, [&](int64_t i) INLINED { p1 = erfInvTopTerms(t(i), rows(i)); },
+      [&](int64_t i) INLINED { p2 = erfInvFourTerms<10>(p1, t(i), rows(i)); },
+      [&](int64_t i) INLINED { p3 = erfInvFourTerms<6>(p2, t(i), rows(i)); },
+      [&](int64_t i)
+          INLINED { store(dst + i, erfInvSum(p3, load<Lanes4>(c.t0 + i), t(i), load<Lanes4>(src + i), rows(i))); });
+}
+
+[[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
+  return unaryLoop<Lanes4, Raises::yes>(
+      src, dst, len, [](Lanes4 x) INLINED { return erfInvCore(x); }, erfInvIsFlagged, erfInvSpecialLane);
+}
+[[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
+  Stretch c;
+  const auto fast = [&](int64_t count, const Float64* x, Float64* y) INLINED {
+    if (!reduceStretch(x, count, c)) return false;
+    evaluateStretch(x, y, count, c);
+    return true;
+  };
+  const auto other = [](int64_t count, const Float64* x, Float64* y) INLINED { return shortLoop(x, y, count); };
+  return stretchLoop<longestStretch, shortestStretch, vector>(len, fast, other, src, dst);
+}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return len < shortestStretch ? shortLoop(src, dst, len) : longLoop(src, dst, len);
+}
+
+}  // namespace
+
+nuvStatus erfInvAvx(const Float64* src, Float64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, loop>(len, src, dst);
+}
+
+}  // namespace qorvane
