@@ -145,7 +145,7 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   for (int i = 0; i <= 200; ++i) {
     const double hertz = 100 * std::pow(10, i / 50.0), angular = 2 * M_PI * hertz;
     const std::complex<double> gamma =
-        5.0 * std::sqrt(std::complex(280, angular * 0.59e-3) * std::complex(0.0, angular * 50e-9));
+        5.0 * std::sqrt(std::complex(280.0, angular * 0.59e-3) * std::complex(0.0, angular * 50e-9));
     line.insert(line.end(), {gamma.real(), gamma.imag()});
     turnedLine.insert(turnedLine.end(), {gamma.imag(), -gamma.real()});
     frequencies.push_back(std::to_string(std::lround(hertz)) + " Hz");
