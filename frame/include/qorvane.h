@@ -523,9 +523,12 @@ QORVANE_API nuvStatus nuvsExp_64fc_A53_Idx(const Complex64* src, int32_t srcOffs
                                            int32_t len);
 
 /* dst[i] = the principal natural logarithm of src[i], imaginary part from -pi to pi.
-   Round to nearest and 64-bit significands in x87 arithmetic for the call; returns nuvStatusOk once
-   the arguments of the call are good.
-   Not served yet: declared, not exported. */
+   Special values are C99's, of clog: ln(±0 ± 0i) = -Inf with 0 or pi by the sign of the real part,
+   and division by zero; +Inf for infinite parts, with NaN i where the other one is NaN.
+   Vectors where both parts lie from 2^-500 to 2^500 in magnitude, x87 arithmetic elsewhere; both
+   round to nearest, without FTZ and with 64-bit significands, and the caller's control words come
+   back. Returns nuvStatusOk once the arguments of the call are good: poles, underflow and invalid
+   show in the results and in the flags, which are lost where MXCSR was put back. */
 QORVANE_API nuvStatus nuvsLn_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsLn_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsLn_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,
