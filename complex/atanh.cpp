@@ -3,8 +3,8 @@
 // Method: with X = x^2, Y = y^2 and W = 1 - X - Y, the imaginary part is half the angle of W + 2iy,
 // next to the unit circle half the sum of the angles at which z sees -1 and 1. The real part is a
 // quarter of the logarithm of ((1 + x)^2 + Y) / ((1 - x)^2 + Y), next to the imaginary axis and far
-// away half the inverse hyperbolic tangent of 2x / (1 + X + Y). The real parts
-// for x and -x may so differ in the last bit.
+// away half the inverse hyperbolic tangent of 2x / (1 + X + Y). So the real parts for x and -x may
+// differ in the last bit.
 //
 // Error: at most 0.58 ulp a part, subnormal parts included.
 //

@@ -1,6 +1,6 @@
 // log10 z, all levels: the steps of complexLn times log10 e.
 //
-// Error: at most 0.52 ulp the real part, 0.51 ulp the imaginary part, subnormal parts included.
+// Error: at most 0.53 ulp the real part, 0.51 ulp the imaginary part, subnormal parts included.
 //
 // Special values: as C99's Annex G has them for clog, times log10 e; subnormal parts underflow.
 #include "complex/ln_steps.h"

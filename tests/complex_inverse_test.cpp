@@ -1,5 +1,5 @@
-// The complex logarithm, powers and inverse functions: special values with their flags, symmetries at the cuts, and what
-// the power is made of.
+// The complex logarithm, powers and inverse functions: special values with their flags, symmetries
+// at the cuts, and what the power is made of.
 #include <mpc.h>
 
 #include <random>

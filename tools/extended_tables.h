@@ -7,10 +7,6 @@
 
 namespace tables {
 
-inline void beginTable(FILE* out, const char* comment) {
-  std::fprintf(out, "// Written by tools/make_complex_inverse_tables.cpp.\n\n%s%s", comment, *comment ? "\n" : "");
-}
-
 inline Exact pi() {
   Exact r;
   mpfr_const_pi(r.value, MPFR_RNDN);

@@ -8,6 +8,10 @@
 namespace {
 using namespace tables;
 
+void beginTable(FILE* out, const char* comment) {
+  std::fprintf(out, "// Written by tools/make_complex_inverse_tables.cpp.\n\n%s%s", comment, *comment ? "\n" : "");
+}
+
 void writeLog256(FILE* out) {
   beginTable(
       out,
