@@ -9,6 +9,9 @@ using ComplexDouble = _Complex double;
 extern "C" {
 ComplexDouble cexp(ComplexDouble), csin(ComplexDouble), ccos(ComplexDouble), ctan(ComplexDouble);
 ComplexDouble csinh(ComplexDouble), ccosh(ComplexDouble), ctanh(ComplexDouble);
+ComplexDouble clog10(ComplexDouble), cpow(ComplexDouble, ComplexDouble);
+ComplexDouble casin(ComplexDouble), cacos(ComplexDouble), catan(ComplexDouble);
+ComplexDouble casinh(ComplexDouble), cacosh(ComplexDouble);
 }
 
 namespace qorvane::bench {
@@ -22,6 +25,20 @@ void repeatComplex(const Call& call, int64_t times) {
       __builtin_memcpy(&z, call.in[0] + 2 * i, sizeof z);
       z = f(z);
       __builtin_memcpy(call.out[0] + 2 * i, &z, sizeof z);
+    }
+    keep();
+  }
+}
+
+// Powers; the exponent is the scalar where there is one input.
+void repeatComplexPow(const Call& call, int64_t times) {
+  for (; times > 0; --times) {
+    for (int64_t i = 0; i < call.len; ++i) {
+      ComplexDouble a, b;
+      __builtin_memcpy(&a, call.in[0] + 2 * i, sizeof a);
+      __builtin_memcpy(&b, call.in[1] != nullptr ? call.in[1] + 2 * i : call.value, sizeof b);
+      a = cpow(a, b);
+      __builtin_memcpy(call.out[0] + 2 * i, &a, sizeof a);
     }
     keep();
   }
@@ -86,6 +103,14 @@ constexpr Contestant contestants[] = {
     {"complexSinh", repeatComplex<csinh>},
     {"complexCosh", repeatComplex<ccosh>},
     {"complexTanh", repeatComplex<ctanh>},
+    {"complexLog10", repeatComplex<clog10>},
+    {"complexPow", repeatComplexPow},
+    {"complexPowx", repeatComplexPow},
+    {"complexAsin", repeatComplex<casin>},
+    {"complexAcos", repeatComplex<cacos>},
+    {"complexAtan", repeatComplex<catan>},
+    {"complexAsinh", repeatComplex<casinh>},
+    {"complexAcosh", repeatComplex<cacosh>},
 };
 
 }  // namespace

@@ -3,42 +3,10 @@
 #include <cfenv>
 #include <cmath>
 
-#include "tests/test_support.h"
+#include "tests/complex_rows.h"
 
 namespace qorvane::test {
 namespace {
-
-using ComplexUnary = nuvStatus (*)(const Complex64*, Complex64*, int32_t);
-
-constexpr double inf = HUGE_VAL, nan = NAN, tiny = 0x1p-1074;
-
-bool same(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
-// x87 and SSE flags alike.
-Complex64 evaluate(ComplexUnary f, Complex64 z, int* flags = nullptr) {
-  Complex64 result;
-  std::feclearexcept(FE_ALL_EXCEPT);
-  EXPECT_EQ(f(&z, &result, 1), nuvStatusOk);
-  if (flags != nullptr) *flags = std::fetestexcept(FE_ALL_EXCEPT);
-  return result;
-}
-
-struct Row {
-  double x, y, re, im;
-  int raised = 0;  // of invalid, overflow and underflow, just these
-};
-void expectRows(ComplexUnary f, const std::vector<Row>& rows) {
-  for (int level : supportedLevels()) {
-    AtLevel at(level);
-    for (const Row& row : rows) {
-      int flags;
-      const Complex64 z = evaluate(f, {row.x, row.y}, &flags);
-      EXPECT_TRUE(same(z.re, row.re) && same(z.im, row.im))
-          << "level " << level << ": f(" << row.x << ", " << row.y << ") = (" << z.re << ", " << z.im << ")";
-      EXPECT_EQ(flags & (FE_INVALID | FE_OVERFLOW | FE_UNDERFLOW | FE_DIVBYZERO), row.raised)
-          << "level " << level << ": f(" << row.x << ", " << row.y << ")";
-    }
-  }
-}
 
 TEST(ComplexExp, SpecialValues) {
   expectRows(nuvsExp_64fc_A53, {

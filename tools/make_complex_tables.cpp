@@ -3,37 +3,13 @@
 #include <cmath>
 #include <vector>
 
-#include "tools/table_writer.h"
+#include "tools/extended_tables.h"
 
 namespace {
 using namespace tables;
 
 void beginTable(FILE* out, const char* comment) {
   std::fprintf(out, "// Written by tools/make_complex_tables.cpp.\n\n%s\n", comment);
-}
-
-Exact pi() {
-  Exact r;
-  mpfr_const_pi(r.value, MPFR_RNDN);
-  return r;
-}
-
-// As the fields of an extended-precision number.
-std::string extendedText(const Exact& x) {
-  Exact rounded = roundSignificant(x, 64);
-  mpfr_exp_t exponent;
-  mpz_t significand;
-  mpz_init(significand);
-  exponent = mpfr_get_z_2exp(significand, rounded.value);
-  const bool negative = mpz_sgn(significand) < 0;
-  mpz_abs(significand, significand);
-  while (mpz_sizeinbase(significand, 2) > 64) mpz_fdiv_q_2exp(significand, significand, 1), ++exponent;
-  while (mpz_sizeinbase(significand, 2) < 64) mpz_mul_2exp(significand, significand, 1), --exponent;
-  char text[80];
-  std::snprintf(text, sizeof text, "extended(0x%04x, 0x%016" PRIx64 ")",
-                static_cast<unsigned>(0x3fff + 63 + exponent) | (negative ? 0x8000u : 0u), mpz_get_ui(significand));
-  mpz_clear(significand);
-  return text;
 }
 
 void writeExp256(FILE* out) {
@@ -99,26 +75,6 @@ void writeTan(FILE* out) {
   std::fprintf(out, "};\n");
 }
 
-// The polynomial of degree count - 1 that agrees with f in the zeros of the Chebyshev polynomial of
-// degree `count` on [0, end]: its coefficients, by Newton's divided differences.
-template <class F>
-std::vector<Exact> interpolate(F f, int count, const Exact& end) {
-  std::vector<Exact> nodes, c;
-  for (int i = 0; i < count; ++i) {
-    nodes.push_back(end * (Exact(1) - call(mpfr_cos, pi() * Exact(2 * i + 1) / Exact(2 * count))) / Exact(2));
-    c.push_back(f(nodes.back()));
-  }
-  for (int order = 1; order < count; ++order)
-    for (int i = count - 1; i >= order; --i) c[i] = (c[i] - c[i - 1]) / (nodes[i] - nodes[i - order]);
-  // Newton's form to powers, from the innermost bracket out.
-  std::vector<Exact> power(count);
-  for (int i = count - 1; i >= 0; --i) {
-    for (int k = count - 1; k >= 1; --k) power[k] = power[k - 1] - nodes[i] * power[k];
-    power[0] = c[i] - nodes[i] * power[0];
-  }
-  return power;
-}
-
 // (tanh x - x) / x^3 as a function of t = x^2.
 Exact tanhSeries(const Exact& t) {
   const Exact x = call(mpfr_sqrt, t);
@@ -131,7 +87,7 @@ void writeTanhTail(FILE* out) {
              "// The coefficients of x^3, x^5, ..., x^29 of tanh x on [0, 0.5], those of x^3 and x^5 less -1365/4096\n"
              "// and 273/2048; the polynomial's error is below 2^-76 of tanh x.\n"
              "constexpr Constant tanhTail[14] = {");
-  std::vector<Exact> c = interpolate(tanhSeries, count, Exact(0.25));
+  std::vector<Exact> c = interpolate(tanhSeries, count, Exact(0), Exact(0.25));
   c[0] = c[0] + Exact(1365) / Exact(4096);
   c[1] = c[1] - Exact(273) / Exact(2048);
   for (int i = 0; i < count; ++i)

@@ -8,6 +8,9 @@
 #include <mpc.h>
 #include <mpfr.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <string_view>
 
 namespace accuracy {
@@ -75,6 +78,62 @@ inline void exactTanh(mpfr_ptr re, mpfr_ptr im, mpfr_srcptr x, mpfr_srcptr y) {
   mpfr_div(re, sinh, d, nearest);
   mpfr_div(im, sin, d, nearest);
   mpfr_clears(sinh, cosh, sin, cos, d, static_cast<mpfr_ptr>(nullptr));
+}
+
+// For a + ib in the first quadrant: asin = angle, acos = pi/2 - angle = otherAngle, and acosh. Distances
+// and differences are formed with as many bits as it takes for nothing to cancel.
+inline void exactHull(mpfr_ptr angle, mpfr_ptr otherAngle, mpfr_ptr acosh, mpfr_srcptr a, mpfr_srcptr b) {
+  const auto size = [](mpfr_srcptr x) { return mpfr_regular_p(x) ? std::abs(mpfr_get_exp(x)) : 0; };
+  mpfr_t r, s, alpha, product;
+  mpfr_inits2(exactBits + 64 + 4 * std::max(size(a), size(b)), r, s, alpha, product, static_cast<mpfr_ptr>(nullptr));
+  mpfr_add_ui(alpha, a, 1, nearest);
+  mpfr_hypot(r, alpha, b, nearest);
+  mpfr_sub_ui(alpha, a, 1, nearest);
+  mpfr_hypot(s, alpha, b, nearest);
+  mpfr_add(alpha, r, s, nearest);
+  mpfr_div_2ui(alpha, alpha, 1, nearest);
+  const auto rootOfDifference = [&](mpfr_ptr root, mpfr_srcptr y) {  // sqrt(alpha^2 - y^2)
+    mpfr_sub(root, alpha, y, nearest);
+    mpfr_add(product, alpha, y, nearest);
+    mpfr_mul(root, root, product, nearest);
+    mpfr_sqrt(root, root, nearest);
+  };
+  mpfr_t shortA, shortRoot;
+  mpfr_inits2(exactBits, shortA, shortRoot, static_cast<mpfr_ptr>(nullptr));
+  rootOfDifference(r, a);
+  mpfr_set(shortA, a, nearest);
+  mpfr_set(shortRoot, r, nearest);
+  mpfr_atan2(angle, shortA, shortRoot, nearest);
+  mpfr_atan2(otherAngle, shortRoot, shortA, nearest);
+  mpfr_set_ui(s, 1, nearest);
+  rootOfDifference(r, s);
+  mpfr_sub_ui(alpha, alpha, 1, nearest);
+  mpfr_add(shortRoot, r, alpha, nearest);
+  mpfr_log1p(acosh, shortRoot, nearest);
+  mpfr_clears(r, s, alpha, product, shortA, shortRoot, static_cast<mpfr_ptr>(nullptr));
+}
+
+// asin(x + iy), the signs included, and acos.
+inline void exactAsin(mpfr_ptr re, mpfr_ptr im, mpfr_srcptr x, mpfr_srcptr y, bool cosine = false) {
+  mpfr_t a, b, angle, other;
+  mpfr_inits2(exactBits, a, b, angle, other, static_cast<mpfr_ptr>(nullptr));
+  mpfr_abs(a, x, nearest);
+  mpfr_abs(b, y, nearest);
+  exactHull(angle, other, b, a, b);
+  if (cosine && mpfr_signbit(x)) mpfr_const_pi(a, nearest), mpfr_sub(other, a, other, nearest);
+  mpfr_setsign(re, cosine ? other : angle, !cosine && mpfr_signbit(x), nearest);
+  mpfr_setsign(im, b, cosine != (mpfr_signbit(y) != 0), nearest);
+  mpfr_clears(a, b, angle, other, static_cast<mpfr_ptr>(nullptr));
+}
+
+struct QuickHull {
+  long double angle, otherAngle, acosh;
+};
+inline QuickHull quickHull(long double a, long double b) {
+  const long double ap = a + 1, am = a - 1, r = sqrtl(ap * ap + b * b), s = sqrtl(am * am + b * b), alpha = (r + s) / 2;
+  const long double p = b * b / (r + ap), beyondA = (p + (am <= 0 ? s - am : b * b / (s + am))) / 2,
+                    beyondOne = (p + (am < 0 ? b * b / (s - am) : s + am)) / 2, root = sqrtl(beyondA * (alpha + a));
+  return {atan2l(a, root), atan2l(root, a), log1pl(beyondOne + sqrtl(beyondOne * (alpha + 1)))};
 }
 
 // Null if the function has none.

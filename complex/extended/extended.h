@@ -52,19 +52,33 @@ consteval Extended80 extendedNumber(unsigned field, uint64_t significand) {
 // A constant with more than 53 bits is kept as the sum of two double-precision numbers, the lower one
 // with 11 bits, and added up, exactly, where it is used: loading 80 bits takes some fifteen times as
 // long as loading 64. The compiler would fold the sum to 80 bits, or make it early, where registers
-// are short; so it is made in one piece, and only once the other operand is there.
+// are short; so it is made in one piece, and only once the other operand is there. A constant of 53
+// bits is an operand in memory, for the same reasons.
 struct Constant {
   Float64 hi, lo;
 
   INLINE Extended80 beside(Extended80 x) const {
-    if (lo == 0) return hi;
     Extended80 sum;
     asm("fldl %1\n\tfaddl %2" : "=&t"(sum) : "m"(hi), "m"(lo), "f"(x));
     return sum;
   }
 };
-INLINE Extended80 operator+(Extended80 x, const Constant& c) { return x + c.beside(x); }
-INLINE Extended80 operator*(Extended80 x, const Constant& c) { return x * c.beside(x); }
+
+// With the leading 53 bits of a constant only.
+INLINE Extended80 plusLeading53(Extended80 x, const Constant& c) {
+  asm("faddl %1" : "+t"(x) : "m"(c.hi));
+  return x;
+}
+INLINE Extended80 timesLeading53(Extended80 x, const Constant& c) {
+  asm("fmull %1" : "+t"(x) : "m"(c.hi));
+  return x;
+}
+INLINE Extended80 operator+(Extended80 x, const Constant& c) {
+  return c.lo == 0 ? plusLeading53(x, c) : x + c.beside(x);
+}
+INLINE Extended80 operator*(Extended80 x, const Constant& c) {
+  return c.lo == 0 ? timesLeading53(x, c) : x * c.beside(x);
+}
 INLINE Extended80 operator+(const Constant& c, Extended80 x) { return x + c; }
 INLINE Extended80 operator*(const Constant& c, Extended80 x) { return x * c; }
 
@@ -74,6 +88,9 @@ consteval Constant extended(unsigned field, uint64_t significand) {
   return {static_cast<Float64>(extendedNumber(field, significand & ~uint64_t{0x7ff})),
           static_cast<Float64>(extendedNumber(field, significand & 0x7ff))};
 }
+
+// The leading 53 bits of a constant.
+consteval Constant leading53(const Constant& c) { return {c.hi, 0}; }
 
 // A number in memory for later, in two double-precision numbers; it must be 0 or from 2^-960 to 2^1023
 // in magnitude, or a double-precision number. Storing and loading all 80 bits at once takes longer
