@@ -11,7 +11,7 @@ namespace {
 
 constexpr double infinity = HUGE_VAL;
 constexpr uint64_t defaultNaN = 0xfff8000000000000, signBit = uint64_t{1} << 63;
-constexpr double pi = 0x1.921fb54442d18p+1, halfPi = pi / 2, quarterPi = pi / 4, threeQuarters = 0x1.2d97c7f3321d2p+1;
+constexpr double pi = 0x1.921fb54442d18p+1, halfPi = pi / 2;
 
 uint64_t distance(double a, double b) { return bits(a) > bits(b) ? bits(a) - bits(b) : bits(b) - bits(a); }
 
