@@ -1,4 +1,5 @@
-// cos z, all levels: complex/cosh.h for each element, turned.
+// cos z, all levels: complex/cosh.h for each element, turned; it has the method, the error and the
+// special values, which hold for the turned parts.
 #include "complex/cosh.h"
 
 namespace qorvane {

@@ -1,4 +1,5 @@
-// cosh z: the elements that complex/cosh.h leaves out.
+// cosh z: the elements that complex/cosh.h leaves out, by the kernels of all ranges; the error and
+// the special values stand there.
 #include "complex/cosh.h"
 
 namespace qorvane {

@@ -1,4 +1,5 @@
-// cosh z, all levels: complex/cosh.h for each element.
+// cosh z, all levels: complex/cosh.h for each element; it has the method, the error and the
+// special values.
 #include "complex/cosh.h"
 
 namespace qorvane {

@@ -1,7 +1,7 @@
 // complexExp, all levels: one element.
 //
-// Method: e^x, cos y and sin y in extended precision, with one rounding to double precision for each
-// part; extended precision has room for all products.
+// Method: e^x, cos y and sin y in extended precision, with one rounding to double precision for
+// each part; extended precision has room for all products.
 //
 // Error: at most 0.501 ulp a part, subnormal parts included.
 //

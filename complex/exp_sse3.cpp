@@ -1,5 +1,5 @@
-// exp z, levels 1 to 4: complex/exp_vectors.h has the method and the errors, complex/exp.cpp what the vectors
-// leave out.
+// exp z, levels 1 to 4: complex/exp_vectors.h has the method and the errors, complex/exp.cpp what
+// the vectors leave out.
 //
 // Special values: as C99's Annex G has them for cexp. Rounding mode, FTZ and DAZ are the caller's.
 #include "complex/exp_vectors.h"

@@ -1,13 +1,14 @@
-// exp z = e^x (cos y + i sin y) in vectors of double precision, for |x| and |y| below 512; all levels.
+// exp z = e^x (cos y + i sin y) in vectors of double precision, for |x| and |y| below 512; all
+// levels.
 //
-// Method: x = (64 m + j) ln 2 / 64 + r, so that e^x = 2^m * 2^(j/64) * e^r, and y = n pi/32 + r + rl;
-// 2^(j/64) and sine and cosine of n pi/32 come from tables, the rest is polynomials. Both factors are
-// sums of two numbers, the upper one cut to 26 bits, so that the products of upper parts are exact.
-// The sine of a tiny y is kept scaled by 2^100, so that its lower part isn't lost.
+// Method: x = (64 m + j) ln 2 / 64 + r, so that e^x = 2^m * 2^(j/64) * e^r, and y = n pi/32 + r +
+// rl; 2^(j/64) and sine and cosine of n pi/32 come from tables, the rest is polynomials. Both
+// factors are sums of two numbers, the upper one cut to 26 bits, so that the products of upper
+// parts are exact. The sine of a tiny y is kept scaled by 2^100, so that its lower part isn't lost.
 //
-// Error: at most 0.523 ulp a part, 0.589 next to the zeros of sine and cosine (the largest found has
-// y = -45.553093477052002), 1.0 for an imaginary part that is subnormal or above by less than 2^60,
-// since its lower part then is.
+// Error: at most 0.523 ulp a part, 0.589 next to the zeros of sine and cosine (the largest found
+// has y = -45.553093477052002), 1.0 for an imaginary part that is subnormal or above by less than
+// 2^60, since its lower part then is.
 #pragma once
 #include "complex/exp.h"
 #include "complex/parts.h"

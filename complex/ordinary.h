@@ -1,6 +1,6 @@
-// Sine and cosine of y, hyperbolic sine and cosine of x for ordinary arguments, without a branch: the
-// heart of the hyperbolic and trigonometric functions. What else there is goes through the kernels
-// with all their ranges, which give the same for ordinary arguments.
+// Sine and cosine of y, hyperbolic sine and cosine of x for ordinary arguments, without a branch:
+// the heart of the hyperbolic and trigonometric functions. What else there is goes through the
+// kernels with all their ranges, which give the same for ordinary arguments.
 #pragma once
 #include "complex/extended/ext_sin_cos.h"
 #include "complex/extended/ext_sinh_cosh.h"

@@ -15,14 +15,16 @@ INLINE Halves<V> halvesOf(V v) {
   const V upper = andBits(v, broadcast<V>(fromBits(0xfffffffff8000000)));
   return {upper, v - upper};
 }
-// The upper part rounded to 26 bits: then the rest has no more, and products with it are exact, too.
+// The upper part rounded to 26 bits: then the rest has no more, and products with it are exact,
+// too.
 template <class V>
 INLINE Halves<V> nearestHalves(V v) {
   const V scaled = v * 0x1.0000002p27, upper = scaled - (scaled - v);
   return {upper, v - upper};
 }
 
-// A sum and what its rounding lost; in fastSum the first is the larger one in magnitude, or the sum is exact.
+// A sum and what its rounding lost; in fastSum the first is the larger one in magnitude, or the sum
+// is exact.
 template <class V>
 struct Sum {
   V high, low;

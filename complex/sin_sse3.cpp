@@ -1,4 +1,5 @@
-// sin z, all levels: complex/sinh.h for each element, turned.
+// sin z, all levels: complex/sinh.h for each element, turned; it has the method, the error and the
+// special values, which hold for the turned parts.
 #include "complex/sinh.h"
 
 namespace qorvane {

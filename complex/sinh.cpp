@@ -1,4 +1,5 @@
-// sinh z: the elements that complex/sinh.h leaves out.
+// sinh z: the elements that complex/sinh.h leaves out, by the kernels of all ranges; the error and
+// the special values stand there.
 #include "complex/sinh.h"
 
 namespace qorvane {

@@ -1,4 +1,5 @@
-// sinh z, all levels: complex/sinh.h for each element.
+// sinh z, all levels: complex/sinh.h for each element; it has the method, the error and the
+// special values.
 #include "complex/sinh.h"
 
 namespace qorvane {

@@ -1,4 +1,5 @@
-// The square root of x + iy, level 5: complex/sqrt_blocks.h with this level's registers.
+// The square root of x + iy, level 5: complex/sqrt_blocks.h, which has the method, the
+// error and the special values, with this level's registers.
 #include "complex/sqrt_blocks.h"
 
 namespace qorvane {

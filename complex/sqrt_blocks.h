@@ -1,11 +1,11 @@
-// The square root of x + iy, levels 2 to 5: complex/sqrt_steps.h by blocks, the series to seven terms; the program that
-// sqrt_ssse3.cpp and sqrt_avx.cpp compile for their registers.
+// The square root of x + iy, levels 2 to 5: complex/sqrt_steps.h by blocks, the series to seven
+// terms; the program that sqrt_ssse3.cpp and sqrt_avx.cpp compile for their registers.
 //
-// Elements with parts outside 2^-459 to 2^511, or parts further apart than a factor of about 2^58, are done one by
-// one; so are the last ones after whole blocks. The bits are the same.
+// Elements with parts outside 2^-459 to 2^511, or parts further apart than a factor of about 2^58,
+// are done one by one; so are the last ones after whole blocks. The bits are the same.
 //
-// Error: at most 0.502 ulp in either part (docs/accuracy.md has the arguments), in round to nearest; the modes are
-// the caller's.
+// Error: at most 0.502 ulp in either part (docs/accuracy.md has the arguments), in round to
+// nearest; the modes are the caller's.
 //
 // Special values: as csqrt of C has them; a NaN is made quiet on its bits and raises nothing.
 #pragma once
@@ -34,8 +34,8 @@ INLINE void single(const Complex64* src, Complex64* dst) {
   *dst = complexSqrt(z.re, z.im);
 }
 
-// Stretches go through two short loops instead of one with a chain of operations that is longer than the processor
-// looks ahead; the parts of (|z| + a)/2 stand on the stack between them.
+// Stretches go through two short loops instead of one with a chain of operations that is longer
+// than the processor looks ahead; the parts of (|z| + a)/2 stand on the stack between them.
 constexpr int64_t longestStretch = 128;
 nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
   alignas(32) Float64 upper[longestStretch], rest[longestStretch];

@@ -1,9 +1,11 @@
-// The square root of x + iy, level 1: complex/sqrt_steps.h element by element, the series to five terms.
+// The square root of x + iy, level 1: complex/sqrt_steps.h element by element, the series to five
+// terms.
 //
 // Error: see complex/sqrt_blocks.h; the modes are the caller's.
 //
-// Special values: as csqrt of C has them. A NaN part with a finite one gives NaNs, an infinite y gives +Inf and y. What
-// isn't a number is made by arithmetic where x is finite, so a signalling NaN raises invalid there.
+// Special values: as csqrt of C has them. A NaN part with a finite one gives NaNs, an infinite y
+// gives +Inf and y. What isn't a number is made by arithmetic where x is finite, so a signalling
+// NaN raises invalid there.
 #include "complex/sqrt_steps.h"
 #include "frame/kernel_frame.h"
 

@@ -1,9 +1,10 @@
-// The square root of x + iy, every level: the steps that level 1 (element by element) and the others (by blocks) share.
+// The square root of x + iy, every level: the steps that level 1 (element by element) and the
+// others (by blocks) share.
 //
-// Method: with a = |x|, b = |y|, R = sqrt((|z| + a)/2) and I = (b/2)/R the root is R + iI for x >= 0 and I + iR for
-// x < 0, the imaginary part with the sign of y. |z| and R are formed as pairs of doubles; roots come from the
-// processor's reciprocal square root in single precision, cut to 13 bits, so that the error e of its square is exact,
-// and a series in e.
+// Method: with a = |x|, b = |y|, R = sqrt((|z| + a)/2) and I = (b/2)/R the root is R + iI for x >=
+// 0 and I + iR for x < 0, the imaginary part with the sign of y. |z| and R are formed as pairs of
+// doubles; roots come from the processor's reciprocal square root in single precision, cut to 13
+// bits, so that the error e of its square is exact, and a series in e.
 #pragma once
 #include <immintrin.h>
 
@@ -12,8 +13,9 @@
 namespace qorvane {
 namespace {
 
-// 1/sqrt(v) to about 2^-10, with 13 significant bits, for positive normal v. The upper word of v makes a number u in
-// [1, 4) of single precision, v = u * 4^k; the result's exponent field is that of v, halved and negated.
+// 1/sqrt(v) to about 2^-10, with 13 significant bits, for positive normal v. The upper word of v
+// makes a number u in [1, 4) of single precision, v = u * 4^k; the result's exponent field is that
+// of v, halved and negated.
 INLINE int estimate(int u) {
   return _mm_cvtsi128_si32(_mm_castps_si128(_mm_rsqrt_ss(_mm_castsi128_ps(_mm_cvtsi32_si128(u)))));
 }
@@ -30,7 +32,8 @@ INLINE V approxRsqrt(V v) {
   return fromHighWords<V>(((estimate(u) >> 3) + 0x57f00000 - exponents) & static_cast<int>(0xffffff00));
 }
 
-// (1 + e)^(-1/2) - 1, |e| < 2^-9: the Taylor series to five or seven terms. What is left out is below 2^-56 and 2^-76.
+// (1 + e)^(-1/2) - 1, |e| < 2^-9: the Taylor series to five or seven terms. What is left out is
+// below 2^-56 and 2^-76.
 enum class Terms { five, seven };
 template <Terms terms, class V>
 INLINE V series(V e) {
@@ -67,8 +70,8 @@ struct Root {
   V r, i;
 };
 
-// For a and b in the range where neither a^2 + b^2 nor any product of parts leaves the normal numbers: (|z| + a)/2, and
-// the root from it.
+// For a and b in the range where neither a^2 + b^2 nor any product of parts leaves the normal
+// numbers: (|z| + a)/2, and the root from it.
 template <Terms terms, class V>
 INLINE Halves<V> halfOfSum(V a, V b) {
   // a^2 + b^2 = n.upper + n.rest
@@ -102,8 +105,8 @@ INLINE Root<V> mainPath(V a, V b) {
   return rootFrom<terms>(halfOfSum<terms>(a, b), b);
 }
 
-// a more than about 2^58 times b > 0: R = sqrt(a), I = (b/2)/R, which may be subnormal: b is scaled up, and
-// what comes down is rounded once.
+// a more than about 2^58 times b > 0: R = sqrt(a), I = (b/2)/R, which may be subnormal: b is scaled
+// up, and what comes down is rounded once.
 template <Terms terms>
 Root<Float64> realDominates(Float64 a, Float64 b) {
   const Halves<Float64> as = halvesOf(a);

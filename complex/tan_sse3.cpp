@@ -1,4 +1,5 @@
-// tan z, all levels: complex/tanh.h for each element, turned.
+// tan z, all levels: complex/tanh.h for each element, turned; it has the method, the error and the
+// special values, which hold for the turned parts.
 #include "complex/tanh.h"
 
 namespace qorvane {

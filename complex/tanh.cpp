@@ -1,4 +1,5 @@
-// tanh z: the elements that complex/tanh.h leaves out.
+// tanh z: the elements that complex/tanh.h leaves out, by the kernels of all ranges; the error and
+// the special values stand there.
 #include "complex/tanh.h"
 
 #include "complex/extended/ext_tan.h"

@@ -1,12 +1,13 @@
 // complexTanh: tanh(x + iy) = (sinh x cosh x + i sin y cos y) / (sinh^2 x + cos^2 y).
 //
-// Method: the four real functions in extended precision; the denominator is a sum of squares, without
-// cancellation, and overflows nowhere below |x| = 512, from where on the result is +-1 and a zero.
+// Method: the four real functions in extended precision; the denominator is a sum of squares,
+// without cancellation, and overflows nowhere below |x| = 512, from where on the result is +-1 and
+// a zero.
 //
 // Error: at most 0.502 ulp a part, subnormal parts included (docs/accuracy.md has the arguments).
 //
-// Special values: as C99's Annex G has them for ctanh; subnormal parts underflow, and so does a zero
-// that isn't exact.
+// Special values: as C99's Annex G has them for ctanh; subnormal parts underflow, and so does a
+// zero that isn't exact.
 #pragma once
 #include "complex/ordinary.h"
 

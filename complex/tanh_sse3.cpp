@@ -1,4 +1,5 @@
-// tanh z, all levels: complex/tanh.h for each element.
+// tanh z, all levels: complex/tanh.h for each element; it has the method, the error and the
+// special values.
 #include "complex/tanh.h"
 
 namespace qorvane {

@@ -134,8 +134,7 @@ INLINE V erfcResult(HeadAndRest<V> product, V scale, V x) {
 // Flagged arguments, by their high words alone.
 [[gnu::noinline, gnu::cold]] Element erfcSpecialLane(Float64 x) {
   constexpr uint32_t lastHighWord = 0x403b39dc;
-  constexpr Float64 lastNonZero =
-      fromBits(0x403b39dc41e48bfc);  // 27.226017111108362: from here up the result rounds to +0
+  constexpr Float64 lastNonZero = fromBits(0x403b39dc41e48bfc);  // 27.226017111108362: above it the result rounds to +0
   const uint32_t word = highWord(x), magnitudeWord = word & 0x7fffffff;
   if (magnitudeWord > 0x7ff00000) return {x * x};
   if (word != magnitudeWord) return {2.0};

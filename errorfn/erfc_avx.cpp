@@ -2,14 +2,14 @@
 //
 // Method: a polynomial on each of 28 rows, times exp(-x^2) (erfc.h).
 //
-// Error: for x >= 0 at most 0.63 ulp, from 26.46 up, where results come near to the subnormal
-// numbers, 0.78 ulp; for x < 0 at most 0.55 ulp. The kernel runs in round-to-nearest with subnormals
-// honoured, whatever the caller's mode.
+// Error: for x >= 0 at most 0.63 ulp, near 19.96, from 26.46 up, where results come near to the
+// subnormal numbers, 0.78 ulp; for x < 0 at most 0.55 ulp. The kernel runs in round-to-nearest with
+// subnormals honoured, whatever the caller's mode.
 //
-// Special values: from 27.226017111108362 up +0 or the smallest number, and underflow; +Inf gives
-// +0, -Inf 2, a NaN itself, quiet, but one whose upper significand bits are clear counts as an
-// infinity. Statuses raise no flag but those of the arithmetic; arguments next to zero may raise
-// underflow.
+// Special values: above 27.226017111108362 +0 and underflow; smaller results that are subnormal
+// have no status; +Inf gives +0, -Inf 2, a NaN itself, quiet, but one whose upper significand bits
+// are clear counts as an infinity. Statuses raise no flag but those of the arithmetic; arguments
+// next to zero may raise underflow.
 #include "errorfn/erfc.h"
 #include "frame/kernel_frame.h"
 #include "frame/pipeline.h"

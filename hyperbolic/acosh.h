@@ -1,5 +1,5 @@
-// What levels 2 to 5 of acosh share: the arithmetic of their one program, and the loops, in vectors V
-// and, where chains are shortest, W.
+// What levels 2 to 5 of acosh share: the arithmetic of their one program, and the loops, in vectors
+// V and, where chains are shortest, W.
 #pragma once
 #include "frame/loops.h"
 #include "hyperbolic/pair_strip.h"
@@ -36,8 +36,9 @@ INLINE V nearSeries(V d, Pair<V> root) {
   return (q * (root.hi + root.lo) + root.lo) + root.hi;
 }
 
-// Ordinary arguments, by their high words, are above 1.0625 and below 2^28 and go straight through the
-// logarithm of the sum. Those from 1 to infinity have formulas; the special lane has the others.
+// Ordinary arguments, by their high words, are above 1.0625 and below 2^28 and go straight through
+// the logarithm of the sum. Those from 1 to infinity have formulas; the special lane has the
+// others.
 constexpr int ordinaryFrom = 0x3ff10001, ordinaryTo = 0x41b00000;
 template <class V>
 INLINE auto outsideOrdinary(V x) {
@@ -51,7 +52,8 @@ INLINE auto outsideFormulas(V x) {
 }
 constexpr auto isFlagged = [](auto x) INLINED { return any(outsideFormulas(x)); };
 
-// Masks for arguments from 1 up: near 1, the logarithm of the sum above 1.0625, that of 2x above 2^28.
+// Masks for arguments from 1 up: near 1, the logarithm of the sum above 1.0625, that of 2x above
+// 2^28.
 template <class V>
 struct Classes {
   V isNear, bySum, byDouble;

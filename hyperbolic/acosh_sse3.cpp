@@ -2,13 +2,13 @@
 //
 // Method: ln(x + sqrt(x^2 - 1)) from 1 + 2^-13 up; below, sqrt(2d) times a polynomial in d = x - 1.
 //
-// Error: at most 0.763 ulp, just above 1 + 2^-13, where the logarithm is that of a number near 1. The
-// kernel runs in round-to-nearest with subnormals honoured and 64-bit significands, whatever the
-// caller's mode.
+// Error: at most 0.763 ulp, just above 1 + 2^-13, where the logarithm is that of a number near 1.
+// The kernel runs in round-to-nearest with subnormals honoured and 64-bit significands, whatever
+// the caller's mode.
 //
-// Special values: 1 gives +0, +Inf itself, a NaN without sign the NaN, quiet, one with a sign the NaN
-// of all ones but the sign; so does what is below 1, -Inf included, and is out of domain, without a
-// flag.
+// Special values: 1 gives +0, +Inf itself, a NaN without sign the NaN, quiet, one with a sign the
+// NaN of all ones but the sign; so does what is below 1, -Inf included, and is out of domain,
+// without a flag.
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 #include "hyperbolic/extended_ln.h"

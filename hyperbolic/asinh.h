@@ -1,5 +1,5 @@
-// What levels 2 to 5 of asinh share: the arithmetic of their one program, and the loops, in vectors V
-// and, where chains are shortest, W.
+// What levels 2 to 5 of asinh share: the arithmetic of their one program, and the loops, in vectors
+// V and, where chains are shortest, W.
 #pragma once
 #include "frame/loops.h"
 #include "hyperbolic/pair_strip.h"
@@ -40,8 +40,8 @@ INLINE V asinhSeries(V a) {
   return a + ((((((z6 * w + z5) * w + z4) * w + z3) * w + z2) * w + z1) * w) * a;
 }
 
-// Ordinary arguments, by their high words, are above 0.125 and below 2^28 and go straight through the
-// logarithm of the sum.
+// Ordinary arguments, by their high words, are above 0.125 and below 2^28 and go straight through
+// the logarithm of the sum.
 constexpr int ordinaryFrom = 0x3fc00001, ordinaryTo = 0x41b00000;
 template <class V>
 INLINE auto outsideOrdinary(V x) {

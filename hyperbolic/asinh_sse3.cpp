@@ -2,9 +2,9 @@
 //
 // Method: asinh|x| = ln(a + sqrt(a^2 + 1)), a = |x|, from 2^-9 up; below, a polynomial in a^2.
 //
-// Error: at most 0.862 ulp, just above 2^-9, where the logarithm is that of a number near 1. The kernel
-// runs in round-to-nearest with subnormals honoured and 64-bit significands, whatever the caller's
-// mode.
+// Error: at most 0.862 ulp, just above 2^-9, where the logarithm is that of a number near 1. The
+// kernel runs in round-to-nearest with subnormals honoured and 64-bit significands, whatever the
+// caller's mode.
 //
 // Special values: +0, -0, +Inf, -Inf give themselves, NaN the NaN, quiet. No element fails.
 #include "frame/kernel_frame.h"

@@ -5,9 +5,9 @@
 // and the result is taken where every number within both errors rounds to it; the others, one in a
 // hundred for |x| near 0.5 and more for smaller ones, are evaluated in extended precision.
 //
-// With N = 1 + a, D = 1 - a and a number r of 8 bits near D / N, atanh(a) = -ln(r)/2 + atanh(t) with
-// t = (N r - D) / (N r + D), |t| < 2^-8.7. ln(r) comes from a table. r is made from the processor's
-// estimate of a reciprocal, which no result depends on.
+// With N = 1 + a, D = 1 - a and a number r of 8 bits near D / N, atanh(a) = -ln(r)/2 + atanh(t)
+// with t = (N r - D) / (N r + D), |t| < 2^-8.7. ln(r) comes from a table. r is made from the
+// processor's estimate of a reciprocal, which no result depends on.
 //
 // docs/atanh.md proves both errors.
 #pragma once
@@ -20,8 +20,8 @@ namespace {
 
 constexpr int stripLength = 64;
 
-// Numbers between the stages, which are loops of their own: then their chains are short enough for the
-// processor to overlap their turns.
+// Numbers between the stages, which are loops of their own: then their chains are short enough for
+// the processor to overlap their turns.
 struct Strip {
   alignas(32) Float64 x[stripLength], t[stripLength], tLow[stripLength];
   alignas(32) int r[stripLength];  // bit patterns in single precision
@@ -44,8 +44,8 @@ INLINE Four numbersOfSingles(__m128 v) { return {{_mm_cvtps_pd(v), _mm_cvtps_pd(
   }
 }
 
-// t from n = N r - D and m = N r + D = 2D + n. Products of heads, of 26 bits, are exact. Where r is 1,
-// t is a itself.
+// t from n = N r - D and m = N r + D = 2D + n. Products of heads, of 26 bits, are exact. Where r is
+// 1, t is a itself.
 [[gnu::noinline]] void quotients(Strip& s, int count) {
   const auto head = [](Four v) INLINED { return andBits(v, broadcast<Four>(fromBits(0xfffffffff8000000))); };
   for (int i = 0; i < count; i += 4) {

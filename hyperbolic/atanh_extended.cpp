@@ -1,9 +1,9 @@
 // atanh(x), all levels: the evaluation in x87 extended precision.
 //
-// Method: atanh|x| = ln((1 + a) / (1 - a)) / 2, a = |x|, from 2^-8 up; below, a polynomial in a^2. The
-// two elements of a pair, 2i and 2i + 1, share the division if both are from 2^-8 up to 1; an element
-// without such a partner has I = 1 / d^2, d = a - 1, where they have I = 1 / (d0 d1). So the last bit
-// of a result may, rarely, depend on the partner.
+// Method: atanh|x| = ln((1 + a) / (1 - a)) / 2, a = |x|, from 2^-8 up; below, a polynomial in a^2.
+// The two elements of a pair, 2i and 2i + 1, share the division if both are from 2^-8 up to 1; an
+// element without such a partner has I = 1 / d^2, d = a - 1, where they have I = 1 / (d0 d1). So
+// the last bit of a result may, rarely, depend on the partner.
 //
 // Error: 5.6 + 4.4 y units of 2^-64 for the result y, before the rounding to double precision
 // (docs/atanh.md has the proof).

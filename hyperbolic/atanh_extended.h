@@ -8,7 +8,8 @@ namespace qorvane {
 Element atanhSpecialLane(Float64 x);
 
 // The elements whose bit is set, of up to 64 arguments that begin with the first of a pair. Returns
-// the status of the last failing element. The x87 unit has 64-bit significands and rounds to nearest.
+// the status of the last failing element. The x87 unit has 64-bit significands and rounds to
+// nearest.
 nuvStatus atanhElements(const Float64* src, Float64* dst, int count, uint64_t set);
 
 }  // namespace qorvane

@@ -1,6 +1,6 @@
-// The logarithm in x87 extended precision, of u from 1 up: with u = 2^e (c + D), c = 1 + i/256 and D
-// below 2^-8, it is (e ln 2 + ln(c)) + w P(w) with w = D / c; ln(c) comes from a table as the sum of
-// two numbers.
+// The logarithm in x87 extended precision, of u from 1 up: with u = 2^e (c + D), c = 1 + i/256 and
+// D below 2^-8, it is (e ln 2 + ln(c)) + w P(w) with w = D / c; ln(c) comes from a table as the sum
+// of two numbers.
 //
 // Extended numbers are slow to store and load, and their exponents are reached through memory only.
 // So u goes there as the sum of two double-precision numbers, and e, i and D are made from those.

@@ -2,10 +2,10 @@
 // beside hi: the square root of a pair and its logarithm, without divisions and square roots of the
 // processor's.
 //
-// sqrt(r): the seed y approximates 1 / sqrt(r.hi) in 11 bits, so that its square and products with a
-// head of 31 bits are exact; sqrt(r) = r y (1 + e)^(-1/2) with e = r y^2 - 1, |e| < 2^-7.
-// ln(u): with u = 2^k m, m in [1, 2), and c, 1/m in 11 bits, it is k ln 2 - ln(c) + ln(1 + w) with
-// w = m c - 1, |w| < 2^-6; -ln(c) comes from a table.
+// sqrt(r): the seed y approximates 1 / sqrt(r.hi) in 11 bits, so that its square and products with
+// a head of 31 bits are exact; sqrt(r) = r y (1 + e)^(-1/2) with e = r y^2 - 1, |e| < 2^-7. ln(u):
+// with u = 2^k m, m in [1, 2), and c, 1/m in 11 bits, it is k ln 2 - ln(c) + ln(1 + w) with w = m c
+// - 1, |w| < 2^-6; -ln(c) comes from a table.
 #pragma once
 #include "frame/words.h"
 #include "hyperbolic/inverse_tables.h"
@@ -67,8 +67,8 @@ INLINE uint64_t keyAt(const Float64* key) {
   return low;
 }
 
-// round(256 (v - 1)) where hi = 2^u v with v in [1, 2), and 256 more where u is odd: v/2 is added to
-// a number with the last bit 2^-9, 256 units of which are 0.5.
+// round(256 (v - 1)) where hi = 2^u v with v in [1, 2), and 256 more where u is odd: v/2 is added
+// to a number with the last bit 2^-9, 256 units of which are 0.5.
 constexpr int firstSeedKey = 512;
 template <class V>
 INLINE V seedKey(V hi) {

@@ -1,6 +1,6 @@
 // asinh and acosh over many elements: strips, and each stage of the long chain of operations a loop
-// of its own over a strip, with numbers in memory in between. A stage's chain is short enough for the
-// processor to overlap its turns.
+// of its own over a strip, with numbers in memory in between. A stage's chain is short enough for
+// the processor to overlap its turns.
 #pragma once
 #include "hyperbolic/pair_steps.h"
 
@@ -21,8 +21,8 @@ template <class V, class Stage>
   for (int64_t i = 0; i < count; i += laneCount<V>) stage(i);
 }
 
-// Square roots: start(i) -> Pair<V> is the number under the root; take(i, root) gets the two numbers
-// that are the root.
+// Square roots: start(i) -> Pair<V> is the number under the root; take(i, root) gets the two
+// numbers that are the root.
 template <class V, class W, class Start, class Take>
 INLINE void eachRoot(int64_t count, Strip& strip, Start start, Take take) {
   eachVector<V>(count, [&](int64_t i) INLINED {

@@ -1,4 +1,5 @@
-// tanh(x), levels 1 to 4: hyperbolic/tanh.h.
+// tanh(x), levels 1 to 4: hyperbolic/tanh.h has the method, the error and the special values, and
+// all but the width of the vectors.
 #include "hyperbolic/tanh.h"
 
 #include "frame/kernel_frame.h"

@@ -5,8 +5,8 @@
 // Error: largest found 0.852 ulp, just above 0.6 (docs/accuracy.md has the arguments), in
 // round-to-nearest; rounding mode, FTZ and DAZ are the caller's.
 //
-// Special values: 1 gives +0, -1 pi, a NaN a quiet NaN; magnitudes above 1 the default NaN and out of
-// domain, with its flag.
+// Special values: 1 gives +0, -1 pi, a NaN a quiet NaN; magnitudes above 1 the default NaN and out
+// of domain, with its flag.
 #include "frame/kernel_frame.h"
 #include "invtrig/asin_acos_avx.h"
 

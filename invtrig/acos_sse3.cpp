@@ -5,8 +5,8 @@
 // Error: largest found 0.780 ulp, just below 1/2 (docs/accuracy.md has the arguments). The kernel
 // runs in round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
-// Special values: 1 gives +0, -1 pi, a NaN itself, quiet and with the other sign; magnitudes above 1
-// the default NaN and out of domain, without a flag.
+// Special values: 1 gives +0, -1 pi, a NaN itself, quiet and with the other sign; magnitudes above
+// 1 the default NaN and out of domain, without a flag.
 #include "frame/kernel_frame.h"
 #include "invtrig/asin_acos_sse3.h"
 

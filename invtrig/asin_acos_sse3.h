@@ -129,7 +129,8 @@ INLINE bool stretch(int64_t count, const Float64* src, Float64* dst, Finish fini
   return true;
 }
 
-// finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of NaNs.
+// finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of
+// NaNs.
 template <class Finish, class AtOne, class OfNan>
 INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, AtOne atOne, OfNan ofNan) {
   const auto fast = [=](auto x) INLINED { return finish(x, arcTerms(magnitude(x))); };

@@ -2,9 +2,9 @@
 //
 // Method: atan2_core.h; stretches go through the stages of atan_stages.h.
 //
-// Error: largest found 0.747 ulp, for negative x and y not far from x; subnormal results 2.0 units of
-// 2^-1074 (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and DAZ are
-// the caller's.
+// Error: largest found 0.747 ulp, for negative x and y not far from x; subnormal results 2.0 units
+// of 2^-1074 (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and DAZ
+// are the caller's.
 //
 // Special values: atan2_special_lane.cpp, as C has them.
 #include "frame/kernel_frame.h"

@@ -1,8 +1,9 @@
 // atan2(y, x) for any arguments.
 //
-// Method: where |y / x| is from 2^-53 to 2^53, both are scaled by one power of two, and the ratio, or
-// its distance u from the middle of a sixteenth of a binade, is made in two parts. The angle of that
-// middle stands in the table, in two parts too, and what is added to its leading part is small.
+// Method: where |y / x| is from 2^-53 to 2^53, both are scaled by one power of two, and the ratio,
+// or its distance u from the middle of a sixteenth of a binade, is made in two parts. The angle of
+// that middle stands in the table, in two parts too, and what is added to its leading part is
+// small.
 //
 // Error: largest found 0.506 ulp in round-to-nearest; other modes are the caller's.
 #include "invtrig/atan2_special_lane.h"

@@ -79,8 +79,8 @@ INLINE V atanSeries(V u) {
   return even * z2 + odd * z;
 }
 
-// Arguments of the kernels that work with these quotients: those below 2^-1020 in magnitude and from
-// 2^993 up, infinities and NaNs have special lanes.
+// Arguments of the kernels that work with these quotients: those below 2^-1020 in magnitude and
+// from 2^993 up, infinities and NaNs have special lanes.
 template <class W>
 INLINE auto outsideQuotients(W highWordOfMagnitude) {
   return wrappingSum(highWordOfMagnitude, 0x7fd00000) > static_cast<int>(0xfdcfffff);

@@ -1,8 +1,8 @@
 // extExp: e^x in extended precision.
 //
-// Method: up to 2^-5 polynomials of x, the longer ones added to x + 1; from there on the reduction of
-// ext_exp_steps.h, with the remainder cut to a multiple of 2^-31 so that its product with the high
-// part of the table's number is exact.
+// Method: up to 2^-5 polynomials of x, the longer ones added to x + 1; from there on the reduction
+// of ext_exp_steps.h, with the remainder cut to a multiple of 2^-31 so that its product with the
+// high part of the table's number is exact.
 //
 // Error, for double-precision x, in units of the last of 64 bits: at most 0.501, but 1.0 for |x|
 // from 2^-18 to 2^-11, where x + 1 is rounded before the rest of the polynomial is added.

@@ -1,8 +1,8 @@
 // What the exponential kernels share: the reduction and the two halves of an exponential.
 //
 // Method: a = k ln 2 / 256 + r with the integer k = 256 m + j, -128 <= j <= 127, so that
-// e^a = 2^m * 2^(j/256) * e^r with |r| <= ln 2 / 512. 2^(j/256) comes from a table as high + low with
-// a high part of 32 bits, e^r - 1 is a polynomial of degree 6.
+// e^a = 2^m * 2^(j/256) * e^r with |r| <= ln 2 / 512. 2^(j/256) comes from a table as high + low
+// with a high part of 32 bits, e^r - 1 is a polynomial of degree 6.
 #pragma once
 #include "complex/extended/extended.h"
 

@@ -1,8 +1,8 @@
 // extSinh, extCosh, extSinhCosh: the hyperbolic sine and cosine in extended precision.
 //
 // Method: up to 2^-5 polynomials; up to 0.5 Taylor series whose leading terms are formed exactly on
-// the leading 15 bits of x; from there on (e^a -+ e^-a) / 2 with both exponentials from one reduction,
-// as sums of two numbers; from 26.17 up e^a / 2.
+// the leading 15 bits of x; from there on (e^a -+ e^-a) / 2 with both exponentials from one
+// reduction, as sums of two numbers; from 26.17 up e^a / 2.
 //
 // Error, for double-precision x, in units of the last of 64 bits: sinh at most 0.533; cosh at most
 // 1.0 below 0.5, 0.503 from there on.

@@ -1,9 +1,9 @@
 // extTan: the tangent in extended precision.
 //
 // Method: up to 2^-10 Taylor polynomials; from there on the reduction modulo pi/2, tan |x| = tan r
-// or -1 / tan r. |r| = i pi/32 + t with i = 0 to 8 and |t| <= pi/64; for i = 0 tan t is a polynomial
-// and 1 / tan t = 1/t - t K(t^2); otherwise tan |r| = (T + s) / (1 - T s), T from a table and
-// s = tan t, numerator and denominator as sums of two numbers.
+// or -1 / tan r. |r| = i pi/32 + t with i = 0 to 8 and |t| <= pi/64; for i = 0 tan t is a
+// polynomial and 1 / tan t = 1/t - t K(t^2); otherwise tan |r| = (T + s) / (1 - T s), T from a
+// table and s = tan t, numerator and denominator as sums of two numbers.
 //
 // Error, for double-precision x, in units of the last of 64 bits: at most 0.62.
 //

@@ -2,8 +2,8 @@
 // remainder at most pi/4 in magnitude, or hardly more, and rh its leading 11 bits.
 //
 // Method: up to 2^17 pi/4 in three parts, up to 2^30 in five, so short that all products and
-// differences before the last one are exact; from there on extReduceLarge, with the bits of 4/pi that
-// matter.
+// differences before the last one are exact; from there on extReduceLarge, with the bits of 4/pi
+// that matter.
 //
 // Error: at most 2^-132 absolutely below 2^30, 2^-74 of the remainder, where it is smallest; from
 // there on 2^-100 of the remainder.
@@ -18,7 +18,8 @@ int32_t extReduceLarge(Extended80 x, int32_t addend, Float64* remainder);
 
 namespace {
 
-// rh has 12 bits at most, so that it, its square and its fourth power are exact in double precision.
+// rh has 12 bits at most, so that it, its square and its fourth power are exact in double
+// precision.
 struct TrigRemainder {
   Float64 rh;
   Extended80 rl;

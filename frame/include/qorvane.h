@@ -6,7 +6,8 @@
      nuvStatus status = nuvsExp_64f_A53(x, y, 3);   y = 1, 2.718..., Inf; status = nuvStatusOverflow
 
    Shapes. Arrays are contiguous, with unit stride and any alignment. `len` counts elements; a
-   complex element is a pair of numbers, real part first.
+   complex element is a pair of numbers, real part first. The complex functions have the shapes of
+   the real ones.
      unary    (src, dst, len)             dst[i] = f(src[i])
      binary   (srcA, srcB, dst, len)      dst[i] = f(srcA[i], srcB[i])
      scalar   (src, value, dst, len)      dst[i] = f(src[i], value)
@@ -19,24 +20,28 @@
 
    Status. Negative: an argument of the call is bad, and nothing has been written. Positive: every
    element has been computed and stored, and at least one of them failed; it is the status of the
-   failing element of highest index. What a failing element gets as its result is told at each
-   function.
+   failing element of highest index. Each function tells which statuses its elements have, and what
+   a failing one gets as its result. The complex functions' elements have none.
 
    An element's result depends on its arguments alone: not on its neighbours, its place in the array
    or the array's alignment. The functions marked "by blocks" are the exception: there an argument
-   outside the fast range (said at the function) sends its block of neighbours another way too, and
-   their results may, rarely, differ in the last bit from those beside ordinary arguments. Results
-   may also differ in the last bit between the processor levels (1: SSE3, 2: SSSE3, 3: SSSE3 with
-   MOVBE, 4: SSE4.1, 5: AVX), of which the library chooses one when it is loaded.
+   outside the fast range (said at the function) sends its block of neighbours another way too, or
+   neighbours share an operation, and a result may, rarely, differ in the last bit, or in the sign of
+   a zero, from the same one beside other arguments. They are nuvsPowx_64f_A53, nuvsSin_64f_A53,
+   nuvsCos_64f_A53, nuvsSinCos_64f_A53, nuvsTan_64f_A53 and nuvsAtanh_64f_A53, and at levels 1 to 4
+   nuvsPow_64f_A53, nuvsAtan2_64f_A53 and nuvsSinh_64f_A53. Results may also differ in the last bit
+   between the processor levels (1: SSE3, 2: SSSE3, 3: SSSE3 with MOVBE, 4: SSE4.1, 5: AVX), of which
+   the library chooses one when it is loaded.
 
    Floating-point environment. Accuracy and special values are given for rounding to nearest with
    FTZ and DAZ off. The functions marked "own modes" put these modes in force and restore the
    caller's (sticky flags raised meanwhile are then lost); the functions marked "caller's modes"
-   inherit them. Exception masks are left alone. "Raises" names the statuses whose IEEE flag the
-   function sets.
+   inherit them; the others say what they do. Exception masks are left alone. "Raises" names the
+   statuses whose IEEE flag the function sets.
 
    Accuracies are the largest errors found by measurement with seeded searches, in units in the last
-   place of the exact result; docs/accuracy.md has the ranges and the worst arguments.
+   place of the exact result, for complex functions of either part; docs/accuracy.md has the ranges
+   and the worst arguments.
 
    Threads. All functions may run on any number of threads at once. The library starts
    none itself. */
@@ -122,8 +127,8 @@ QORVANE_API nuvStatus nuvsLog10_64f_A53_Idx(const Float64* src, int32_t srcOffse
    NaNs. A negative base with a finite exponent that isn't an integer gives the default NaN,
    nuvStatusOutOfDomain. A base ±0 with a negative exponent (-Inf included) gives an infinity, with
    the base's sign for odd exponents, and nuvStatusOutOfDomain. -1 to the power ±Inf is 1.0.
-   Overflow and underflow give ±Inf, ±0 or the subnormal result, without a status. By blocks of 4 at
-   levels 1 to 4: bases that aren't positive, normal and finite, exponents below 2^-1042, infinite
+   Overflow and underflow give ±Inf, ±0 or the subnormal result, without a status.
+   By blocks of 4 at levels 1 to 4: bases that aren't positive, normal and finite, exponents below 2^-1042, infinite
    or NaN, results near or outside the normal range.
    Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOutOfDomain.
    Accuracy: largest error found 0.514 ulp; base near 1: 1.169 (levels 1 to 4), 1.228 (level 5);
@@ -140,8 +145,8 @@ QORVANE_API nuvStatus nuvsPow_64f_A53_Idx(const Float64* srcA, int32_t srcAOffse
    NaNs. A negative base with a finite exponent that isn't an integer gives the default NaN,
    nuvStatusOutOfDomain. A base ±0 with a negative exponent (-Inf included) gives an infinity, with
    the base's sign for odd exponents, and nuvStatusOutOfDomain. -1 to the power ±Inf is 1.0.
-   Overflow and underflow give ±Inf, ±0 or the subnormal result, without a status. By blocks of 4,
-   as nuvsPow_64f_A53 at levels 1 to 4, at every level.
+   Overflow and underflow give ±Inf, ±0 or the subnormal result, without a status.
+   By blocks of 4, as nuvsPow_64f_A53 at levels 1 to 4, at every level.
    Own modes. Raises: nuvStatusOutOfDomain.
    Accuracy: largest error found 0.514 ulp; base near 1: 1.142; base 2^-11 from 1, |y log2 x| near
    1000: 1.205; subnormal results: 0.528; results below 2^-1070: 1.000. */
@@ -184,10 +189,11 @@ QORVANE_API nuvStatus nuvsDiv_64f_A53_Idx(const Float64* srcA, int32_t srcAOffse
 
 /* dst[i] = the square root of src[i]; exact for perfect squares.
    Results: ±0 gives itself; a negative number, -Inf included, gives the default NaN,
-   nuvStatusOutOfDomain; +Inf gives +Inf; a NaN gives itself, quieted. Own modes at levels 1 to 4,
-   the caller's at level 5. With FTZ or DAZ in force at level 5 the results of arguments from 2^1022
-   up are wrong, and DAZ makes subnormal arguments count as zero: clear these modes around the call.
-   Raises: nuvStatusOutOfDomain at level 5.
+   nuvStatusOutOfDomain; +Inf gives +Inf; a NaN gives itself, quieted.
+   Own modes at levels 1 to 4, the caller's at level 5. With FTZ or DAZ in force at level 5 the
+   results of arguments from 2^1022 up are wrong, and DAZ makes subnormal arguments count as zero:
+   clear these modes around the call. Raises: nuvStatusOutOfDomain at level 5, none by itself at
+   levels 1 to 4.
    Accuracy: largest error found 0.501 (levels 1 to 3), 0.500 (level 4), 0.530 (level 5) ulp;
    subnormal arguments: 0.750 (levels 1 to 3), 0.500 (levels 4 to 5). */
 QORVANE_API nuvStatus nuvsSqrt_64f_A53(const Float64* src, Float64* dst, int32_t len);
@@ -206,7 +212,8 @@ QORVANE_API nuvStatus nuvsInvSqrt_64f_A53_Idx(const Float64* src, int32_t srcOff
                                               int32_t len);
 
 /* dst[i] = the cube root of src[i], with its sign; exact for perfect cubes. No element fails: ±0
-   and ±Inf give themselves, a NaN itself, quieted. Own modes.
+   and ±Inf give themselves, a NaN itself, quieted.
+   Own modes.
    Accuracy: largest error found 0.521 ulp. */
 QORVANE_API nuvStatus nuvsCbrt_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCbrt_64f_A53 on arrays that begin at an offset, in elements. */
@@ -224,8 +231,9 @@ QORVANE_API nuvStatus nuvsInvCbrt_64f_A53_Idx(const Float64* src, int32_t srcOff
 
 /* ---- Trigonometric functions: radians, the whole range of finite numbers --------------------- */
 
-/* dst[i] = the sine of src[i]. The sine of -0 is -0 at level 5 and +0 at levels 1 to 4.
-   Results: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself, quieted.
+/* dst[i] = the sine of src[i].
+   Results: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself, quieted. The sine
+   of -0 is -0 at level 5 and +0 at levels 1 to 4.
    By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; beside them the sine
    of -0 is -0) and of 8 at level 5 (magnitudes above 65536, infinities).
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
@@ -241,9 +249,9 @@ QORVANE_API nuvStatus nuvsSin_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 /* dst[i] = the cosine of src[i].
    Results: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself, quieted.
    By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs) and of 8 at level 5
-   (magnitudes above 65536, infinities). Own modes at levels 1 to 4, the caller's at level 5, where
-   directed rounding costs relative accuracy near zeros (errors stay below 2^-52). Raises:
-   nuvStatusOutOfDomain.
+   (magnitudes above 65536, infinities).
+   Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
+   accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
    Accuracy: largest error found 0.519 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17: 0.534
    (levels 1 to 4), 0.503 (level 5); near 2^17 and multiples of pi/4: 0.602 (levels 1 to 4), 0.503
    (level 5). */
@@ -253,8 +261,9 @@ QORVANE_API nuvStatus nuvsCos_64f_A53_Idx(const Float64* src, int32_t srcOffset,
                                           int32_t len);
 
 /* dstA[i] = the sine and dstB[i] = the cosine of src[i]. The last bit may differ from that of the
-   single functions; the sine of -0 is +0. Results, in both arrays: ±Inf gives the default NaN,
-   nuvStatusOutOfDomain; a NaN gives itself, quieted.
+   single functions.
+   Results, in both arrays: ±Inf gives the default NaN, nuvStatusOutOfDomain; a NaN gives itself,
+   quieted. The sine of -0 is +0.
    By blocks of 4 at levels 1 to 4 (magnitudes from 90112 up, infinities, NaNs; beside them the sine
    of -0 is -0) and of 8 at level 5 (magnitudes above 65536, infinities). At level 5 the sine of the
    last len mod 8 elements may differ in the last bit from that of an element in a block.
@@ -317,8 +326,9 @@ QORVANE_API nuvStatus nuvsAtan_64f_A53_Idx(const Float64* src, int32_t srcOffset
    = srcA[i], x = srcB[i].
    Results: the sign is that of y; y = ±0 gives ±0 for an x without sign bit and ±pi for one with
    it, +0 and -0 included; ±pi/2 for x = ±0 with y not 0; multiples of pi/4 where both are infinite;
-   a NaN in either gives a NaN. No element fails. By blocks of 4 at levels 1 to 4: magnitudes below
-   2^-1020, zeros included, or from 2^993 up, infinities, NaNs.
+   a NaN in either gives a NaN. No element fails.
+   By blocks of 4 at levels 1 to 4: magnitudes below 2^-1020, zeros included, or from 2^993 up,
+   infinities, NaNs.
    Own modes at levels 1 to 4, the caller's at level 5.
    Accuracy: largest error found 0.747 ulp; all magnitudes: 2.000; subnormal results: 2.000. */
 QORVANE_API nuvStatus nuvsAtan2_64f_A53(const Float64* srcA, const Float64* srcB, Float64* dst, int32_t len);
@@ -336,7 +346,7 @@ QORVANE_API nuvStatus nuvsAtan2_64f_A53_Idx(const Float64* srcA, int32_t srcAOff
    alone.
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs accuracy (up
    to 711 ulp; rounding up adds up to 3.4e-22 to small results too). Raises: nuvStatusOverflow at
-   level 5.
+   level 5, none by itself at levels 1 to 4.
    Accuracy: largest error found 1.520 (levels 1 to 4), 1.000 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsSinh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsSinh_64f_A53 on arrays that begin at an offset, in elements. */
@@ -346,7 +356,8 @@ QORVANE_API nuvStatus nuvsSinh_64f_A53_Idx(const Float64* src, int32_t srcOffset
 /* dst[i] = the hyperbolic cosine of src[i]; cosh(±0) = 1.
    Results: from 710.475860073944 up in magnitude +Inf, nuvStatusOverflow; infinities give +Inf; a
    NaN gives the NaN of all ones at levels 1 to 4, itself, quieted, at level 5.
-   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOverflow at level 5.
+   Own modes at levels 1 to 4, the caller's at level 5. Raises: nuvStatusOverflow at level 5, none by
+   itself at levels 1 to 4.
    Accuracy: largest error found 0.757 (levels 1 to 4), 0.751 (level 5) ulp. */
 QORVANE_API nuvStatus nuvsCosh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsCosh_64f_A53 on arrays that begin at an offset, in elements. */
@@ -379,7 +390,7 @@ QORVANE_API nuvStatus nuvsAsinh_64f_A53_Idx(const Float64* src, int32_t srcOffse
    nuvStatusOutOfDomain; +Inf gives +Inf; a NaN gives itself, quieted, but one with a sign gives
    0x7fffffffffffffff at level 1.
    Own modes; at level 1 x87 arithmetic with 64-bit significands, and the caller's control word comes
-   back. Raises: nuvStatusOutOfDomain at levels 2 to 5.
+   back. Raises: nuvStatusOutOfDomain at levels 2 to 5, none by itself at level 1.
    Accuracy: largest error found 0.510 ulp; near 1: 0.763 (level 1), 0.512 (levels 2 to 5); next to
    1: 0.763 (level 1), 0.510 (levels 2 to 5). */
 QORVANE_API nuvStatus nuvsAcosh_64f_A53(const Float64* src, Float64* dst, int32_t len);
@@ -390,11 +401,11 @@ QORVANE_API nuvStatus nuvsAcosh_64f_A53_Idx(const Float64* src, int32_t srcOffse
 /* dst[i] = the inverse hyperbolic tangent of src[i]; atanh(±0) = ±0.
    Results: ±1 gives ±Inf, nuvStatusPole; |x| above 1, ±Inf included, gives 0x7fffffffffffffff with
    the sign of x, nuvStatusOutOfDomain; a NaN the same without a status.
-   By pairs, elements 2i and 2i + 1: both from 2^-8 up to 1 in magnitude, they share a division; a
-   result may differ in the last bit, about one in 900, from that beside another partner or
-   without one.
+   By blocks, the elements 2i and 2i + 1: both from 2^-8 up to 1 in magnitude, they share a division;
+   a result may differ in the last bit, about one in 900, from that beside another partner or without
+   one.
    Own modes, and x87 arithmetic with 64-bit significands; the caller's control words come back.
-   Raises: none.
+   Raises: none by itself.
    Accuracy: largest error found 0.697 ulp. */
 QORVANE_API nuvStatus nuvsAtanh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAtanh_64f_A53 on arrays that begin at an offset, in elements. */
@@ -414,7 +425,8 @@ QORVANE_API nuvStatus nuvsErf_64f_A53_Idx(const Float64* src, int32_t srcOffset,
 
 /* dst[i] = the inverse error function of src[i]; erfinv(±0) = ±0.
    Results: ±1 gives ±Inf, nuvStatusPole; |x| above 1, ±Inf included, gives the default NaN,
-   nuvStatusOutOfDomain; a NaN gives itself, quieted. The caller's modes. Raises: both statuses.
+   nuvStatusOutOfDomain; a NaN gives itself, quieted.
+   The caller's modes. Raises: both statuses.
    Accuracy: largest error found 0.505 ulp. */
 QORVANE_API nuvStatus nuvsErfInv_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsErfInv_64f_A53 on arrays that begin at an offset, in elements. */
@@ -511,10 +523,10 @@ QORVANE_API nuvStatus nuvsModf_64f_Idx(const Float64* src, int32_t srcOffset, Fl
    Special values are C99's, of cexp: exp(x ± 0i) = exp(x) ± 0i; exp(-Inf + iy) has zeros with the
    signs of cos y and sin y, +0 ± 0i where y is infinite, +0 + 0i where it is NaN; exp(+Inf ± Inf i)
    = +Inf + NaN i.
-   Vectors in the caller's modes where both parts are below 512 in magnitude, x87 arithmetic with round
-   to nearest and 64-bit significands elsewhere; the caller's control word comes back. Returns
-   nuvStatusOk once the arguments of the call are good: overflow, underflow and invalid show in the
-   results and in the flags, most of them in the x87 unit.
+   Vectors in the caller's modes where both parts are below 512 in magnitude, elsewhere x87
+   arithmetic with round to nearest and 64-bit significands; the caller's control word comes back.
+   Returns nuvStatusOk once the arguments of the call are good: overflow, underflow and invalid show
+   in the results and in the flags, most of them in the x87 unit.
    Accuracy: largest error found 0.523 ulp; next to zeros of a part: 0.589; hardest arguments:
    0.589; imaginary parts near and below the smallest normal number: 1.000. */
 QORVANE_API nuvStatus nuvsExp_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
@@ -574,9 +586,10 @@ QORVANE_API nuvStatus nuvsPowx_64fc_A53_Idx(const Complex64* src, int32_t srcOff
 
 /* dst[i] = the principal square root of src[i]: real part not negative, imaginary part with the
    sign of src[i]'s.
-   Results: an infinite imaginary part gives +Inf and itself, whatever the real part; +Inf with a
-   finite one gives +Inf and a zero, -Inf +0 and an infinity, with its sign. Other NaNs give NaNs in
-   both parts. No finite number overflows.
+   Special values are C99's, of csqrt: an infinite imaginary part gives +Inf and itself, whatever the
+   real part; sqrt(+Inf + iy) has +Inf and a zero with the sign of y, sqrt(-Inf + iy) +0 and an
+   infinity with it; where y is NaN they are +Inf + NaN i and NaN with an infinity of either sign.
+   Other NaNs give NaN + NaN i. No finite number overflows.
    The caller's modes in double-precision arithmetic; x87 arithmetic is set to 53-bit significands
    for the call at levels 2 to 5. Returns nuvStatusOk once the arguments of the call are good.
    Accuracy: largest error found 0.502 ulp. */
