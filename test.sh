@@ -21,7 +21,7 @@ build() {
   shift
   cmake -S . -B "$folder" -DQORVANE_WERROR=ON "$@" > /dev/null
   echo "building in $folder"
-  cmake --build "$folder" -j2 > "$folder/build.log" 2>&1 || { grep -E -A8 'error|undefined' "$folder/build.log" || cat "$folder/build.log"; exit 1; }
+  cmake --build "$folder" -j2 > "$folder/build.log" 2>&1 || { grep -E -A8 'error:|undefined' "$folder/build.log" || cat "$folder/build.log"; exit 1; }
 }
 
 with_clang=(-DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14)

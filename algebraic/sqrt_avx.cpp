@@ -80,7 +80,7 @@ constexpr auto root = []<class V>(V s, V x, V y) INLINED {
 bool stretch(const Float64* src, Float64* dst, int64_t count) {
   using V = Part;
   Scratch c;
-  V y, high, low, highY, lowY, e0, e1, sum0, sum1, s, all = broadcast<V>(0.0);
+  V y, high, low, highY, lowY, e0, e1, sum0, sum1, s, xs, all = broadcast<V>(0.0);
   pipeline<vector>(
       count, [&](int64_t i) INLINED { storeEstimates<allBits>(c.estimates + i, load<V>(src + i)); }, pause, pause,
       pause,
@@ -97,9 +97,8 @@ bool stretch(const Float64* src, Float64* dst, int64_t count) {
         sum0 = p4 * e0 + p3;
       },
       [&](int64_t) INLINED { e1 = e0, sum1 = sum0 * e0 + p2; }, [&](int64_t) INLINED { s = (sum1 * e1 + p1) * e1; },
-      [&](int64_t i) INLINED {
-        store(dst + i, load<V>(c.high + i) + (load<V>(c.low + i) + load<V>(src + i) * (s * load<V>(c.seeds + i))));
-      });
+      [&](int64_t i) INLINED { xs = load<V>(src + i) * (s * load<V>(c.seeds + i)); },
+      [&](int64_t i) INLINED { store(dst + i, load<V>(c.high + i) + (load<V>(c.low + i) + xs)); });
   return allInRange(all);
 }
 

@@ -18,7 +18,6 @@ namespace {
 #include "invtrig/atan_tables.inc"
 
 // Mask of a > b.
-INLINE int above(int a, int b) { return -static_cast<int>(a > b); }
 INLINE Words4 above(Words4 a, Words4 b) { return a > b; }
 template <int K>
 INLINE Pack<Words4, K> above(Pack<Words4, K> a, Pack<Words4, K> b) {
@@ -37,7 +36,8 @@ constexpr auto intervalOf = [](auto a, auto b) INLINED {
 
 template <class V>
 INLINE bool isFlagged(V y, V x) {
-  return any(outsideQuotients(highWords(magnitude(y))) | outsideQuotients(highWords(magnitude(x))));
+  const auto ofY = outsideQuotients(highWords(magnitude(y))), ofX = outsideQuotients(highWords(magnitude(x)));
+  return any(ofY | ofX);
 }
 
 // A group of four with a flagged element goes through atan2SpecialLane whole.

@@ -24,8 +24,9 @@ void writeLogTable(FILE* out) {
 }
 
 void writeAngleTable(FILE* out) {
-  std::fprintf(out, "// atan v for v = 0, 1/2, 1, 3/2 and pi/2 as high + low.\n"
-                    "constexpr Float64 complexLnAngles[5][2] = {\n");
+  std::fprintf(out,
+               "// atan v for v = 0, 1/2, 1, 3/2 and pi/2 as high + low.\n"
+               "constexpr Float64 complexLnAngles[5][2] = {\n");
   Exact infinity;
   mpfr_set_inf(infinity.value, 1);
   for (const Exact& v : {Exact(0), Exact(0.5), Exact(1), Exact(1.5), infinity}) {

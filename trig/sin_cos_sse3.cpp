@@ -4,15 +4,15 @@
 // computed) and a remainder r + e, and sin(t + r + e) is expanded around t with the sine and the
 // cosine of t from a table (sin_cos.h) and Taylor polynomials. Below 90112 the remainder comes from
 // subtractions of the step in three parts. If any element of a block of 4 is larger, all of them go
-// through the special lane, which adds up in another order and reduces modulo pi/2 first from 2^17
+// through the fix lane, which adds up in another order and reduces modulo pi/2 first from 2^17
 // on (reduction.h). Elements after the last block stand for themselves.
 //
-// Error: largest found below 90112 0.52 ulp for one function, 0.551 ulp for both; in the special
+// Error: largest found below 90112 0.52 ulp for one function, 0.551 ulp for both; in the fix
 // lane 0.602 ulp, next to zeros between 90112 and 2^17 (docs/accuracy.md has the arguments). The
 // kernels run in round-to-nearest with subnormals honoured, whatever the caller's mode.
 //
 // Special values: infinities give the default NaN, and out-of-domain with its flag; a NaN gives
-// itself, quiet. sin(-0) is +0 on the fast path, -0 in the special lane.
+// itself, quiet. sin(-0) is +0 on the fast path, -0 in the fix lane.
 #include "frame/kernel_frame.h"
 #include "trig/reduction.h"
 #include "trig/sin_cos.h"
@@ -47,7 +47,7 @@ constexpr Float64 c2 = fromBits(0x3fa5555555555555);  // 0.041666666666666664
 constexpr Float64 c3 = fromBits(0xbf56c16c16c16c17);  // -0.001388888888888889
 constexpr Float64 c4 = fromBits(0x3efa01a01a01a01a);  // 2.48015873015873e-05
 
-constexpr int fastHighWord = 0x40f60000;  // 90112.0, from which on blocks take the special lane
+constexpr int fastHighWord = 0x40f60000;  // 90112.0, from which on blocks take the fix lane
 constexpr int quarterOf64 = 16, quarterOf128 = 32;
 
 // `row` is a row of a table; offsets lead on from it.
@@ -71,7 +71,7 @@ INLINE V sumOf(Terms<V> t) {
   return ((((t.d1 + t.g) + t.d2) + t.ps) + t.pc) + t.hi;
 }
 
-// --- Special lanes ---
+// --- Fix lanes ---
 
 constexpr int exponentOf(Float64 x) { return static_cast<int>(highWord(x) >> 20) & 0x7ff; }
 constexpr int tinyExponent = 771;  // below 2^-252 the sine is x, and the cosine 1
@@ -90,7 +90,7 @@ Remainder<Float64> reduceLane(Float64 x) {
   return m;
 }
 
-nuvStatus specialLane(int firstRow, Float64 x, Float64* y) {
+nuvStatus fixLane(int firstRow, Float64 x, Float64* y) {
   const int exponent = exponentOf(x);
   if (exponent == 0x7ff) return *y = x - x, statusOfNonFinite(x);
   if (exponent < tinyExponent) return *y = firstRow == 0 ? tinySine(x) : tinyCosine(x), nuvStatusOk;
@@ -99,7 +99,7 @@ nuvStatus specialLane(int firstRow, Float64 x, Float64* y) {
   return nuvStatusOk;
 }
 
-nuvStatus sinCosSpecialLane(Float64 x, Float64* sine, Float64* cosine) {
+nuvStatus sinCosFixLane(Float64 x, Float64* sine, Float64* cosine) {
   const int exponent = exponentOf(x);
   if (exponent == 0x7ff) return *sine = *cosine = x - x, statusOfNonFinite(x);
   if (exponent < tinyExponent) return *sine = tinySine(x), *cosine = tinyCosine(x), nuvStatusOk;
@@ -139,7 +139,7 @@ nuvStatus unaryOf64(const Float64* src, Float64* dst, int64_t len) {
       src, len,
       [=](auto x, int64_t i, int64_t count)
           INLINED { put(dst + i, sumOf(expandBy64(firstRow, removeSteps(x, step64))), count); },
-      [=](Float64 x, int64_t i) { return specialLane(firstRow, x, dst + i); });
+      [=](Float64 x, int64_t i) { return fixLane(firstRow, x, dst + i); });
 }
 
 nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
@@ -153,7 +153,7 @@ nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t l
         put(dstA + i, sumOf(expandAt(trigTable128[0], offsets, m.r, m.e, sinPoly, cosPoly)), count);
         put(dstB + i, sumOf(expandAt(trigTable128[quarterOf128], offsets, m.r, m.e, sinPoly, cosPoly)), count);
       },
-      [=](Float64 x, int64_t i) { return sinCosSpecialLane(x, dstA + i, dstB + i); });
+      [=](Float64 x, int64_t i) { return sinCosFixLane(x, dstA + i, dstB + i); });
 }
 
 }  // namespace
