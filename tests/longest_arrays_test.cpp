@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <ctime>
 
@@ -33,7 +34,8 @@ struct Window {
   explicit Window(bool ownEnds) {
     const int file = memfd_create("longest", 0);
     if (file < 0 || ftruncate(file, periodBytes) != 0) return;
-    void* reserved = mmap(nullptr, windowBytes + periodBytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    void* reserved =
+        mmap(nullptr, windowBytes + periodBytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (reserved != MAP_FAILED) {
       start = static_cast<double*>(reserved);
       for (size_t at = 0; at < windowBytes && start != nullptr; at += periodBytes) {
@@ -55,7 +57,7 @@ double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PE
 
 // One function for each kind of loop, at the highest level; cheap ones first, as many as the time allows.
 TEST(LongestArrays, AreWorkedThroughToTheirEnd) {
-  if (isSanitized || sizeof(void*) < 8) GTEST_SKIP() << "no room for the addresses";
+  if (isSanitized) GTEST_SKIP() << "no room for the addresses";
   const Window source(false), target(true), secondTarget(true);
   if (source.start == nullptr || target.start == nullptr || secondTarget.start == nullptr)
     GTEST_SKIP() << "16 GiB of addresses can't be had three times";

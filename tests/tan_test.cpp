@@ -98,7 +98,7 @@ TEST(Tan, SmallNeighboursOfLargeArguments) {
   for (int octant = 0; octant < octants; ++octant)
     for (int i = 0; i < 4 * draws; ++i) {
       const double unit = std::ldexp(static_cast<double>(random() >> 11), -53), sign = i % 2 == 0 ? 1 : -1;
-      const int far = i / draws % 2 * 1000 * octant;  // to 64063 octants from 0
+      const int far = i / draws % 2 * 1000 * octant;                                        // to 64063 octants from 0
       const double distance = i / draws < 2 ? unit : std::ldexp(unit, -8 - i % draws * 2);  // from the octant's end
       arguments.push_back(sign * piOver4 * (octant + far + distance));
     }
