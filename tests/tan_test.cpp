@@ -2,6 +2,7 @@
 // the x87 unit.
 #include <cfenv>
 #include <cmath>
+#include <random>
 
 #include "frame/kernel_frame.h"
 #include "tests/test_support.h"
@@ -85,6 +86,42 @@ TEST(Tan, PairsAndChunks) {
         EXPECT_TRUE(p.result == 0 || bits(dst[p.index]) == p.result)
             << "level " << level << ", element " << p.index << (inPlace ? ", in place" : "");
     }
+}
+
+// Ordinary arguments of all octants, and near zeros and poles, next to 2e5: as the first of its pair each goes through
+// the special lane; behind it, or in a later pair of its chunk, through the x87 stage, singly.
+TEST(Tan, SmallNeighboursOfLargeArguments) {
+  constexpr int octants = 64, draws = 12;
+  constexpr double piOver4 = 0.7853981633974483;
+  std::vector<double> arguments;
+  std::mt19937_64 random(31);
+  for (int octant = 0; octant < octants; ++octant)
+    for (int i = 0; i < 4 * draws; ++i) {
+      const double unit = std::ldexp(static_cast<double>(random() >> 11), -53), sign = i % 2 == 0 ? 1 : -1;
+      const int far = i / draws % 2 * 1000 * octant;                                        // to 64063 octants from 0
+      const double distance = i / draws < 2 ? unit : std::ldexp(unit, -8 - i % draws * 2);  // from the octant's end
+      arguments.push_back(sign * piOver4 * (octant + far + distance));
+    }
+  for (const int level : supportedLevels()) {
+    AtLevel at(level);
+    double worst[3] = {}, where[3] = {};
+    for (const double x : arguments) {
+      double first[2] = {x, 2e5}, second[2] = {2e5, x}, later[5] = {2e5, 1, 2, x, 3};
+      EXPECT_EQ(nuvsTan_64f_A53(first, first, 2), nuvStatusOk);
+      EXPECT_EQ(nuvsTan_64f_A53(second, second, 2), nuvStatusOk);
+      EXPECT_EQ(nuvsTan_64f_A53(later, later, 5), nuvStatusOk);
+      const long double exact = std::tan(static_cast<long double>(x));
+      const long double ulp = std::ldexp(1.0L, std::ilogb(exact) - 52);
+      const double results[] = {first[0], second[1], later[3]};
+      for (int place = 0; place < 3; ++place) {
+        const auto error = static_cast<double>(std::fabs(results[place] - exact) / ulp);
+        if (!(error <= worst[place])) worst[place] = error, where[place] = x;
+      }
+    }
+    EXPECT_LE(worst[0], 0.61) << "level " << level << ", before 2e5: " << where[0];
+    EXPECT_LE(worst[1], 1.007) << "level " << level << ", behind 2e5: " << where[1];
+    EXPECT_LE(worst[2], 1.007) << "level " << level << ", further behind 2e5: " << where[2];
+  }
 }
 
 // Exceptions that the caller has unmasked in the x87 unit stay so, and the control word comes back;
