@@ -136,11 +136,8 @@ nuvStatus atanhStrip(const Float64* src, Float64* dst, int count) {
 }
 
 nuvStatus atanhLoop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1) return atanhElement(src, dst);
   nuvStatus status = nuvStatusOk;
-  if (len == 1) {
-    takeElement<Raises::no>(status, dst, atanhSpecialLane(*src));
-    return status;
-  }
   for (int count; len > 0; src += count, dst += count, len -= count) {
     count = len < stripLength ? static_cast<int>(len) : stripLength;
     takeStatus<Raises::no>(status, atanhStrip(src, dst, count));

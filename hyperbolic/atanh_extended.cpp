@@ -20,25 +20,39 @@ bool isOrdinary(Float64 x) { return (highWord(x) & 0x7fffffff) - 0x3f700000 < 0x
 // (1 + a) / (1 - a), from the reciprocal of a - 1
 Extended ratio(Extended reciprocal) { return reciprocal * -2.0L - 1.0L; }
 
-}  // namespace
+// From 2^-8 up to 1, alone. The number goes from memory into the x87 unit and back, its sign by a
+// factor, without a way through integers and the stack.
+void ordinaryElement(const Float64* src, Float64* dst) {
+  constexpr Float64 signedHalf[] = {0.5, -0.5};
+  const Float64 half = signedHalf[toBits(*src) >> 63];
+  const Extended d = __builtin_fabsl(*src) - 1.0L;
+  ExtendedChunk one;
+  storeParts(one, 0, ratio((1.0L / (d * d)) * d));
+  reduceParts(one, 1);
+  *dst = static_cast<Float64>(half * lnAt(one, 0));
+}
 
-Element atanhSpecialLane(Float64 x) {
+Element otherElement(Float64 x) {
   constexpr Float64 t7 = fromBits(0x3fc2492492492492);  // 0.14285714285714285
   constexpr Float64 t5 = fromBits(0x3fc999999999999a);  // 0.2
   constexpr Float64 t3 = fromBits(0x3fd5555555555555);  // 0.3333333333333333
-  const uint32_t word = highWord(x) & 0x7fffffff;
-  const Extended a = magnitude(x);
-  if (isOrdinary(x)) {
-    const Extended d = a - 1.0L;
-    return {withSignOf(static_cast<Float64>(0.5L * lnExtended(ratio((1.0L / (d * d)) * d))), x)};
-  }
-  if (word < 0x3f700000) {
-    const Extended w = a * a;
+  if ((highWord(x) & 0x7fffffff) < 0x3f700000) {
+    const Extended a = magnitude(x), w = a * a;
     return {withSignOf(static_cast<Float64>(a + a * (((t7 * w + t5) * w + t3) * w)), x)};
   }
   if (x != x) return {withSignOf(fromBits(0x7fffffffffffffff), x)};
   if (magnitude(x) == 1.0) return {withSignOf(fromBits(0x7ff0000000000000), x), nuvStatusPole};
   return {withSignOf(fromBits(0x7fffffffffffffff), x), nuvStatusOutOfDomain};
+}
+
+}  // namespace
+
+nuvStatus atanhElement(const Float64* src, Float64* dst) {
+  if (isOrdinary(*src)) [[likely]]
+    return ordinaryElement(src, dst), nuvStatusOk;
+  const Element element = otherElement(*src);
+  *dst = element.value;
+  return element.status;
 }
 
 nuvStatus atanhElements(const Float64* src, Float64* dst, int count, uint64_t set) {
@@ -48,7 +62,7 @@ nuvStatus atanhElements(const Float64* src, Float64* dst, int count, uint64_t se
   for (; set != 0; set &= set - 1) {
     const int c = __builtin_ctzll(set), partner = c ^ 1;
     if (partner >= count || !isOrdinary(src[c]) || !isOrdinary(src[partner])) {
-      takeElement<Raises::no>(status, dst + c, atanhSpecialLane(src[c]));
+      takeStatus<Raises::no>(status, atanhElement(src + c, dst + c));
       continue;
     }
     const Extended d = magnitude(src[c]) - 1.0L, ofPartner = magnitude(src[partner]) - 1.0L;

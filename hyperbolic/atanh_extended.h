@@ -4,8 +4,8 @@
 
 namespace qorvane {
 
-// Any x, alone.
-Element atanhSpecialLane(Float64 x);
+// Any element, alone. Returns its status.
+nuvStatus atanhElement(const Float64* src, Float64* dst);
 
 // The elements whose bit is set, of up to 64 arguments that begin with the first of a pair. Returns
 // the status of the last failing element. The x87 unit has 64-bit significands and rounds to
