@@ -7,7 +7,7 @@
 // where f(a) and g(a) come from a table. f(a) and the product of heads in g(a) r are summed exactly;
 // all else is below 2^-14 of the result and made in plain double precision.
 //
-// Error: at most 0.45 * 2^-64 of sinh x, 0.25 of cosh x, 0.54 of sin y and cos y, for x and y that are 0
+// Error: at most 0.62 * 2^-64 of sinh x, 0.25 of cosh x, 0.79 of sin y and cos y, for x and y that are 0
 // or from 2^-100 up to 256 (docs/certainty.md has the proof).
 #pragma once
 #include "complex/certified/tables.h"

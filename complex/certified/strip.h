@@ -15,7 +15,8 @@ namespace qorvane {
 namespace {
 
 constexpr int stripLength = 32;
-constexpr Float64 boundWithSinh = 4.25 * 0x1p-64, boundWithCosh = 5.0 * 0x1p-64;
+// Of hi: of the part with sinh x and the one with cosh x.
+constexpr Float64 boundWithSinh = 4.625 * 0x1p-64, boundWithCosh = 5.25 * 0x1p-64;
 
 // The arguments, the hyperbolic functions' one being x whatever part it is, and their functions.
 struct Strip {
