@@ -1,16 +1,11 @@
-// cosh z, all levels: complex/cosh.h for each element; it has the method, the error and the
-// special values.
-#include "complex/cosh.h"
+// cosh z, levels 1 to 4: in lanes (complex/certified/strip.h), with the bits of complex/cosh.h.
+#include "complex/certified/strip.h"
 
 namespace qorvane {
-namespace {
-
-nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexCosh>(src, dst, len); }
-
-}  // namespace
 
 nuvStatus complexCoshSse3(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::cosh, Pack<Lanes2, 2>, Lanes2>, X87::fix>(
+      len, src, dst);
 }
 
 }  // namespace qorvane

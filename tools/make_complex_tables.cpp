@@ -119,6 +119,34 @@ void writeExpTables(FILE* out) {
   std::fprintf(out, "};\n");
 }
 
+// The number as a head of 26 bits and the rest, two numbers of a row.
+void putPair(std::vector<double>& row, const Exact& x) {
+  const Exact head = roundSignificant(x, 26);
+  row.push_back(nearest(head)), row.push_back(nearest(x - head));
+}
+
+void writeCertifiedTables(FILE* out) {
+  beginTable(out,
+             "// Row j: 2^(j/64) and 2^(-j/64), each as its nearest number of 26 bits and the rest.\n"
+             "const HyperbolicRow hyperbolicRows[64] = {");
+  for (int j = 0; j < 64; ++j) {
+    std::vector<double> row;
+    for (const int n : {j, -j}) putPair(row, call(mpfr_exp2, Exact(n) / Exact(64)));
+    writeRow(out, {row[0], row[1], row[2], row[3]});
+  }
+  std::fprintf(out,
+               "};\n\n"
+               "// Row j: sine and cosine of j pi/256, likewise; exact zeros where they are zero.\n"
+               "const TrigonometricRow trigonometricRows[512] = {\n");
+  for (int j = 0; j < 512; ++j) {
+    std::vector<double> row;
+    for (const int n : {j, j + 128})
+      putPair(row, n % 256 == 0 ? Exact(0) : call(mpfr_sin, pi() * Exact(n) / Exact(256)));
+    writeRow(out, {row[0], row[1], row[2], row[3]});
+  }
+  std::fprintf(out, "};\n");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -127,5 +155,6 @@ int main(int count, char** arguments) {
                               {"four_over_pi_table.inc", writeFourOverPi},
                               {"tan_table.inc", writeTan},
                               {"tanh_tail_table.inc", writeTanhTail},
-                              {"complex_exp_tables.inc", writeExpTables}});
+                              {"complex_exp_tables.inc", writeExpTables},
+                              {"certified_tables.inc", writeCertifiedTables}});
 }

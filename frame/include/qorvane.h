@@ -600,8 +600,8 @@ QORVANE_API nuvStatus nuvsSqrt_64fc_A53_Idx(const Complex64* src, int32_t srcOff
 
 /* dst[i] = the sine of src[i].
    Special values: sin z = -i sinh(iz), nuvsSinh_64fc_A53.
-   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
-   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   Parts have the bits of x87 arithmetic with round to nearest and 64-bit significands, at every
+   level; the caller's control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
    Accuracy: largest error found 0.501 ulp. */
 QORVANE_API nuvStatus nuvsSin_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
@@ -611,8 +611,8 @@ QORVANE_API nuvStatus nuvsSin_64fc_A53_Idx(const Complex64* src, int32_t srcOffs
 
 /* dst[i] = the cosine of src[i].
    Special values: cos z = cosh(iz), nuvsCosh_64fc_A53.
-   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
-   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   Parts have the bits of x87 arithmetic with round to nearest and 64-bit significands, at every
+   level; the caller's control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
    Accuracy: largest error found 0.501 ulp. */
 QORVANE_API nuvStatus nuvsCos_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
@@ -670,8 +670,8 @@ QORVANE_API nuvStatus nuvsAtan_64fc_A53_Idx(const Complex64* src, int32_t srcOff
 /* dst[i] = the hyperbolic sine of src[i].
    Special values are C99's, of csinh: sinh(x ± 0i) = sinh(x) ± 0i; sinh(±Inf + iy) has infinities
    with the signs of ±cos y and sin y, ±Inf + NaN i where y is infinite or NaN.
-   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
-   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   Parts have the bits of x87 arithmetic with round to nearest and 64-bit significands, at every
+   level; the caller's control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
    Accuracy: largest error found 0.501 ulp. */
 QORVANE_API nuvStatus nuvsSinh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
@@ -683,8 +683,8 @@ QORVANE_API nuvStatus nuvsSinh_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Special values are C99's, of ccosh: cosh(x ± 0i) = cosh(x) ± 0i, the zero's sign turned where x is
    negative; cosh(±Inf + iy) has infinities with the signs of cos y and ±sin y, +Inf + NaN i where y
    is infinite or NaN; cosh(±0 + iy) for such y is NaN and a zero.
-   Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
-   control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
+   Parts have the bits of x87 arithmetic with round to nearest and 64-bit significands, at every
+   level; the caller's control word comes back. Returns nuvStatusOk once the arguments of the call are good: overflow,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
    Accuracy: largest error found 0.501 ulp. */
 QORVANE_API nuvStatus nuvsCosh_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);

@@ -1,0 +1,30 @@
+// The functions in lanes, and their extended routines, from which their bits come.
+#pragma once
+#include "frame/bits.h"
+#include "frame/include/qorvane.h"
+
+namespace qorvane {
+
+enum class Function { sinh, cosh, sin, cos };
+
+// Whether the parts are sinh cos and cosh sin, or else cosh cos and sinh sin.
+constexpr bool hasSinhCos(Function function) { return function == Function::sinh || function == Function::sin; }
+
+// One element, and a loop over them in the caller's modes.
+template <Function function>
+Complex64 element(Complex64 z);
+template <Function function>
+nuvStatus elements(const Complex64* src, Complex64* dst, int64_t len);
+
+// clang-format off
+template <> Complex64 element<Function::sinh>(Complex64);
+template <> nuvStatus elements<Function::sinh>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::cosh>(Complex64);
+template <> nuvStatus elements<Function::cosh>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::sin>(Complex64);
+template <> nuvStatus elements<Function::sin>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::cos>(Complex64);
+template <> nuvStatus elements<Function::cos>(const Complex64*, Complex64*, int64_t);
+// clang-format on
+
+}  // namespace qorvane

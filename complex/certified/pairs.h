@@ -1,0 +1,131 @@
+// sinh x, cosh x, sin y and cos y in lanes, as short pairs: head + rest, where the head has 26 bits
+// and the rest all that is below. Products of heads are exact, so the product of two pairs is three
+// products and two sums, good to 2^-77.
+//
+// Method: x = k ln 2 / 64 + r and y = n pi/256 + r, each with one addition formula,
+//   f(a + r) = f(a) (1 + p) + g(a) (r + t),  p = cosh r - 1 or cos r - 1,  t = sinh r - r or sin r - r,
+// where f(a) and g(a) come from a table. f(a) and the product of heads in g(a) r are summed exactly;
+// all else is below 2^-14 of the result and made in plain double precision.
+//
+// Error: at most 0.62 * 2^-64 of sinh x, 0.25 of cosh x, 0.79 of sin y and cos y, for x and y that are 0
+// or from 2^-100 up to 256 (docs/certainty.md has the proof).
+#pragma once
+#include "complex/certified/tables.h"
+#include "frame/words.h"
+
+namespace qorvane {
+namespace {
+
+template <class V>
+INLINE V headOf(V x) {
+  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+}
+
+template <class V>
+struct ShortPair {
+  V head, rest;
+};
+// v + low; low is below 2^-12 of v, or v and low are 0.
+template <class V>
+INLINE ShortPair<V> shortPair(V v, V low) {
+  const V head = headOf(v + low);
+  return {head, (v - head) + low};
+}
+
+// A row's number: `value` + `low` exactly summed, where `low` is small; the same as one number, and as
+// a short pair.
+template <class V>
+struct RowNumber {
+  V value, low, whole, head, rest;
+};
+// The remainder r as a short pair, t and p.
+template <class V>
+struct Remainder {
+  V head, rest, t, p;
+};
+
+// f (1 + p) + g (r + t), with minus f (1 + p) - g (r + t).
+template <bool minus, class V>
+INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Remainder<V>& r) {
+  const V product = g.head * r.head, tail = g.rest * r.head + g.whole * (r.t + r.rest), scaled = f.whole * r.p;
+  if constexpr (minus) {
+    const V v = f.value - product;
+    return shortPair(v, ((((f.value - v) - product) + f.low) - tail) + scaled);
+  } else {
+    const V v = f.value + product;
+    return shortPair(v, ((((f.value - v) + product) + f.low) + tail) + scaled);
+  }
+}
+
+template <class V>
+struct HyperbolicPairs {
+  ShortPair<V> sinh, cosh;
+};
+// Of x >= 0.
+template <class V>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+  constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
+  constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
+  constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
+  constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);   // 2.572804622327669e-14
+  constexpr Float64 t7 = fromBits(0x3f2a01a01a01a01a);          // 1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);          // 1/120
+  constexpr Float64 t3 = fromBits(0x3fc5555555555555);          // 1/6
+  constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);          // 1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);          // 1/24
+  constexpr Float64 p2 = 0.5;
+  const V s = x * invLn2By64 + shifter, k = s - shifter;
+  const auto n = lowWords(s);
+  const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
+  const V head = headOf(r), rest = (r0 - head) - r1, q = r * r;
+  const Remainder<V> remainder = {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
+
+  const auto exponent = (n << 14) & 0x7ff00000;
+  const V up = fromHighWords<V>(exponent + 0x3fe00000), down = fromHighWords<V>(0x3fe00000 - exponent);
+  const auto row = columns<4, V>(hyperbolicRows, (n & 63) << 5);
+  const V rising = row.of[0] * up, risingRest = row.of[1] * up;
+  const V falling = row.of[2] * down, fallingRest = row.of[3] * down;
+  const auto number = [](V value, V low) INLINED {
+    const V whole = value + low, wholeHead = headOf(whole);
+    return RowNumber<V>{value, low, whole, wholeHead, (value - wholeHead) + low};
+  };
+  const V c = rising + falling, d = rising - falling;
+  const RowNumber<V> cosh = number(c, ((rising - c) + falling) + (risingRest + fallingRest));
+  const RowNumber<V> sinh = number(d, ((rising - d) - falling) + (risingRest - fallingRest));
+  return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
+}
+
+template <class V>
+struct TrigonometricPairs {
+  ShortPair<V> sin, cos;
+  V isUnsure;  // a mask: so near a multiple of pi/256 that the remainder isn't good to 2^-75 of itself
+};
+// Of y >= 0.
+template <class V>
+INLINE TrigonometricPairs<V> trigonometricPairs(V y) {
+  constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
+  constexpr Float64 pieces = fromBits(0x40545f306dc9c883);   // 81.48733086305042 = 256 / pi
+  constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);      // 0.012271846303065104, 37 bits: n times it is exact
+  constexpr Float64 pi2 = fromBits(0x3d168c234c4c0000);      // 2.0026126184249655e-14, likewise
+  constexpr Float64 pi3 = fromBits(0x3ab98a2e03707345);      // 8.252343021083928e-26
+  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);       // -1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);       // 1/120
+  constexpr Float64 t3 = fromBits(0xbfc5555555555555);       // -1/6
+  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);       // -1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);       // 1/24
+  constexpr Float64 p2 = -0.5;
+  constexpr Float64 nearest = 0x1p-45;
+  const V s = y * pieces + shifter, n = s - shifter;
+  const V r0 = y - n * pi1, r1 = n * pi2, r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
+  const V head = headOf(r), q = r * r;
+  const Remainder<V> remainder = {head, (r - head) + r2, (((t7 * q + t5) * q + t3) * q) * r,
+                                  ((p6 * q + p4) * q + p2) * q};
+
+  const auto row = columns<4, V>(trigonometricRows, (lowWords(s) & 511) << 5);
+  const auto number = [](V head26, V low) INLINED { return RowNumber<V>{head26, low, head26 + low, head26, low}; };
+  const RowNumber<V> sin = number(row.of[0], row.of[1]), cos = number(row.of[2], row.of[3]);
+  return {added<false>(sin, cos, remainder), added<true>(cos, sin, remainder), lessLanes(magnitude(r), y * nearest)};
+}
+
+}  // namespace
+}  // namespace qorvane
