@@ -1,7 +1,7 @@
 // The demonstration: evaluates every served function through the shared library on real data, and
-// on a long array of arguments from the function's everyday range, and shows the status, the time beside the C
-// library's scalar function in the same run, and the largest error against extended precision.
-// demo.sh builds and runs it.
+// on a long array of arguments from the function's everyday range, and shows the status, the time
+// beside the C library's scalar function in the same run, and the largest error against extended
+// precision. demo.sh builds and runs it.
 //   demo DATA-FOLDER
 #include <algorithm>
 #include <array>
@@ -18,6 +18,7 @@
 #include "frame/detection.h"
 #include "frame/include/qorvane.h"
 #include "tools/call.h"
+#include "tools/inverse_erf_quick.h"
 #include "tools/ranges.h"
 
 namespace {
@@ -89,7 +90,8 @@ constexpr Served served[] = {
 };
 
 // What is computed with a function, and the function itself in the C library's double and long
-// double, of an element of the first input and one of the second, or the scalar.
+// double, of an element of the first input and one of the second, or the scalar. The C library
+// lacks some, whose `scalar` is null.
 template <class T>
 using Results = std::pair<T, T>;
 struct Use {
@@ -150,6 +152,23 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
     turnedLine.insert(turnedLine.end(), {gamma.imag(), -gamma.real()});
     frequencies.push_back(std::to_string(std::lround(hertz)) + " Hz");
   }
+  // The same line's (R + iwL) (G + iwC), of which the square root is its propagation constant.
+  Column product;
+  for (int i = 0; i <= 200; ++i) {
+    const double angular = 2 * M_PI * 100 * std::pow(10, i / 50.0);
+    product.insert(product.end(), {-angular * 0.59e-3 * angular * 50e-9, 280 * angular * 50e-9});
+  }
+  // How far a star's magnitude is from the mean, in standard deviations over sqrt 2; and the stars'
+  // ranks, from -1 to 1.
+  double mean = 0, variance = 0;
+  for (double m : magnitude) mean += m / static_cast<double>(magnitude.size());
+  for (double m : magnitude) variance += (m - mean) * (m - mean) / static_cast<double>(magnitude.size());
+  const Column deviation = map(magnitude, [=](double m) { return (m - mean) / std::sqrt(2 * variance); });
+  const Column rank = map(magnitude, [&](double m) {
+    double below = 0;
+    for (double other : magnitude) below += other < m ? 1 : other == m ? 0.5 : 0;
+    return 2 * below / static_cast<double>(magnitude.size()) - 1;
+  });
   // The way to Greenwich, at 51.48 degrees north: its parts to the east and to the north.
   Column east, north;
   for (size_t i = 0; i < latitude.size(); ++i) {
@@ -190,6 +209,17 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"atan", "latitude as seen from the Earth's centre",
        only(map(radians, [](double x) { return 0.99330562 * std::tan(x); })), FORMULA(atan(a), 0), c},
       {"atan2", "bearing of Greenwich, from north to east", Job{{east, north}}, FORMULA(atan2(a, b), 0), c},
+      {"asinh", "ordinate on Mercator's map, from the tangent of the latitude",
+       only(map(radians, [](double x) { return std::tan(x); })), FORMULA(asinh(a), 0), c},
+      {"acosh", "its magnitude, from the scale of the map there",
+       only(map(radians, [](double x) { return 1 / std::cos(x); })), FORMULA(acosh(a), 0), c},
+      {"atanh", "the ordinate from the sine of the latitude", only(map(radians, [](double x) { return std::sin(x); })),
+       FORMULA(atanh(a), 0), c},
+      {"erf", "share of normal magnitudes between the mean and its mirror image, with sign", only(deviation),
+       FORMULA(erf(a), 0), s},
+      {"erfc", "twice the share of normal magnitudes that are fainter", only(deviation), FORMULA(erfc(a), 0), s},
+      {"erfInv", "normal deviation of the star's rank, over sqrt 2", only(rank), nullptr,
+       FORMULA_OF(long double, accuracy::inverseErfQuick(a), 0), s},
       {"floor", "full years of a period", only(years), FORMULA(floor(a), 0), p},
       {"ceil", "years of a period begun", only(years), FORMULA(ceil(a), 0), p},
       {"trunc", "latitude in whole degrees", only(latitude), FORMULA(trunc(a), 0), c},
@@ -199,6 +229,7 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"modf", "latitude in degrees and the rest", only(latitude), FORMULA(trunc(a), fraction(a)), c},
       {"complexExp", "voltage at the matched line's beginning over that at its end", only(line),
        COMPLEX_FORMULA(exp(z)), f},
+      {"complexSqrt", "propagation constant of the line a kilometre", only(product), COMPLEX_FORMULA(sqrt(z)), f},
       {"complexSinh", "open line: current at its beginning over voltage at its end", only(line),
        COMPLEX_FORMULA(sinh(z)), f},
       {"complexCosh", "open line: voltage at its beginning over that at its end", only(line), COMPLEX_FORMULA(cosh(z)),
@@ -305,16 +336,23 @@ int main(int count, char** arguments) {
     if (statusOfAll != nuvStatusOk) status = statusOfAll;
     const double error = std::max(errorOnData, largestError(all, function.signature, *use));
     const double ours = time(longLength, [&] { function.run(all); });
-    const double theirs = time(longLength, [&] {
-      forEachElement(all, function.signature, [&](const double* x, const double* y, double& first, double& second) {
-        const auto results = use->scalar(x, y);
-        first = results.first, second = results.second;
+    char theirs[16] = "-", ratio[16] = "-";
+    if (use->scalar != nullptr) {
+      const double nanoseconds = time(longLength, [&] {
+        forEachElement(all, function.signature, [&](const double* x, const double* y, double& first, double& second) {
+          const auto results = use->scalar(x, y);
+          first = results.first, second = results.second;
+        });
       });
-    });
+      std::snprintf(theirs, sizeof theirs, "%.2f", nanoseconds);
+      std::snprintf(ratio, sizeof ratio, "%.3f", ours / nanoseconds);
+    }
     const size_t shown = data.in[0].size() / static_cast<size_t>(function.signature.parts) - 1;
-    std::printf("%-22s %5d %6d %11.2f %11.2f %9.3f %9.3f   %s: %s %.6g\n", function.name, level(), status, ours, theirs,
-                ours / theirs, error, use->question, (*use->labels)[shown].c_str(),
-                data.out[0][shown * static_cast<size_t>(function.signature.parts)]);
+    const double* result = &data.out[0][shown * static_cast<size_t>(function.signature.parts)];
+    std::printf("%-22s %5d %6d %11.2f %11s %9s %9.3f   %s: %s %.6g", function.name, level(), status, ours, theirs,
+                ratio, error, use->question, (*use->labels)[shown].c_str(), *result);
+    if (function.signature.parts == 2) std::printf(" %+.6gi", result[1]);
+    std::printf("\n");
     std::fflush(stdout);
     good = good && status == nuvStatusOk && error < largestBound(function.stem);
   }

@@ -5,25 +5,9 @@
 
 #include <cmath>
 
-namespace accuracy {
+#include "tools/inverse_erf_quick.h"
 
-// In extended precision. The logarithm of erfc is so close to a parabola that Newton's method on it
-// gets from anywhere to anywhere.
-inline long double inverseErfQuick(long double x) {
-  constexpr long double twoOverRootPi = 1.12837916709551257389615890312154517L;
-  const long double a = std::fabs(x), w = 1 - a;
-  long double y = a < 0.5L ? a / twoOverRootPi : std::sqrt(-std::log(w));
-  for (int i = 0; i < 6; ++i) {
-    const long double slope = twoOverRootPi * std::exp(-y * y);
-    if (a < 0.5L) {
-      y -= (std::erf(y) - a) / slope;
-    } else {
-      const long double value = std::erfc(y);
-      y += (i < 4 ? std::log(value / w) * value : value - w) / slope;
-    }
-  }
-  return std::copysign(y, x);
-}
+namespace accuracy {
 
 // In MPFR, by 200 bits: from 60 right bits in two steps to more than 200.
 inline void inverseErf(mpfr_ptr result, mpfr_srcptr x) {
