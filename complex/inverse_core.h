@@ -33,7 +33,8 @@ struct AnyKernels {
 // Both parts are from 2^-240 to 2^240 in magnitude.
 INLINE bool isOrdinaryPoint(Complex64 z) {
   constexpr uint32_t from = 0x3ff - 240, count = 480;
-  return (exponentFieldOf(z.re) - from < count) & (exponentFieldOf(z.im) - from < count);
+  const bool re = exponentFieldOf(z.re) - from < count, im = exponentFieldOf(z.im) - from < count;
+  return re & im;
 }
 
 // The angle of the point x + iy of the first quadrant.
