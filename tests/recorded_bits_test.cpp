@@ -94,7 +94,8 @@ uint64_t digestOfModesAndNaNs(const Function& f, int level) {
     for (size_t place = 0; place < f.reals(2) * static_cast<size_t>(f.signature.inputs); ++place) {
       Inputs x = ordinaryInputs(f, 43, length);
       x.in[place / f.reals(2)][f.reals(200) + place % f.reals(2)] = number(nan);
-      take(x, (f.stem != "asin" && f.stem != "acos") || level < 5);  // there two NaNs meet in a sum
+      // Where two NaNs made of one meet in a sum, compilers choose, too.
+      take(x, f.signature.parts == 1 && ((f.stem != "asin" && f.stem != "acos") || level < 5));
     }
   return digest.value;
 }
