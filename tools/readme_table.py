@@ -38,7 +38,8 @@ for cells in rows("performance.md"):
 
 table = ["| function | error, ulp: level 1 | level 5 | ns: level 1 | level 5 | C library | SLEEF AVX |", "|---|---:|---:|---:|---:|---:|---:|"]
 for stem, name in names.items():
-    errors = ["exact" if error[stem, level] == 0 else f"{error[stem, level]:.3f}" for level in (1, 5)]
+    found = [error.get((stem, level)) for level in (1, 5)]
+    errors = ["" if e is None else "exact" if e == 0 else f"{e:.3f}" for e in found]  # empty: not measured yet
     times = [time.get((stem, column), "") for column in ("level 1", "level 5", "C library", "SLEEF AVX")]
     table.append("| " + " | ".join([f"`{name}`", *errors, *times]) + " |")
 
