@@ -43,7 +43,8 @@ include(CMakePackageConfigHelpers)
 configure_package_config_file(cmake/QorvaneConfig.cmake.in QorvaneConfig.cmake INSTALL_DESTINATION ${package_folder})
 write_basic_package_version_file(QorvaneConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfigVersion.cmake DESTINATION ${package_folder})
-install(FILES frame/include/qorvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# The header, and beside it the bindings, both as sources.
+install(FILES frame/include/qorvane.h frame/include/qorvane.hpp frame/include/qorvane.f90 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # The folders are relative to qorvane.pc, so that an installation may be moved, unless they were given as absolute ones.
 if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")

@@ -30,6 +30,7 @@ configured() {
 for kind in "$@"; do
   folder=$(configured consumer "$kind")
   check "$kind" "$folder/consumer"
+  check "$kind" "$folder/spans"
   library=
   [ "$kind" = Shared ] || library='s/-lTarnwell.Qorvane/-l:libTarnwell.Qorvane.a/'
   "$cc" -std=c11 -pedantic -Wall -Werror "$source/tests/consumer/main.c" -o "$work/main$kind" \

@@ -12,6 +12,8 @@
      binary   (srcA, srcB, dst, len)      dst[i] = f(srcA[i], srcB[i])
      scalar   (src, value, dst, len)      dst[i] = f(src[i], value)
      split    (src, dstA, dstB, len)      dstA[i] and dstB[i] from src[i]
+   The ending _A53 promises results good to about all 53 bits of a double: each function states its
+   largest error, near half a unit in the last place for most. Functions without it are exact.
    Every function has a twin with the ending _Idx, which takes an offset beside each array, in
    elements, negative ones included, and otherwise is the same.
 
@@ -50,6 +52,10 @@
 
 #include <stdint.h>
 
+#define QORVANE_VERSION_MAJOR 1
+#define QORVANE_VERSION_MINOR 0
+#define QORVANE_VERSION_PATCH 0
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -75,9 +81,32 @@ enum {
   nuvStatusOutOfDomain = 19  /* the argument lies outside the function's domain: the result is a NaN */
 };
 
+/* What a status means, in words. */
+static inline const char* nuvStatusText(nuvStatus status) {
+  switch (status) {
+    case nuvStatusOk: return "success";
+    case nuvStatusBadLength: return "a length, or a thread count, is below 1";
+    case nuvStatusNullPointer: return "a required pointer is null";
+    case nuvStatusOverflow: return "a result is too large for a double";
+    case nuvStatusUnderflow: return "a result became subnormal or zero";
+    case nuvStatusPole: return "an infinite result, exactly, from a finite argument";
+    case nuvStatusOutOfDomain: return "an argument lies outside the function's domain";
+    default: return "no status of this library";
+  }
+}
+
 /* The thread count: at load the smaller of the OpenMP runtime's processors and its most threads. It
    is kept for callers and has no effect on any function. A null `count` gives nuvStatusNullPointer;
-   a count below 1 gives nuvStatusBadLength and changes nothing. */
+   a count below 1 gives nuvStatusBadLength and changes nothing.
+   Several threads work on one array in pieces of 2^14 elements, a multiple of every block, with the
+   bits and the status of a single call (count at least 1, pointers not null):
+     int64_t last = 0;
+     #pragma omp parallel for reduction(max : last)
+     for (int64_t i = 0; i < count; i += 1 << 14) {
+       nuvStatus s = nuvsExp_64f_A53(x + i, y + i, (int32_t)(count - i < 1 << 14 ? count - i : 1 << 14));
+       if (s != nuvStatusOk && i + s > last) last = i + s;
+     }
+     nuvStatus status = (nuvStatus)(last % (1 << 14)); */
 QORVANE_API nuvStatus nuvGetNumThreads(int32_t* count);
 QORVANE_API nuvStatus nuvSetNumThreads(int32_t count);
 
