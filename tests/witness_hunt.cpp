@@ -173,7 +173,7 @@ std::vector<Batch> huntingGround(const Kernel& k, const Function& f) {
   std::vector<Batch> all;
   accuracy::Random random{77};
   const auto ranges = accuracy::rangesOf(f.stem);
-  const size_t rounds = f.signature.scalar ? 200 : 6;
+  const size_t rounds = f.signature.scalar ? 200 : 24 / ranges.size() + 1;
   for (size_t round = 0; round < rounds; ++round)
     for (const accuracy::Range& range : ranges) {
       const size_t length = f.signature.scalar ? 256 : 1 << 16;
