@@ -65,9 +65,11 @@ TEST(Dispatch, TheLoadHookHasChosen) {
                          : __builtin_cpu_supports("ssse3")  ? 2
                          : __builtin_cpu_supports("sse3")   ? 1
                                                             : 0;
-  const int mayHaveMovbe = byCompiler == 2 && DispatchLevel == 3 ? 3 : byCompiler;
+  uint32_t a, b, ecx, d;
+  __cpuid(1, a, b, ecx, d);
+  const int level = byCompiler == 2 && (ecx & ecxBit(22)) != 0 ? 3 : byCompiler;  // it doesn't tell MOVBE
   const char* expected = std::getenv("QORVANE_EXPECTED_LEVEL");
-  EXPECT_EQ(DispatchLevel, expected != nullptr ? std::atoi(expected) : mayHaveMovbe);
+  EXPECT_EQ(DispatchLevel, expected != nullptr ? std::atoi(expected) : level);
 }
 
 // XMM and YMM state must both be saved; without OSXSAVE there is no XGETBV to ask.

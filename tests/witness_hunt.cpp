@@ -311,10 +311,17 @@ void hunt(const std::string& archive, const Function& f, size_t program, std::ve
     for (Batch& b : h.witnesses) recorded.push_back(std::move(b));
     h.witnesses.clear();
   }
-  std::vector<size_t> unread = left;
+  // Who isn't read at all?
   h.turned = ~uint64_t{0};
-  h.search(unread, recorded, any);
-  h.search(unread, ground, any);
+  std::vector<size_t> unread = left;
+  std::erase_if(unread, [&](size_t word) {
+    h.turn({&word, 1});
+    const auto isShown = [&](const Batch& b) { return shows(k, f, b); };
+    const bool shown =
+        std::any_of(recorded.begin(), recorded.end(), isShown) || std::any_of(ground.begin(), ground.end(), isShown);
+    h.turn({&word, 1});
+    return shown;
+  });
   std::fprintf(stderr, " unseen: %zu, never read: %zu\n", left.size() - unread.size(), unread.size());
   for (const size_t i : left)
     if (std::getenv("QORVANE_UNSEEN") != nullptr && std::find(unread.begin(), unread.end(), i) == unread.end())
