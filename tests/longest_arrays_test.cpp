@@ -91,7 +91,7 @@ void expectTheEnd(Windows& w, const Function& f, size_t last, double& seconds) {
   double begin = processorSeconds();
   callOf(first.in[0].data(), expected[0][0].data(), expected[0][1].data(), elements);
   callOf(other.in[0].data(), expected[1][0].data(), expected[1][1].data(), elements);
-  if ((processorSeconds() - begin) * static_cast<double>(last / period) / 2 > seconds) {
+  if ((processorSeconds() - begin) * static_cast<double>(last) / (2 * period) > seconds) {
     w.skipped.append(" ").append(f.stem).append(last == beyond31Bits ? "" : " (INT32_MAX)");
     return;
   }
