@@ -291,5 +291,30 @@ TEST(Pow, RepairReachesItsGroupAlone) {
   }
 }
 
+// 2^-1042 is the smallest exponent that leaves its group on the fast path: the others keep their bits.
+TEST(Pow, TheSmallestExponentThatStaysInItsGroup) {
+  constexpr int n = 2000;
+  std::vector<double> x, y, plain(n), beside(n), below(n);
+  for (int i = 0; i < n; ++i) x.push_back(0.7 + 0.0013 * i), y.push_back(11.3 - 0.31 * (i % 70));
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    const auto powWithEveryFourth = [&](double exponent, std::vector<double>& results) {
+      std::vector<double> ys = y;
+      for (int i = 1; i < n; i += 4) ys[i] = exponent;
+      nuvsPow_64f_A53(x.data(), ys.data(), results.data(), n);
+    };
+    powWithEveryFourth(1, plain);
+    powWithEveryFourth(-0x1p-1042, beside);
+    powWithEveryFourth(-0x0.ffffp-1042, below);
+    int others = 0;
+    for (int i = 0; i < n; ++i) {
+      if (i % 4 == 1) continue;
+      EXPECT_EQ(bits(beside[i]), bits(plain[i])) << "level " << level << ", element " << i;
+      others += bits(below[i]) != bits(plain[i]);
+    }
+    EXPECT_EQ(others > 0, level < 5) << others;  // else nothing was shown
+  }
+}
+
 }  // namespace
 }  // namespace qorvane::test
