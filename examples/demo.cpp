@@ -100,6 +100,7 @@ struct Use {
   Results<double> (*scalar)(const double* x, const double* y);
   Results<long double> (*exact)(const long double* x, const long double* y);
   const std::vector<std::string>* labels;
+  bool ofTheLarger = false;  // errors count in units of the larger of both parts, as a complex power's
 };
 #define FORMULA_OF(T, first, second)         \
   [](const T* x, const T* y) {               \
@@ -246,9 +247,9 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"complexLn", "line's attenuation and phase, from the voltages", only(ratio), COMPLEX_FORMULA(log(z)), f},
       {"complexLog10", "the same in bels", only(ratio), COMPLEX_FORMULA(log10(z)), f},
       {"complexPow", "voltages' ratio over 0 to 10 km, from that over 5 km", Job{{ratio, lengths}},
-       COMPLEX_FORMULA(pow(z, exponent)), f},
+       COMPLEX_FORMULA(pow(z, exponent)), f, true},
       {"complexPowx", "that over 7.5 km", Job{{ratio, Column(ratio.size())}, {1.5, 0}},
-       COMPLEX_FORMULA(pow(z, exponent)), f},
+       COMPLEX_FORMULA(pow(z, exponent)), f, true},
       {"complexAsin", "place on the transverse map, from tanh z", only(tangents), COMPLEX_FORMULA(asin(z)), c},
       {"complexAcos", "the same from the pole", only(tangents), COMPLEX_FORMULA(acos(z)), c},
       {"complexAtan", "the same from sinh z", only(sines), COMPLEX_FORMULA(atan(z)), c},
@@ -268,9 +269,10 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   };
 }
 
-double ulps(double y, long double exact) {
-  if (exact == 0) return y == 0 ? 0 : HUGE_VAL;
-  return static_cast<double>(std::fabs(y - exact) / std::ldexp(1.0L, std::max(std::ilogb(exact), -1022) - 52));
+// The error of y in units of the last place of `unit`.
+double ulps(double y, long double exact, long double unit) {
+  if (unit == 0) return y == 0 ? 0 : HUGE_VAL;
+  return static_cast<double>(std::fabs(y - exact) / std::ldexp(1.0L, std::max(std::ilogb(unit), -1022) - 52));
 }
 
 // Calls `take` with the element i of the first input, that of the second one or the scalar, and the
@@ -290,8 +292,10 @@ double largestError(Job& job, const qorvane::Signature& signature, const Use& us
     const bool pair = signature.parts == 2;
     const long double xs[] = {x[0], pair ? x[1] : 0}, ys[] = {y[0], pair ? y[1] : 0};
     const auto exact = use.exact(xs, ys);
-    largest = std::max(largest, ulps(first, exact.first));
-    if (signature.realsOut() == 2) largest = std::max(largest, ulps(second, exact.second));
+    const long double larger = std::max(std::fabs(exact.first), std::fabs(exact.second));
+    largest = std::max(largest, ulps(first, exact.first, use.ofTheLarger ? larger : exact.first));
+    if (signature.realsOut() == 2)
+      largest = std::max(largest, ulps(second, exact.second, use.ofTheLarger ? larger : exact.second));
   });
   return largest;
 }
