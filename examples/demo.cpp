@@ -165,13 +165,12 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   }
   // Cities on Mercator's map, longitude and ordinate as one number z; the transverse map, on which
   // Greenwich's meridian is true to scale, has them at asin(tanh z) = atan(sinh z).
-  Column tangents, sines, transverseSines, transverseTangents, transverseScales;
+  Column tangents, sines, transverseTangents, transverseScales;
   for (size_t i = 0; i < mercator.size(); ++i) {
     const std::complex<double> z(mercator[i], longitude[i] * (M_PI / 180)), place = std::asin(std::tanh(z));
     const auto add = [](Column& to, std::complex<double> w) { to.insert(to.end(), {w.real(), w.imag()}); };
     add(tangents, std::tanh(z)), add(sines, std::sinh(z));
-    add(transverseSines, std::sin(place)), add(transverseTangents, std::tan(place));
-    add(transverseScales, 1.0 / std::cos(place));
+    add(transverseTangents, std::tan(place)), add(transverseScales, 1.0 / std::cos(place));
   }
   // How far a star's magnitude is from the mean, in standard deviations over sqrt 2; and the stars'
   // ranks, from -1 to 1.
@@ -256,7 +255,6 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"complexAsinh", "place on Mercator's map, from the transverse one's tangent", only(transverseTangents),
        COMPLEX_FORMULA(asinh(z)), c},
       {"complexAcosh", "the same from its secant", only(transverseScales), COMPLEX_FORMULA(acosh(z)), c},
-      {"complexAtanh", "the same from its sine", only(transverseSines), COMPLEX_FORMULA(atanh(z)), c},
       {"complexSqrt", "propagation constant of the line a kilometre", only(product), COMPLEX_FORMULA(sqrt(z)), f},
       {"complexSinh", "open line: current at its beginning over voltage at its end", only(line),
        COMPLEX_FORMULA(sinh(z)), f},
