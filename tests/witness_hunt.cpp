@@ -25,6 +25,7 @@
 #include <ctime>
 #include <fstream>
 #include <numeric>
+#include <set>
 #include <span>
 #include <string>
 
@@ -194,10 +195,20 @@ std::vector<Batch> huntingGround(const Kernel& k, const Function& f) {
       for (const double near : {e, std::nextafter(e, HUGE_VAL), std::nextafter(e, -HUGE_VAL)})
         edges.insert(edges.end(), {near, -near});
   };
+  std::set<uint32_t> highWords;
   for (size_t i = 0; i < k.count; ++i) {
-    add(std::bit_cast<double>(k.words[i]));
-    for (const uint64_t high : {k.words[i] >> 32, k.words[i] & 0xffffffffu}) add(number(high << 32));
+    add(number(k.words[i]));
+    const auto high = static_cast<uint32_t>(k.words[i] >> 32);
+    if (high == static_cast<uint32_t>(k.words[i])) highWords.insert(high);  // a word that is compared with high words
+    add(number(uint64_t{high} << 32));
   }
+  constexpr int tries = 64;
+  for (const uint32_t high : highWords)
+    for (int i = 0; i < 3 * tries; ++i) {
+      const auto low = static_cast<uint32_t>(random.unit() * 0x1p32);
+      const double e = number(uint64_t{high + static_cast<uint32_t>(i % 3) - 1} << 32 | low);
+      if (std::isfinite(e)) edges.insert(edges.end(), {e, -e});
+    }
   const size_t parts = f.reals(1);
   edges.resize(edges.size() / parts * parts);
   for (int which = 0; which < 2; ++which) {
