@@ -232,12 +232,16 @@ Batch partOf(const Kernel& k, const Function& f, const Batch& b, const std::vect
 struct Hunt {
   const Function& f;
   Kernel k;
-  uint64_t turned = 0;           // the bits of a word that are turned
+  std::vector<uint64_t> words;   // as they are
+  uint64_t turned = 0;           // the bits of a word that are turned; 0: both its halves become one less
   std::vector<Batch> witnesses;  // those found for these bits
   std::vector<accuracy::Point>& all;
 
-  void turn(std::span<const size_t> words) const {
-    for (const size_t i : words) k.words[i] ^= turned;
+  void turn(std::span<const size_t> which) const {
+    for (const size_t i : which) k.words[i] = turned != 0 ? words[i] ^ turned : words[i] - 0x0000'0001'0000'0001;
+  }
+  void turnBack(std::span<const size_t> which) const {
+    for (const size_t i : which) k.words[i] = words[i];
   }
 
   // Looks in the batches for elements that show words of `mine`, which leave it where found(word, element) agrees. Words
@@ -250,7 +254,7 @@ struct Hunt {
     for (const Batch& b : batches) {
       turn(mine);
       const bool isWell = changes(k, f, b, elements);
-      turn(mine);
+      turnBack(mine);
       if (isWell && elements.empty()) continue;
       if (mine.size() == 1) {
         if (!found(mine[0], b, isWell ? elements[0] : SIZE_MAX)) continue;
@@ -274,7 +278,7 @@ struct Hunt {
     const auto isShown = [&](const Batch& one) {
       turn({&word, 1});
       const bool shown = shows(k, f, one);
-      turn({&word, 1});
+      turnBack({&word, 1});
       return shown;
     };
     if (std::any_of(witnesses.begin(), witnesses.end(), isShown)) return true;
@@ -294,8 +298,9 @@ struct Hunt {
 
 // `found`: the witnesses that were found for other programs of the function, and those that are found now.
 void hunt(const std::string& archive, const Function& f, size_t program, std::vector<accuracy::Point>& found) {
-  Hunt h{f, loadKernel(archive, f, program), 0, {}, found};
+  Hunt h{f, loadKernel(archive, f, program), {}, 0, {}, found};
   const Kernel& k = h.k;
+  h.words.assign(k.words, k.words + k.count);
   std::vector<Batch> recorded;
   for (Inputs& x : recordedInputs(f, 100'000)) recorded.push_back(batchOf(k, f, std::move(x)));
   for (const accuracy::Point& p : found) recorded.push_back(batchOf(k, f, copiesOf(f, p)));
@@ -306,26 +311,36 @@ void hunt(const std::string& archive, const Function& f, size_t program, std::ve
   std::fprintf(stderr, "%s, %s: %zu words; by bit, seen + found:", f.stem.data(),
                std::string(f.programs[program].name).c_str(), left.size());
   const auto any = [](size_t, const Batch&, size_t) { return true; };
-  for (const int position : {0, 12, 24, 36, 44, 48, 52}) {
-    const size_t before = left.size();
-    h.turned = uint64_t{1} << position;
-    std::erase_if(left, [&](size_t word) {  // one by one, those that many elements show, and addresses that lead astray
-      std::vector<size_t> elements;
-      bool isSeen = false;
-      for (size_t b = 0; b < 2 && !isSeen; ++b) {
-        h.turn({&word, 1});
-        isSeen = !changes(k, f, recorded[b], elements) || !elements.empty();
-        h.turn({&word, 1});
-      }
-      return isSeen;
-    });
-    h.search(left, recorded, any);
-    const size_t unrecorded = left.size();
-    h.search(left, ground, [&](size_t word, const Batch& b, size_t element) { return h.isWitness(word, b, element); });
-    std::fprintf(stderr, " %d: %zu + %zu (%zu rows),", position, before - unrecorded, unrecorded - left.size(),
+  const auto huntFor = [&](std::vector<size_t>& those, const std::string& what) {
+    const size_t before = those.size();
+    std::erase_if(those,
+                  [&](size_t word) {  // one by one, those that many elements show, and addresses that lead astray
+                    std::vector<size_t> elements;
+                    bool isSeen = false;
+                    for (size_t b = 0; b < 2 && !isSeen; ++b) {
+                      h.turn({&word, 1});
+                      isSeen = !changes(k, f, recorded[b], elements) || !elements.empty();
+                      h.turnBack({&word, 1});
+                    }
+                    return isSeen;
+                  });
+    h.search(those, recorded, any);
+    const size_t unrecorded = those.size();
+    h.search(those, ground, [&](size_t word, const Batch& b, size_t element) { return h.isWitness(word, b, element); });
+    std::fprintf(stderr, " %s: %zu + %zu (%zu rows),", what.c_str(), before - unrecorded, unrecorded - those.size(),
                  h.witnesses.size());
     for (Batch& b : h.witnesses) recorded.push_back(std::move(b));
     h.witnesses.clear();
+  };
+  // Words that are compared with high words stand there twice; from above and from below.
+  std::vector<size_t> ends;
+  for (const size_t i : left)
+    if (k.words[i] >> 32 == (k.words[i] & 0xffffffffu)) ends.push_back(i);
+  h.turned = 0;
+  huntFor(ends, "less");
+  for (const int position : {0, 12, 24, 36, 44, 48, 52}) {
+    h.turned = uint64_t{1} << position;
+    huntFor(left, std::to_string(position));
   }
   // Who isn't read at all?
   h.turned = ~uint64_t{0};
