@@ -350,7 +350,7 @@ void hunt(const std::string& archive, const Function& f, size_t program, std::ve
     const auto isShown = [&](const Batch& b) { return shows(k, f, b); };
     const bool shown =
         std::any_of(recorded.begin(), recorded.end(), isShown) || std::any_of(ground.begin(), ground.end(), isShown);
-    h.turn({&word, 1});
+    h.turnBack({&word, 1});
     return shown;
   });
   std::fprintf(stderr, " unseen: %zu, never read: %zu\n", left.size() - unread.size(), unread.size());
