@@ -54,7 +54,9 @@ struct Place {
 
 void add(const std::shared_ptr<Place>& place, const std::string& name, int level, const Contestant* contestant) {
   const Workload& workload = *place->workload;
-  const std::string range = workload.label.empty() ? "" : "[" + workload.label + "]";
+  std::string title = workload.stem;
+  if (!workload.label.empty()) title.append("[").append(workload.label).append("]");
+  title.append("/").append(name).append("/");
   benchmark::internal::Benchmark* entry = nullptr;
   for (int n : lengths) {
     const auto run = [=, calls = std::make_shared<int64_t>(0)](benchmark::State& state) {
@@ -67,7 +69,7 @@ void add(const std::shared_ptr<Place>& place, const std::string& name, int level
       state.counters["element"] = benchmark::Counter(
           static_cast<double>(n), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
     };
-    entry = benchmark::RegisterBenchmark((workload.stem + range + "/" + name + "/" + std::to_string(n)).c_str(), run);
+    entry = benchmark::RegisterBenchmark((title + std::to_string(n)).c_str(), run);
     entry->UseRealTime()->ComputeStatistics(
         "least", [](const std::vector<double>& times) { return *std::min_element(times.begin(), times.end()); });
     entry->ReportAggregatesOnly();

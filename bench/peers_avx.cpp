@@ -10,8 +10,8 @@ namespace {
 using V [[gnu::vector_size(32)]] = double;
 #define SLEEF(name, accuracy) Sleef_##name##d4_##accuracy##avx
 #define LIBMVEC(operands, name) _ZGVcN4##operands##_##name
-#include "bench/peers_sleef.inc"
 #include "bench/peers_libmvec.inc"
+#include "bench/peers_sleef.inc"
 
 bool runsHere() { return __builtin_cpu_supports("avx") != 0; }
 

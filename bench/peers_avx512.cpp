@@ -10,8 +10,8 @@ namespace {
 using V [[gnu::vector_size(64)]] = double;
 #define SLEEF(name, accuracy) Sleef_##name##d8_##accuracy##avx512f
 #define LIBMVEC(operands, name) _ZGVeN8##operands##_##name
-#include "bench/peers_sleef.inc"
 #include "bench/peers_libmvec.inc"
+#include "bench/peers_sleef.inc"
 
 bool runsHere() { return __builtin_cpu_supports("avx512f") != 0; }
 

@@ -10,8 +10,8 @@ namespace {
 using V [[gnu::vector_size(16)]] = double;
 #define SLEEF(name, accuracy) Sleef_##name##d2_##accuracy##sse4
 #define LIBMVEC(operands, name) _ZGVbN2##operands##_##name
-#include "bench/peers_sleef.inc"
 #include "bench/peers_libmvec.inc"
+#include "bench/peers_sleef.inc"
 
 bool runsHere() { return __builtin_cpu_supports("sse4.1") != 0; }
 
