@@ -35,7 +35,7 @@ Measurement measureRow(const Function& f, const LevelGroup& levels, const Range&
 // Rounded up, so that no document states less than what was found.
 std::string roundedUp(double error) {
   char text[40];
-  std::snprintf(text, sizeof text, "%.4f", std::ceil(std::fabs(error) * 1e4 - 1e-6) / 1e4);
+  std::snprintf(text, sizeof text, "%.4f", std::max(std::ceil(std::fabs(error) * 1e4 - 1e-6), 1.0) / 1e4);
   return error == 0 ? "0" : text;
 }
 

@@ -64,6 +64,7 @@ for rows in accuracy.values():
 speed = {stem: [] for stem in functions}  # stem -> rows
 for row in read_csv(root / "docs/data/speed.csv"):
     if row["function"] in speed:
+        row.update({c: f"{float(row[c]):#.3g}".rstrip(".") for c in contestants if row[c]})
         speed[row["function"]].append(row)
 machines = list(dict.fromkeys(row["machine"] for rows in speed.values() for row in rows))
 

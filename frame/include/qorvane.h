@@ -252,7 +252,7 @@ QORVANE_API nuvStatus nuvsSin_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    (magnitudes above 65536, infinities).
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
    accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.519 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17: 0.534
+   Accuracy: largest error found 0.519 (levels 1 to 4), 0.505 (level 5) ulp; near 2^17: 0.534
    (levels 1 to 4), 0.503 (level 5); near 2^17 and multiples of pi/4: 0.602 (levels 1 to 4), 0.503
    (level 5). */
 QORVANE_API nuvStatus nuvsCos_64f_A53(const Float64* src, Float64* dst, int32_t len);
@@ -269,7 +269,7 @@ QORVANE_API nuvStatus nuvsCos_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    last len mod 8 elements may differ in the last bit from that of an element in a block.
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
    accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.551 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17 and multiples
+   Accuracy: largest error found 0.552 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17 and multiples
    of pi/4: 0.602 (levels 1 to 4), 0.503 (level 5). */
 QORVANE_API nuvStatus nuvsSinCos_64f_A53(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
 /* nuvsSinCos_64f_A53 on arrays that begin at an offset, in elements. */
@@ -378,7 +378,7 @@ QORVANE_API nuvStatus nuvsTanh_64f_A53_Idx(const Float64* src, int32_t srcOffset
    Own modes; at level 1 x87 arithmetic with 64-bit significands, and the caller's control word comes
    back.
    Accuracy: largest error found 0.750 (level 1), 0.515 (levels 2 to 5) ulp; around 2^-9: 0.862
-   (level 1), 0.510 (levels 2 to 5); small arguments: 0.862 (level 1), 0.515 (levels 2 to 5); all
+   (level 1), 0.510 (levels 2 to 5); small arguments: 0.862 (level 1), 0.516 (levels 2 to 5); all
    arguments: 0.862 (level 1), 0.515 (levels 2 to 5). */
 QORVANE_API nuvStatus nuvsAsinh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAsinh_64f_A53 on arrays that begin at an offset, in elements. */
