@@ -1,16 +1,28 @@
 #!/usr/bin/env python3
-"""docs.py [--check]: writes what repeats for every function from the table of functions, the header's comments and docs/data: docs/reference.md,
-the tables in README.md, docs/accuracy.md and docs/performance.md, the pictures, and the manual pages. --check says what isn't as it would write it,
-and fails."""
+"""docs.py [--check]: writes what repeats for every function from the table of functions, the header's comments and
+docs/data: docs/reference.md, the tables in README.md, docs/accuracy.md and docs/performance.md, the pictures, and the
+manual pages. --check says what isn't as it would write it, and fails."""
 import re
 import sys
-import textwrap
 from pathlib import Path
 
-from docs_data import accuracy, contestants, declarations, families, functions, introduction, largest_error, machines, root, speed, statuses, time_of, version
+from docs_data import (
+    accuracy,
+    contestants,
+    declarations,
+    families,
+    functions,
+    introduction,
+    largest_error,
+    machines,
+    root,
+    speed,
+    statuses,
+    time_of,
+)
+from docs_manual import manual_pages
 from docs_pictures import accuracy_picture, speed_picture
 
-date = "November 23, 2026"  # of the version
 peers = """SLEEF's functions are those within 1 ulp (erfc: 1.5); libmvec is the C library's vector functions,
 within 4 ulp as its documentation says."""
 by_name = {function["name"]: stem for stem, function in functions.items()}
@@ -18,7 +30,16 @@ files = {}  # path from the root -> text
 
 
 def markdown(head, rows, left=1):
-    return "\n".join(["| " + " | ".join(head) + " |", "|" + "---|" * left + "---:|" * (len(head) - left), *("| " + " | ".join(row) + " |" for row in rows)]) + "\n"
+    return (
+        "\n".join(
+            [
+                "| " + " | ".join(head) + " |",
+                "|" + "---|" * left + "---:|" * (len(head) - left),
+                *("| " + " | ".join(row) + " |" for row in rows),
+            ]
+        )
+        + "\n"
+    )
 
 
 def cell(words):
@@ -31,7 +52,7 @@ def between(path, mark, text):
     begin, end = f"<!-- {mark} -->\n", f"<!-- /{mark} -->"
     if whole.count(begin) != 1 or whole.count(end) != 1:
         sys.exit(f"{path} lacks the marks {begin.strip()} and {end}")
-    files[path] = whole[: whole.index(begin) + len(begin)] + text + whole[whole.index(end):]
+    files[path] = whole[: whole.index(begin) + len(begin)] + text + whole[whole.index(end) :]
 
 
 def machine_line():
@@ -44,8 +65,17 @@ def readme_table():
     for stem, function in functions.items():
         found = [largest_error(stem, level) for level in (1, 5)]
         errors = ["" if e is None else "exact" if e == 0 else f"{e:.3f}" for e in found]
-        rows.append([f"[`{function['name']}`](docs/reference.md#{function['name'].lower()})", *errors, *(time_of(stem, c, 1000) for c in columns)])
-    return markdown(["function", "error, ulp: level 1", "level 5", "ns: level 1", *columns[1:]], rows) + f"\n{machine_line()}"
+        rows.append(
+            [
+                f"[`{function['name']}`](docs/reference.md#{function['name'].lower()})",
+                *errors,
+                *(time_of(stem, c, 1000) for c in columns),
+            ]
+        )
+    return (
+        markdown(["function", "error, ulp: level 1", "level 5", "ns: level 1", *columns[1:]], rows)
+        + f"\n{machine_line()}"
+    )
 
 
 def share(row, name):
@@ -59,8 +89,16 @@ def accuracy_table():
     for stem in functions:
         for row in accuracy[stem]:
             at = ", ".join(f"`{number}`" for number in row["at"].split())
-            rows.append([f"[{stem}](reference.md#{functions[stem]['name'].lower()})", cell(f"{row['range']}: {row['arguments']}"), row["levels"], row["largest error"], at,
-                         share(row, "correctly rounded")])
+            rows.append(
+                [
+                    f"[{stem}](reference.md#{functions[stem]['name'].lower()})",
+                    cell(f"{row['range']}: {row['arguments']}"),
+                    row["levels"],
+                    row["largest error"],
+                    at,
+                    share(row, "correctly rounded"),
+                ]
+            )
     return markdown(["Function", "Range", "Levels", "Largest error, ulp", "At", "Correctly rounded, %"], rows, 3)
 
 
@@ -68,10 +106,23 @@ def speed_tables():
     long = [c for c in contestants if c not in ("level 2", "level 3")]
     head = ["function, n = 1000", *long]
     workloads = [(stem, row["range"]) for stem in functions for row in speed[stem] if row["n"] == "1000"]
-    named = lambda stem, range: f"[{stem}](reference.md#{functions[stem]['name'].lower()})" + (f", {range}" if range else "")
-    tables = machine_line() + "\n" + markdown(head, [[named(s, r), *(time_of(s, c, 1000, r) for c in long)] for s, r in workloads])
+    named = lambda stem, range: f"[{stem}](reference.md#{functions[stem]['name'].lower()})" + (
+        f", {range}" if range else ""
+    )
+    tables = (
+        machine_line()
+        + "\n"
+        + markdown(head, [[named(s, r), *(time_of(s, c, 1000, r) for c in long)] for s, r in workloads])
+    )
     short = [(n, c) for n in (1, 8, 100) for c in ("level 1", "level 5", "C library", "SLEEF AVX")]
-    return tables + "\n" + markdown(["short arrays", *(f"{c}, n = {n}" for n, c in short)], [[named(s, r), *(time_of(s, c, n, r) for n, c in short)] for s, r in workloads])
+    return (
+        tables
+        + "\n"
+        + markdown(
+            ["short arrays", *(f"{c}, n = {n}" for n, c in short)],
+            [[named(s, r), *(time_of(s, c, n, r) for n, c in short)] for s, r in workloads],
+        )
+    )
 
 
 def c_declaration(name):
@@ -80,25 +131,35 @@ def c_declaration(name):
 
 def reference_entry(name, stem):
     parts = [f"### {name}\n", "```c", c_declaration(name), c_declaration(name + "_Idx"), "```\n"]
-    parts += [re.sub(r"\b(nuv\w+|dst\w*\[i\]|src\w*\[i\])", r"`\1`", p).replace("*", "\\*") + "\n" for p in declarations[name][0]]
+    parts += [
+        re.sub(r"\b(nuv\w+|dst\w*\[i\]|src\w*\[i\])", r"`\1`", p).replace("*", "\\*") + "\n"
+        for p in declarations[name][0]
+    ]
     if f"docs/pictures/{stem}.svg" in files:
         parts.append(f"![Errors of {name}, a row for each range and program](pictures/{stem}.svg)\n")
     columns = [c for c in contestants if any(row.get(c) for row in speed[stem])]
     if columns:
-        rows = [[", ".join(filter(None, (row["range"], row["n"]))), *(row[c] or "" for c in columns)] for row in speed[stem]]
+        rows = [
+            [", ".join(filter(None, (row["range"], row["n"]))), *(row[c] or "" for c in columns)] for row in speed[stem]
+        ]
         parts.append(markdown(["n", *columns], rows))
     return "\n".join(parts)
 
 
 def reference():
-    parts = ["# Reference\n", "<!-- Written by tools/docs.py: the words are those of frame/include/qorvane.h. -->\n",
-             "What holds for all functions: arrays, statuses, modes, threads.\n"]
+    parts = [
+        "# Reference\n",
+        "<!-- Written by tools/docs.py: the words are those of frame/include/qorvane.h. -->\n",
+        "What holds for all functions: arrays, statuses, modes, threads.\n",
+    ]
     for p in introduction[1:]:
         parts.append(p if p.startswith("  ") else re.sub(r"^(\w[\w -]*)\. ", r"**\1.** ", p))
     text = "\n".join(parts)
     text = re.sub(r"((?:^  .*\n)+)", r"\n```\n\1```\n\n", text, flags=re.M)
     text = re.sub(r"(?<=[.:])\n(?=[A-Z*])", "\n\n", text)
-    text += "\n\n| status | value of an element or a call |\n|---|---|\n" + "".join(f"| `{name}` | {meaning} |\n" for name, meaning in statuses.items())
+    text += "\n\n| status | value of an element or a call |\n|---|---|\n" + "".join(
+        f"| `{name}` | {meaning} |\n" for name, meaning in statuses.items()
+    )
     text += f"\n{machine_line()}"
     for title, name in families:
         if title:
@@ -106,83 +167,6 @@ def reference():
         elif name in by_name:
             text += "\n" + reference_entry(name, by_name[name])
     return text
-
-
-roff_escapes = str.maketrans({"\\": "\\e", "±": "\\(+-", "∓": "\\(-+", "π": "\\(*p", "-": "\\-"})
-
-
-def capital(words):
-    return words[0].upper() + words[1:]
-
-
-def roff(words):
-    words = words.translate(roff_escapes)
-    if not words.isascii():
-        sys.exit(f"a manual page can't have what is in: {words}")
-    return words
-
-
-def sentences(words):
-    """Each begins a line, as is the custom in manual pages; lines have at most 79 columns."""
-    lines = []
-    for sentence in re.split(r"(?<=\w\w\.|\w\)\.) (?=[A-Z]|-\d)", words):
-        lines += textwrap.wrap(roff(sentence), 79, break_long_words=False, break_on_hyphens=False)
-    # A point or an apostrophe at a line's start would be a request.
-    lines = ["\\&" + line if line[:1] in ".'" else line for line in lines]
-    return lines
-
-
-def man_text(found):
-    """Paragraphs; those of code between displays."""
-    lines, code = [], False
-    for p in found:
-        is_code = p.startswith("  ")
-        if is_code != code:
-            lines.append(".Bd -literal -offset indent" if is_code else ".Ed")
-        if not is_code and lines and not lines[-1].startswith(".Sh"):
-            lines.append(".Pp")
-        lines += [roff(p[2:])] if is_code else sentences(p)
-        code = is_code
-    return lines + ([".Ed"] if code else [])
-
-
-def page(name, twins, summary, body):
-    names = [name, *twins]
-    lines = ['.\\" Written by tools/docs.py.', f".Dd {date}", f".Dt {name.upper()} 3", f".Os Qorvane {version}", ".Sh NAME"]
-    lines += [f".Nm {n} ," for n in names[:-1]] + [f".Nm {names[-1]}", f".Nd {roff(summary)}", *body]
-    files[f"man/man3/{name}.3"] = "\n".join(lines) + "\n"
-    for twin in twins:
-        files[f"man/man3/{twin}.3"] = f".so man3/{name}.3\n"
-
-
-def synopsis(names):
-    lines = [".Sh SYNOPSIS", ".In qorvane.h"]
-    for name in names:
-        lines += [".Ft nuvStatus", f".Fo {name}", *(f'.Fa "{argument}"' for argument in declarations[name][1]), ".Fc"]
-    return lines
-
-
-def status_list(names):
-    return [".Bl -tag -width Ds", *(line for n in names for line in (f".It Dv {n}", *sentences(capital(statuses[n]) + "."))), ".El"]
-
-
-def manual_pages():
-    always = ["nuvStatusBadLength", "nuvStatusNullPointer"]
-    for name in by_name:
-        found = declarations[name][0]
-        twins = [name + "_Idx"]
-        body = [*synopsis([name, *twins]), ".Sh DESCRIPTION", *man_text([p for p in found if not p.startswith("Accuracy:")]), ".Pp", "The twin", f".Fn {twins[0]}",
-                "takes an offset beside each array, in elements.", ".Sh RETURN VALUES", ".Dv nuvStatusOk ,", "or one of these:",
-                *status_list(always + [s for s in statuses if s not in always and any(s in p for p in found)]), ".Sh ACCURACY"]
-        body += sentences(capital(next(p for p in found if p.startswith("Accuracy:")).removeprefix("Accuracy: ")))
-        body += [".Sh SEE ALSO", ".Xr qorvane 3"]
-        page(name, twins, re.split(r"[.;] |\.$", found[0])[0], body)
-    threads = ["nuvGetNumThreads", "nuvSetNumThreads"]
-    page(threads[0], threads[1:], "the thread count kept for callers", [*synopsis(threads), ".Sh DESCRIPTION", *man_text(declarations[threads[0]][0]), ".Sh SEE ALSO", ".Xr qorvane 3"])
-    listed = [line for name in by_name for line in (f".It Xr {name} 3", roff(re.split(r"[.;] |\.$", declarations[name][0][0])[0]))]
-    page("qorvane", [], "vector elementary functions in double precision",
-         [".Sh SYNOPSIS", ".In qorvane.h", ".Pp", "cc ... \\-lTarnwell.Qorvane", ".Sh DESCRIPTION", *man_text(introduction[1:]), ".Sh FUNCTIONS", ".Bl -tag -width Ds", *listed, ".El",
-          ".Sh RETURN VALUES", *status_list(statuses), ".Sh SEE ALSO", f".Xr {threads[0]} 3"])
 
 
 for stem in functions:
@@ -193,7 +177,7 @@ files["docs/reference.md"] = reference()
 between("README.md", "functions", readme_table())
 between("docs/accuracy.md", "measured", accuracy_table())
 between("docs/performance.md", "measured", speed_tables())
-manual_pages()
+files.update(manual_pages())
 
 written = {str(p.relative_to(root)) for folder in ("docs/pictures", "man/man3") for p in (root / folder).glob("*")}
 stale = sorted(written - set(files))

@@ -5,7 +5,12 @@ from pathlib import Path
 
 root = Path(__file__).resolve().parent.parent
 levels = [f"level {level}" for level in range(1, 6)]
-contestants = [*levels, "C library", *(f"{library} {set}" for library in ("SLEEF", "libmvec") for set in ("SSE4", "AVX", "AVX2", "AVX-512")), "bare AVX"]
+contestants = [
+    *levels,
+    "C library",
+    *(f"{library} {set}" for library in ("SLEEF", "libmvec") for set in ("SSE4", "AVX", "AVX2", "AVX-512")),
+    "bare AVX",
+]
 
 functions = {}  # stem -> exported name, shape, family, programs; in the order of the table
 for row in re.findall(r"^FUNCTION\((.*)\)$", (root / "frame/functions.inc").read_text(), re.M):
@@ -19,19 +24,25 @@ def read_csv(path):
         return []
     return list(csv.DictReader(line for line in path.read_text().splitlines() if not line.startswith("#")))
 
+
 version = re.search(r"^project\(Qorvane VERSION ([\d.]+)", (root / "CMakeLists.txt").read_text(), re.M)[1]
 header = (root / "frame/include/qorvane.h").read_text()
 
 
 def paragraphs(comment):
-    """A comment's paragraphs, each on one line. A line that ends a sentence with room for the next word ends a paragraph, as does an empty
-    one; lines of code, indented further, stay by themselves with their indent."""
+    """A comment's paragraphs, each on one line. A line that ends a sentence with room for the next word ends a
+    paragraph, as does an empty one; lines of code, indented further, stay by themselves with their indent."""
     lines = [line.rstrip() for line in comment.strip().splitlines()]
     found, joined = [], False
     for line, before in zip(lines, [""] + lines[:-1]):
         text = line.strip()
         code = line.startswith("     ")
-        ended = before.endswith((".", ":")) and len(before) + 1 + len(text.split(" ")[0]) <= 97 and text[:1].isupper() or text.startswith("Accuracy:")
+        ended = (
+            before.endswith((".", ":"))
+            and len(before) + 1 + len(text.split(" ")[0]) <= 97
+            and text[:1].isupper()
+            or text.startswith("Accuracy:")
+        )
         if text and (not joined or code or ended or before.startswith("     ")):
             found.append(line[3:] if code else text)
         elif text:
@@ -47,13 +58,19 @@ for name, arguments in re.findall(r"^QORVANE_API nuvStatus (\w+)\(([^)]*)\);", h
     declarations.setdefault(name, ([], [" ".join(a.split()) for a in arguments.split(",")]))
 introduction = paragraphs(re.match(r"/\*(.*?)\*/", header, re.S)[1])
 statuses = dict(re.findall(r"(nuvStatus\w+) = -?\d+,? +/\* (.*?) \*/", header))
-families = re.findall(r"/\* -+ ([^-]+?) -+ \*/|QORVANE_API nuvStatus (\w+)\(", header)  # (title, "") and ("", name) in their order
+families = re.findall(
+    r"/\* -+ ([^-]+?) -+ \*/|QORVANE_API nuvStatus (\w+)\(", header
+)  # (title, "") and ("", name) in their order
 
 accuracy = {stem: [] for stem in functions}  # stem -> rows; programs whose figures agree make one
 figures = ("range", "largest error", "at", "correctly rounded")
 for row in read_csv(root / "docs/data/accuracy.csv"):
     rows = accuracy.get(row["function"], [])
-    if rows and all(rows[-1][f] == row[f] for f in figures) and int(rows[-1]["last level"]) + 1 == int(row["first level"]):
+    if (
+        rows
+        and all(rows[-1][f] == row[f] for f in figures)
+        and int(rows[-1]["last level"]) + 1 == int(row["first level"])
+    ):
         rows[-1]["last level"] = row["last level"]
     else:
         rows.append(row)
@@ -72,7 +89,14 @@ machines = list(dict.fromkeys(row["machine"] for rows in speed.values() for row 
 def largest_error(stem, level):
     """Of the everyday range, the first; None if it wasn't measured."""
     rows = accuracy[stem]
-    return next((float(r["largest error"]) for r in rows if r["range"] == rows[0]["range"] and int(r["first level"]) <= level <= int(r["last level"])), None)
+    return next(
+        (
+            float(r["largest error"])
+            for r in rows
+            if r["range"] == rows[0]["range"] and int(r["first level"]) <= level <= int(r["last level"])
+        ),
+        None,
+    )
 
 
 def time_of(stem, contestant, n, range=""):
