@@ -102,6 +102,20 @@ def accuracy_table():
     return markdown(["Function", "Range", "Levels", "Largest error, ulp", "At", "Correctly rounded, %"], rows, 3)
 
 
+def faster_peers():
+    """Who takes less time than level 5, and where."""
+    lines = []
+    for peer in contestants[5:]:
+        ratios = []
+        for stem in functions:
+            ours, theirs = time_of(stem, "level 5", 1000), time_of(stem, peer, 1000)
+            if ours and theirs and float(theirs) < float(ours) * 0.98:
+                ratios.append(f"{stem} ({float(theirs) / float(ours):.2f})")
+        if ratios:
+            lines.append(f"- {peer}: {', '.join(ratios)}\n")
+    return "".join(lines)
+
+
 def speed_tables():
     long = [c for c in contestants if c not in ("level 2", "level 3")]
     head = ["function, n = 1000", *long]

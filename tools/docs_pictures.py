@@ -64,7 +64,7 @@ def accuracy_picture(stem):
     rows = accuracy[stem]
     if not any(float(row["largest error"]) for row in rows):
         return None
-    left, middle, scale, share, top, step = 250, 560, 180, 300, 44, 18
+    left, middle, scale, share, top, step = 250, 575, 180, 300, 44, 18
     bottom = top + step * len(rows)
     parts = [
         text(left, 16, "largest error found, ulp", size=12),
@@ -84,7 +84,11 @@ def accuracy_picture(stem):
             parts.append(text(4, y + 12, row["range"] if len(row["range"]) < 36 else row["range"][:34] + "…"))
         parts.append(text(left - 6, y + 12, row["levels"], "end", 10, "#666"))
         parts.append(box(left, y + 3, scale * min(error, 1.55), 11, "#2c6fad" if error <= 1 else "#b3261e"))
-        parts.append(text(left + scale * min(error, 1.55) + 3, y + 12.5, f"{error:.3f}", size=9))
+        parts.append(
+            text(
+                left + scale * min(error, 1.55) + 3, y + 12.5, f"{error:.3f}" if error < 10 else f"{error:.0f}", size=9
+            )
+        )
         before = 0
         for name, colour in classes:
             count = int(row.get(name) or results)
