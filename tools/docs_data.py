@@ -62,10 +62,13 @@ families = re.findall(
     r"/\* -+ ([^-]+?) -+ \*/|QORVANE_API nuvStatus (\w+)\(", header
 )  # (title, "") and ("", name) in their order
 
+first_level = {"sse3": 1, "ssse3": 2, "sse41": 4, "avx": 5}  # of a program
+measured_from = {stem: set() for stem in functions}  # stem -> the first levels of the programs that were measured
 accuracy = {stem: [] for stem in functions}  # stem -> rows; programs whose figures agree make one
 figures = ("range", "largest error", "at", "correctly rounded")
 for row in read_csv(root / "docs/data/accuracy.csv"):
     rows = accuracy.get(row["function"], [])
+    measured_from.get(row["function"], set()).add(int(row["first level"]))
     if (
         rows
         and all(rows[-1][f] == row[f] for f in figures)
