@@ -4,7 +4,7 @@ several processes each, prints nanoseconds an element, the least of all turns, a
   --write        renews the functions' rows in docs/data/speed.csv, and leaves the others
   --build DIR    the build folder (build)
   --processes N  (3)
-  --turns N      of each contestant in a process (50)"""
+  --turns N      of each contestant in a process, at least 2 (50)"""
 import argparse
 import csv
 import json
@@ -87,6 +87,8 @@ parser.add_argument("--build", type=Path, default=root / "build")
 parser.add_argument("--processes", type=int, default=3)
 parser.add_argument("--turns", type=int, default=50)
 options = parser.parse_args()
+if options.turns < 2 or options.processes < 1:
+    parser.error("it takes at least 2 turns and 1 process")
 for stem in options.functions:
     if stem not in functions:
         parser.error(f"no function {stem} is served; there are {', '.join(functions)}")
