@@ -3,10 +3,10 @@ import re
 import sys
 import textwrap
 
-from docs_data import declarations, functions, introduction, statuses, version
+from docs_data import declarations, functions, introduction, machines, statuses, time_of, version
 
 date = "November 23, 2026"  # of the version
-served = [function["name"] for function in functions.values()]
+by_name = {function["name"]: stem for stem, function in functions.items()}
 threads = ["nuvGetNumThreads", "nuvSetNumThreads"]
 files = {}  # path from the root -> text
 escapes = str.maketrans({"\\": "\\e", "±": "\\(+-", "∓": "\\(-+", "π": "\\(*p", "-": "\\-"})
@@ -74,6 +74,16 @@ def summary(name):
     return re.split(r"[.;] |\.$", declarations[name][0][0])[0]
 
 
+def speed_section(stem):
+    times = [(time_of(stem, c, 1000), who) for c, who in (("level 1", "level 1"), ("level 5", "level 5"))]
+    if not all(time for time, _ in times):
+        return []
+    words = "Nanoseconds an element, for 1000 elements: " + ", ".join(f"{time} at {who}" for time, who in times)
+    if c_library := time_of(stem, "C library", 1000):
+        words += f"; {c_library} in a loop over the C library's function"
+    return [".Sh SPEED", *sentences(f"{words} ({'; '.join(machines)}).")]
+
+
 def function_page(name):
     found = declarations[name][0]
     of_calls = ["nuvStatusBadLength", "nuvStatusNullPointer"]
@@ -83,19 +93,25 @@ def function_page(name):
     body += [f".Fn {name}_Idx", "takes an offset beside each array, in elements."]
     body += [".Sh RETURN VALUES", ".Dv nuvStatusOk ,", "or one of these:", *status_list(of_calls + of_elements)]
     accuracy = next(p for p in found if p.startswith("Accuracy:")).removeprefix("Accuracy: ")
-    body += [".Sh ACCURACY", *sentences(capital(accuracy)), ".Sh SEE ALSO", ".Xr qorvane 3"]
+    body += [
+        ".Sh ACCURACY",
+        *sentences(capital(accuracy)),
+        *speed_section(by_name[name]),
+        ".Sh SEE ALSO",
+        ".Xr qorvane 3",
+    ]
     page([name, name + "_Idx"], summary(name), body)
 
 
 def manual_pages():
     """Path -> text."""
-    for name in served:
+    for name in by_name:
         function_page(name)
     body = [*synopsis(threads), ".Sh DESCRIPTION", *man_text(declarations[threads[0]][0])]
     page(threads, "the thread count kept for callers", [*body, ".Sh SEE ALSO", ".Xr qorvane 3"])
     body = [".Sh SYNOPSIS", ".In qorvane.h", ".Pp", "cc ... \\-lTarnwell.Qorvane"]
     body += [".Sh DESCRIPTION", *man_text(introduction[1:])]
-    body += [".Sh FUNCTIONS", *tagged((f"Xr {name} 3", [roff(summary(name))]) for name in served)]
+    body += [".Sh FUNCTIONS", *tagged((f"Xr {name} 3", [roff(summary(name))]) for name in by_name)]
     body += [".Sh RETURN VALUES", *status_list(statuses), ".Sh SEE ALSO", f".Xr {threads[0]} 3"]
     page(["qorvane"], "vector elementary functions in double precision", body)
     return files
