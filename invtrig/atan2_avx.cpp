@@ -48,7 +48,7 @@ constexpr auto isFlagged = [](auto y, auto x) INLINED {
   for (int64_t i = 0; i < count; ++i)
     dst[i] = isFlagged(y[i], x[i]) ? atan2SpecialLane(y[i], x[i]).value : atan2Core(y[i], x[i], intervalOf);
 }
-nuvStatus blocks(int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
+constexpr auto blocks = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   for (int64_t i = 0, count; i < len; i += count) {
     count = len - i < vector ? len - i : vector;
     const Lanes4 y = loadPart<Lanes4>(srcA + i, count), x = loadPart<Lanes4>(srcB + i, count);
@@ -58,10 +58,10 @@ nuvStatus blocks(int64_t len, const Float64* srcA, const Float64* srcB, Float64*
       storePart(dst + i, atan2Core(y, x, intervalOf), count);
   }
   return nuvStatusOk;
-}
+};
 
 // Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
-bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
+constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
   using V = Lanes4;
   V allWithin = broadcast<V>(-0.0);  // the sign bits count
   eachVector(count, [&](int64_t i) INLINED {
@@ -87,10 +87,10 @@ bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* d
           sum(y, x, seriesAt(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(his + i), load<V>(los + i)));
   });
   return true;
-}
+};
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, srcA, srcB, dst);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, srcA, srcB, dst);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ INLINE bool isFlagged(V y, V x) {
 [[gnu::noinline, gnu::cold]] void specialGroup(const Float64* y, const Float64* x, Float64* dst, int64_t count) {
   for (int64_t i = 0; i < count; ++i) dst[i] = atan2SpecialLane(y[i], x[i]).value;
 }
-nuvStatus groups(int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
+constexpr auto groups = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   int64_t i = 0;
   for (; i + laneCount<Four> <= len; i += laneCount<Four>) {
     const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
@@ -53,17 +53,21 @@ nuvStatus groups(int64_t len, const Float64* srcA, const Float64* srcB, Float64*
     else
       store(dst + i, atan2Core(y, x, intervalOf));
   }
-  for (; i < len; ++i) {
-    if (isFlagged(srcA[i], srcB[i])) [[unlikely]]
+  // What remains are groups of one, of which ordinary ones may still be computed together.
+  for (int64_t count; i < len; i += count) {
+    const bool isAlone = i + 1 == len || isFlagged(load<Lanes2>(srcA + i), load<Lanes2>(srcB + i));
+    count = isAlone ? 1 : 2;
+    const Lanes2 y = loadPart<Lanes2>(srcA + i, count), x = loadPart<Lanes2>(srcB + i, count);
+    if (isAlone && isFlagged(y, x)) [[unlikely]]
       specialGroup(srcA + i, srcB + i, dst + i, 1);
     else
-      storePart(dst + i, atan2Core(loadPart<Lanes2>(srcA + i, 1), loadPart<Lanes2>(srcB + i, 1), intervalOf), 1);
+      storePart(dst + i, atan2Core(y, x, intervalOf), count);
   }
   return nuvStatusOk;
-}
+};
 
 // Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
-bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
+constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
   constexpr int lowest = 0x38700000, range = 0x0f000000;  // of high words
   Words4 outside{};
   eachVector(count, [&](int64_t i) INLINED {
@@ -91,10 +95,10 @@ bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* d
                        load<Four>(los + i)));
   });
   return true;
-}
+};
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, groups, srcA, srcB, dst);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, groups, srcA, srcB, dst);
 }
 
 }  // namespace
