@@ -10,7 +10,6 @@
 #include "frame/kernel_frame.h"
 #include "invtrig/atan2_core.h"
 #include "invtrig/atan2_special_lane.h"
-#include "invtrig/atan_stages.h"
 
 namespace qorvane {
 namespace {
@@ -66,7 +65,7 @@ constexpr auto groups = [](int64_t len, const Float64* srcA, const Float64* srcB
   return nuvStatusOk;
 };
 
-// Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
+// Numbers from 2^-120 up to 2^120.
 constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
   constexpr int lowest = 0x38700000, range = 0x0f000000;  // of high words
   Words4 outside{};
@@ -77,23 +76,7 @@ constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* s
     }
   });
   if (any(outside)) return false;
-
-  alignas(16) Column his, los;
-  Stages s;
-  eachVector(count, [&](int64_t i) INLINED {
-    const Four a = magnitude(load<Four>(srcA + i)), b = magnitude(load<Four>(srcB + i));
-    const auto interval = intervalOf(a, b);
-    store(his + i, interval.hi), store(los + i, interval.lo);
-    const auto [nh, nl, d, dl] = fraction(a, b, interval);
-    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
-  });
-  divide(s, count);
-  beginSeries(s, count);
-  eachVector(count, [&](int64_t i) INLINED {
-    const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
-    store(dst + i, sum(y, x, seriesAt(s, i), load<Four>(s.uh() + i), load<Four>(s.ul() + i), load<Four>(his + i),
-                       load<Four>(los + i)));
-  });
+  atan2Stages(count, srcA, srcB, dst, intervalOf);
   return true;
 };
 
