@@ -75,9 +75,9 @@ INLINE V erfCore(V x, V inside) {
   return orBits(erfSum(q, u, rows), signOf(x));
 }
 
-// What isn't in the fast range: infinities, NaNs and small numbers, whose product with 2 / sqrt(pi) is
-// made as high + low far from the subnormal numbers and brought down, from normalFrom up with one
-// rounding. head(s) is the leading half of s.
+// What isn't in the fast range: infinities, NaNs and small numbers, whose product with 2 / sqrt(pi)
+// is made as high + low far from the subnormal numbers and brought down, from normalFrom up with
+// one rounding. head(s) is the leading half of s.
 template <class Head>
 INLINE Element erfOutside(Float64 x, Float64 normalFrom, Head head) {
   constexpr Float64 slope = fromBits(0x3ff20dd750429b6d);      // 1.1283791670955126 = 2 / sqrt(pi)

@@ -39,9 +39,9 @@ INLINE void pipeline(int64_t count, Stages... stages) {
   (std::make_integer_sequence<int, fill>{});
 }
 
-// Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may take
-// one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status takes
-// the rest and raises its flags.
+// Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may
+// take one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status
+// takes the rest and raises its flags.
 template <int64_t longest, int64_t shortest, int64_t unit, class Fast, class Other, class... Pointers>
 INLINE nuvStatus stretchLoop(int64_t len, Fast fast, Other other, Pointers... pointers) {
   nuvStatus status = nuvStatusOk;
