@@ -3,7 +3,7 @@
 // number within both errors rounds to it; the others, one element in 90, go through the routine.
 //
 // A is the magnitude of the part along the function's cuts, B that of the other one. A zero is replaced
-// by 2^-100, which changes no part by more than 2^-74 of it but the one that is a zero itself; that one
+// by 2^-130, which changes no part by more than 2^-77 of it but the one that is a zero itself; that one
 // is put right at the end.
 #pragma once
 #include "complex/certified/inverse_pairs.h"
@@ -59,7 +59,7 @@ struct Taken {
     } else if (aIsZero || bIsZero) {
       taken.zero |= uint64_t{1} << i;
       Float64& part = aIsZero ? s.a[i] : s.b[i];
-      part = fromBits(toBits(part) | toBits(0x1p-100));
+      part = fromBits(toBits(part) | toBits(0x1p-130));
     }
   }
   return taken;
@@ -106,30 +106,33 @@ template <Function function, class W, class V>
   });
 }
 
+// The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools.
 template <Function function, class V>
-INLINE Certain<V> certainLog(ShortPair<V> e) {
+INLINE Certain<V> certainLog(ShortPair<V> e, Float64 part = 1) {
   constexpr Float64 factor = function == Function::atan ? 0.25 : 0.5;
   const auto log = log1pPair(e);
   const LongSum<V> result = {log.value * factor, log.low * factor};
-  if constexpr (function != Function::atan) return certainSum(result, result.value * boundOfLog);
-  const V bySeries = result.value * boundOfSeries, byLog = result.value * boundOfTangentLog + absoluteOfTangentLog;
+  if constexpr (function != Function::atan) return certainSum(result, result.value * (boundOfLog * part));
+  const V bySeries = result.value * (boundOfSeries * part);
+  const V byLog = result.value * (boundOfTangentLog * part) + absoluteOfTangentLog * part;
   return certainSum(result, select(lessLanes(result.value, broadcast<V>(endOfSeries)), bySeries, byLog));
 }
 // Half of the angle of (cos, sin); of (-cos, sin) for acos |x|, and pi less that is pi/2 and half of the
 // angle of (cos, sin). `a` has the sign, `share` is inverseTangentPoint's.
 template <Function function, class V>
-INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, [[maybe_unused]] V share) {
+INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, [[maybe_unused]] V share,
+                               Float64 part = 1) {
   if constexpr (isAcos(function)) {
     const V flip = signOf(xorBits(a, broadcast<V>(-0.0))), isNegative = lessLanes(a, broadcast<V>(0.0));
     const ShortPair<V> flipped = {xorBits(cos.head, flip), xorBits(cos.rest, flip)};
     const auto angle = halfAngle(flipped, sin, andBits(isNegative, broadcast<V>(2.0)));
-    return certainSum(angle, angle.value * boundOfAcos);
+    return certainSum(angle, angle.value * (boundOfAcos * part));
   } else {
     const auto angle = halfAngle(cos, sin, broadcast<V>(0.0));
     if constexpr (function == Function::asinh || function == Function::asin)
-      return certainSum(angle, angle.value * boundOfAsin);
+      return certainSum(angle, angle.value * (boundOfAsin * part));
     else
-      return certainSum(angle, angle.value * (share * boundOfShare + boundOfTangentAngle));
+      return certainSum(angle, angle.value * (share * (boundOfShare * part) + boundOfTangentAngle * part));
   }
 }
 
