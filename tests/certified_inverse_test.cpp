@@ -24,7 +24,7 @@ bool isCertain(double a, double b, double ofLog, double ofAngle) {
   } else {
     point = inverseSinePoint(std::abs(a), std::abs(b), sinhAndCosSquared(excessOf(std::abs(a), std::abs(b))));
   }
-  return toBits(certainLog<function>(point.e, ofLog).isCertain) != 0 &&
+  return toBits(certainLog<function>(point.e, a, ofLog).isCertain) != 0 &&
          toBits(certainAngle<function>(point.cos, point.sin, a, share, ofAngle).isCertain) != 0;
 }
 

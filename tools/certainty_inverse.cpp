@@ -47,7 +47,7 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   const Float64 expectedAngle = std::abs(angleIsReal(function) ? expected.re : expected.im);
   const Float64 expectedLog = std::abs(angleIsReal(function) ? expected.im : expected.re);
   for (int i = 0; i < shareCount; ++i) {
-    const auto log = certainLog<function>(point.e, shares[i]);
+    const auto log = certainLog<function>(point.e, signedA, shares[i]);
     const auto angle = certainAngle<function>(point.cos, point.sin, signedA, share, shares[i]);
     const bool isSure = toBits(log.isCertain) != 0 && toBits(angle.isCertain) != 0;
     counts.unsure[i] += !isSure;

@@ -1,6 +1,7 @@
 // complexAsinh, complexAsin, complexAcosh, complexAcos and complexAtan in lanes, with the bits of their
 // extended routines: the loop over strips. As in complex/certified/strip.h, a part is taken where every
-// number within both errors rounds to it; the others, one element in 90, go through the routine.
+// number within both errors rounds to it; the others, one element in 70 (of atan one in 25 to 70), go
+// through the routine.
 //
 // A is the magnitude of the part along the function's cuts, B that of the other one. A zero is replaced
 // by 2^-130, which changes no part by more than 2^-77 of it but the one that is a zero itself; that one
@@ -15,10 +16,11 @@ namespace {
 // Of the results (docs/certainty_inverse.md): logarithm, angles.
 constexpr Float64 boundOfLog = 9.5 * 0x1p-64, boundOfAsin = 8.875 * 0x1p-64, boundOfAcos = 11.25 * 0x1p-64;
 
-// Those of the inverse tangent: its real part comes from a series where it is small, and else has an
-// absolute term; its angle's error depends on (1 + A^2 + B^2) / |1 - z^2|.
+// Those of the inverse tangent: its logarithm comes from a series where it is small, and else has an
+// absolute term, from a logarithm next to 1; its angle's error depends on (1 + A^2 + B^2) / |1 - z^2|.
 constexpr Float64 boundOfSeries = 5.375 * 0x1p-64, endOfSeries = 0.00738;
-constexpr Float64 boundOfTangentLog = 2.625 * 0x1p-64, absoluteOfTangentLog = 1.875 * 0x1p-64;
+constexpr Float64 boundAboveOne = 2.75 * 0x1p-64, absoluteAboveOne = 1.28125 * 0x1p-64;  // quotients above 1: a < 0
+constexpr Float64 boundBelowOne = 3.125 * 0x1p-64, absoluteBelowOne = 1.6875 * 0x1p-64;  // and below 1
 constexpr Float64 boundOfTangentAngle = 6.25 * 0x1p-64, boundOfShare = 2 * 0x1p-64;
 
 constexpr bool isAcos(Function function) { return function == Function::acos || function == Function::acosh; }
@@ -106,19 +108,23 @@ template <Function function, class W, class V>
   });
 }
 
-// The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools.
+// The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools. `a`
+// has its sign.
 template <Function function, class V>
-INLINE Certain<V> certainLog(ShortPair<V> e, Float64 part = 1) {
+INLINE Certain<V> certainLog(ShortPair<V> e, [[maybe_unused]] V a, Float64 part = 1) {
   constexpr Float64 factor = function == Function::atan ? 0.25 : 0.5;
   const auto log = log1pPair(e);
   const LongSum<V> result = {log.value * factor, log.low * factor};
   if constexpr (function != Function::atan) return certainSum(result, result.value * (boundOfLog * part));
   const V bySeries = result.value * (boundOfSeries * part);
-  const V byLog = result.value * (boundOfTangentLog * part) + absoluteOfTangentLog * part;
+  const V isAboveOne = lessLanes(a, broadcast<V>(0.0));
+  const V byLog =
+      result.value * select(isAboveOne, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
+      select(isAboveOne, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part));
   return certainSum(result, select(lessLanes(result.value, broadcast<V>(endOfSeries)), bySeries, byLog));
 }
 // Half of the angle of (cos, sin); of (-cos, sin) for acos |x|, and pi less that is pi/2 and half of the
-// angle of (cos, sin). `a` has the sign, `share` is inverseTangentPoint's.
+// angle of (cos, sin). `share` is inverseTangentPoint's.
 template <Function function, class V>
 INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, [[maybe_unused]] V share,
                                Float64 part = 1) {
@@ -140,7 +146,7 @@ template <Function function, class W, class V>
 [[gnu::noinline]] uint64_t logStage(InverseStrip& s, int count) {
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto log = certainLog<function>(loadPair<U>(s.eHead + i, s.eRest + i));
+    const auto log = certainLog<function>(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.a + i));
     store(s.log + i, log.value);
     certain |= signMask(log.isCertain) << i;
   });
