@@ -5,7 +5,7 @@
 
 namespace qorvane {
 
-enum class Function { sinh, cosh, tanh, sin, cos, tan };
+enum class Function { sinh, cosh, tanh, sin, cos, tan, asinh, asin, acosh, acos, atan };
 
 // Whether the parts are sinh cos and cosh sin, or else cosh cos and sinh sin.
 constexpr bool hasSinhCos(Function function) { return function == Function::sinh || function == Function::sin; }
@@ -36,6 +36,16 @@ template <> Complex64 element<Function::tanh>(Complex64);
 template <> nuvStatus elements<Function::tanh>(const Complex64*, Complex64*, int64_t);
 template <> Complex64 element<Function::tan>(Complex64);
 template <> nuvStatus elements<Function::tan>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::asinh>(Complex64);
+template <> nuvStatus elements<Function::asinh>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::asin>(Complex64);
+template <> nuvStatus elements<Function::asin>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::acosh>(Complex64);
+template <> nuvStatus elements<Function::acosh>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::acos>(Complex64);
+template <> nuvStatus elements<Function::acos>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::atan>(Complex64);
+template <> nuvStatus elements<Function::atan>(const Complex64*, Complex64*, int64_t);
 // clang-format on
 
 }  // namespace qorvane
