@@ -24,9 +24,10 @@ struct Team {
 // DispatchLevel says.
 extern const Team library;
 // The C library's function in a scalar loop, SLEEF's function of 1.0 ulp (or the exact one, where
-// that is all there is) in a vector loop, and the loop over the bare instruction that does the same
+// that is all there is) and the C library's vector function of 4 ulp in a vector loop, and the loop over the bare instruction that does the same
 // work.
-extern const Team cLibrary, sleefSse4, sleefAvx, sleefAvx2, sleefAvx512, bareAvx;
+extern const Team cLibrary, sleefSse4, sleefAvx, sleefAvx2, sleefAvx512, libmvecSse4, libmvecAvx, libmvecAvx2,
+    libmvecAvx512, bareAvx;
 
 // Nothing that was stored in the arrays may be left out, nor any call be merged with the next.
 INLINE static void keep() { asm volatile("" : : : "memory"); }

@@ -51,3 +51,11 @@ void repeat(const Call& call, int64_t times) {
 
 }  // namespace
 }  // namespace qorvane::bench
+
+// Contestants of vectors V. Unary functions are called with an argument only, so that operands that f doesn't use are
+// never loaded.
+// clang-format off
+#define UNARY(stem, function) {#stem, repeat<V, [](V a, V, V) { return function(a); }>}
+#define BINARY(stem, second, function) {#stem, repeat<V, [](V a, V b, V value) { return (void)b, (void)value, function(a, second); }>}
+#define SPLIT(stem, function) {#stem, repeat<V, [](V a, V, V) { const auto both = function(a); return Two<V>{both.x, both.y}; }>}
+// clang-format on

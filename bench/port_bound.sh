@@ -1,6 +1,6 @@
 #!/bin/sh
 # The port bound of the inner loop of Exp at level 5: takes the loop out of the object file and gives it to llvm-mca. With the measured time in ns an element and
-# the clock in GHz, both as qorvane-compare prints them, it also says how near the loop comes.
+# the clock in GHz, both as qorvane-bench prints them, it also says how near the loop comes.
 #   bench/port_bound.sh [BUILD-FOLDER [NANOSECONDS GIGAHERTZ]]
 # The processor models are llvm's; MCPU names another one than znver3.
 set -eu

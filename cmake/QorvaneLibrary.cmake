@@ -32,11 +32,14 @@ endforeach()
 if(NOT QORVANE_INSTALL)
   return()
 endif()
+# What a program needs to run is the component Runtime; all else is Development.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME Development)
 # Each library has an export file of its own, so that builds of one and of both may be installed in one place, in any order.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Qorvane)
 foreach(kind IN LISTS kinds)
   string(TOLOWER qorvane_${kind} target)
-  install(TARGETS ${target} EXPORT Qorvane${kind} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS ${target} EXPORT Qorvane${kind} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+          ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(EXPORT Qorvane${kind} NAMESPACE Tarnwell:: FILE Qorvane${kind}Targets.cmake DESTINATION ${package_folder})
 endforeach()
 include(CMakePackageConfigHelpers)
@@ -45,6 +48,7 @@ write_basic_package_version_file(QorvaneConfigVersion.cmake COMPATIBILITY SameMa
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfigVersion.cmake DESTINATION ${package_folder})
 # The header, and beside it the bindings, both as sources.
 install(FILES frame/include/qorvane.h frame/include/qorvane.hpp frame/include/qorvane.f90 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR})
 
 # The folders are relative to qorvane.pc, so that an installation may be moved, unless they were given as absolute ones.
 if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
@@ -71,3 +75,7 @@ endforeach()
 list(JOIN openmp_libraries " " OPENMP_LIBS_PRIVATE)
 configure_file(cmake/qorvane.pc.in qorvane.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qorvane.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(QORVANE_PACKAGES)
+  include(cmake/QorvanePackages.cmake)
+endif()

@@ -1,16 +1,11 @@
-// acosh z, all levels: complexAcosh for each element.
-#include "complex/inverse.h"
-#include "complex/scalar.h"
+// acosh z, levels 1 to 4: in lanes (complex/certified/inverse_strip.h), with the bits of complex/acos.cpp.
+#include "complex/certified/inverse_strip.h"
 
 namespace qorvane {
-namespace {
-
-nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexAcosh>(src, dst, len); }
-
-}  // namespace
 
 nuvStatus complexAcoshSse3(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, inverseLoop<Function::acosh, Pack<Lanes2, 2>, Lanes2>, X87::fix>(
+      len, src, dst);
 }
 
 }  // namespace qorvane

@@ -1,22 +1,11 @@
-// asin z, all levels: complexAsinh for each element, turned.
-#include "complex/inverse.h"
-#include "complex/scalar.h"
+// asin z, levels 1 to 4: in lanes (complex/certified/inverse_strip.h), with the bits of complex/asinh.cpp.
+#include "complex/certified/inverse_strip.h"
 
 namespace qorvane {
-namespace {
-
-// asin z = -i asinh(iz). A NaN keeps its sign through both turns.
-INLINE Complex64 complexAsin(Complex64 z) {
-  const Complex64 result = complexAsinh({negatedUnlessNaN(z.im), z.re});
-  return {result.im, negatedUnlessNaN(result.re)};
-}
-
-nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexAsin>(src, dst, len); }
-
-}  // namespace
 
 nuvStatus complexAsinSse3(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, inverseLoop<Function::asin, Pack<Lanes2, 2>, Lanes2>, X87::fix>(
+      len, src, dst);
 }
 
 }  // namespace qorvane

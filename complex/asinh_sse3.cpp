@@ -1,16 +1,11 @@
-// asinh z, all levels: complexAsinh for each element.
-#include "complex/inverse.h"
-#include "complex/scalar.h"
+// asinh z, levels 1 to 4: in lanes (complex/certified/inverse_strip.h), with the bits of complex/asinh.cpp.
+#include "complex/certified/inverse_strip.h"
 
 namespace qorvane {
-namespace {
-
-nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) { return complexLoop<complexAsinh>(src, dst, len); }
-
-}  // namespace
 
 nuvStatus complexAsinhSse3(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, inverseLoop<Function::asinh, Pack<Lanes2, 2>, Lanes2>, X87::fix>(
+      len, src, dst);
 }
 
 }  // namespace qorvane

@@ -2,20 +2,17 @@
 // registers.
 //
 // Method: with M = max(|x|, |y|), m = min(|x|, |y|) the real part is ln(N)/2 for N = M^2 + m^2 =
-// 2^n * (1 + j/64 + ...),
-// where the squares are exact as pairs of doubles; a table row has a short reciprocal C of 1 + j/64
-// and -ln C, and
-// ln(1 + r) for r = N * 2^-n * C - 1, |r| < 2^-6.9, is a polynomial. Where N is within 1/16 of 1, N
-// - 1 comes from
-// the seven exact terms of M^2 + m^2 - 1, added twice over, so that it keeps its relative accuracy
-// on the unit circle.
-// The imaginary part is the angle of a table of five and the arc tangent of the ratio to it.
+// 2^n * (1 + j/64 + ...), where the squares are exact as pairs of doubles; a table row has a short
+// reciprocal C of 1 + j/64 and -ln C, and ln(1 + r) for r = N * 2^-n * C - 1, |r| < 2^-6.9, is a
+// polynomial. Where N is within 1/16 of 1, N - 1 comes from the seven exact terms of M^2 + m^2 - 1,
+// added twice over, so that it keeps its relative accuracy on the unit circle. The imaginary part is
+// the angle of a table of five and the arc tangent of the ratio to it.
 //
 // Elements with a part outside 2^-500 to 2^500, zeros, infinities and NaNs among them, go to
 // complexLn.
 //
-// Error: at most 0.87 ulp, in the imaginary part; real parts are off by little more than half
-// a unit, on the unit circle, too.
+// Error: at most 0.87 ulp, in the imaginary part; real parts are off by little more than half a
+// unit, on the unit circle, too.
 //
 // Modes: rounds to nearest, without FTZ; DAZ is the caller's.
 #pragma once
@@ -28,8 +25,7 @@ namespace {
 
 #include "complex/complex_ln_tables.inc"
 
-// ln(1 + r) - r over r^2: degrees 2 to 9 of the logarithm, and 2 to 8 where N - 1 is known by
-// itself.
+// ln(1 + r) - r over r^2: degrees 2 to 9 of the logarithm, and 2 to 8 where N - 1 is known by itself.
 constexpr Float64 general[] = {
     fromBits(0xbfe0000000000008),  // -0.50000000000000089
     fromBits(0x3fd5555555555584),  // 0.33333333333333592

@@ -75,5 +75,28 @@ INLINE V erfCore(V x, V inside) {
   return orBits(erfSum(q, u, rows), signOf(x));
 }
 
+// What isn't in the fast range: infinities, NaNs and small numbers, whose product with 2 / sqrt(pi)
+// is made as high + low far from the subnormal numbers and brought down, from normalFrom up with
+// one rounding. head(s) is the leading half of s.
+template <class Head>
+INLINE Element erfOutside(Float64 x, Float64 normalFrom, Head head) {
+  constexpr Float64 slope = fromBits(0x3ff20dd750429b6d);      // 1.1283791670955126 = 2 / sqrt(pi)
+  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);    // 1.1283791661262512
+  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);    // 9.692613531930338e-10
+  constexpr Float64 splitFrom = fromBits(0x0000010000000000);  // 5.43230922487e-312
+  constexpr Float64 up = 0x1p200, down = 0x1p-200;
+
+  const Float64 a = magnitude(x);
+  if (toBits(a) > 0x7ff0000000000000) return {x + x};
+  if (toBits(a) == 0x7ff0000000000000) return {orBits(1.0, signOf(x))};
+  if (toBits(a) == 0) return {x};
+  const Float64 s = x * up, sh = head(s), sl = s - sh;
+  const Float64 t = (sh * slopeLo + sl * slopeLo) + slopeHi * sl;
+  if (a >= normalFrom) return {(t + slopeHi * sh) * down};
+  if (a < splitFrom) return {x * slope};
+  const Float64 m = sh * slopeHi, mh = head(m);
+  return {mh * down + ((m - mh) + t) * down};
+}
+
 }  // namespace
 }  // namespace qorvane

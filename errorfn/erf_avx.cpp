@@ -19,28 +19,12 @@ constexpr int fastFrom = 0x1ff00000, fastTo = 0x7ff00000;  // the high words of 
 
 // NaNs and |x| below 2^-512.
 [[gnu::noinline, gnu::cold]] Element erfSpecialLane(Float64 x) {
-  constexpr Float64 oneSlope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
-  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);     // 1.1283791661262512
-  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);     // 9.692613531930338e-10
-  constexpr Float64 splitter = 134217729.0;                     // 2^27 + 1
   constexpr Float64 normalFrom = fromBits(0x000e2dfc48da77b5);  // 1.971920364530142e-308: the results are normal
-  constexpr Float64 splitFrom = fromBits(0x0000010000000000);   // 5.43230922487e-312
-  constexpr Float64 up = 0x1p200, down = 0x1p-200;
-  const auto high = [](Float64 s) {
+  constexpr Float64 splitter = 134217729.0;                     // 2^27 + 1
+  return erfOutside(x, normalFrom, [](Float64 s) {
     const Float64 c = s * splitter;
     return c - (c - s);
-  };
-
-  const Float64 a = magnitude(x);
-  if (toBits(a) > 0x7ff0000000000000) return {x + x};
-  if (toBits(a) == 0x7ff0000000000000) return {fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0))};
-  if (toBits(a) == 0) return {x};
-  const Float64 s = x * up, sh = high(s), sl = s - sh;
-  const Float64 t = (sh * slopeLo + sl * slopeLo) + slopeHi * sl;
-  if (a >= normalFrom) return {(t + slopeHi * sh) * down};
-  if (a < splitFrom) return {x * oneSlope};
-  const Float64 m = sh * slopeHi, mh = high(m);
-  return {mh * down + ((m - mh) + t) * down};
+  });
 }
 
 // Infinities count as inside: what is beyond 6 gives 1.
@@ -76,23 +60,21 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
       [&](int64_t i) INLINED { store(dst + i, orBits(erfSum(middle, u(i), rows(i)), signOf(load<Lanes4>(src + i)))); });
 }
 
-[[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Lanes4, Raises::no>(
-      src, dst, len, [](Lanes4 x) INLINED { return erfCore(x, isInside(magnitude(x))); },
-      [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); }, erfSpecialLane);
-}
-[[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
-  Stretch c;
-  const auto fast = [&](int64_t count, const Float64* x, Float64* y) INLINED {
-    if (!reduceStretch(x, count, c)) return false;
-    evaluateStretch(x, y, count, c);
-    return true;
-  };
-  const auto other = [](int64_t count, const Float64* x, Float64* y) INLINED { return shortLoop(x, y, count); };
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, fast, other, src, dst);
-}
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return len < shortestStretch ? shortLoop(src, dst, len) : longLoop(src, dst, len);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(
+      len,
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        Stretch c;
+        const bool fits = reduceStretch(x, count, c);
+        if (fits) evaluateStretch(x, y, count, c);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        return unaryLoop<Lanes4, Raises::no>(
+            x, y, count, [](Lanes4 v) INLINED { return erfCore(v, isInside(magnitude(v))); },
+            [](auto v) INLINED { return anyHighWordOutside(v, fastFrom, fastTo); }, erfSpecialLane);
+      },
+      src, dst);
 }
 
 }  // namespace

@@ -19,24 +19,8 @@ constexpr int fastFrom = 0x00800000, fastTo = 0x7ff00000;  // the high words of 
 
 // Infinities, NaNs and |x| below 2^-1015.
 [[gnu::noinline, gnu::cold]] Element erfSpecialLane(Float64 x) {
-  constexpr Float64 slope = fromBits(0x3ff20dd750429b6d);    // 1.1283791670955126 = 2 / sqrt(pi)
-  constexpr Float64 slopeHi = fromBits(0x3ff20dd750000000);  // 1.1283791661262512
-  constexpr Float64 slopeLo = fromBits(0x3e10a6db446b8ea4);  // 9.692613531930338e-10
   constexpr Float64 normalFrom = fromBits(0x0010000000000000);
-  constexpr Float64 splitFrom = fromBits(0x0000010000000000);  // 5.43230922487e-312
-  constexpr Float64 up = 0x1p200, down = 0x1p-200;
-  const auto high = [](Float64 s) { return fromBits(toBits(s) & 0xfffffffff8000000); };
-
-  const Float64 a = magnitude(x);
-  if (toBits(a) > 0x7ff0000000000000) return {x + x};
-  if (toBits(a) == 0x7ff0000000000000) return {fromBits((toBits(x) & toBits(-0.0)) | toBits(1.0))};
-  if (toBits(a) == 0) return {x};
-  const Float64 s = x * up, sh = high(s), sl = s - sh;
-  const Float64 t = (sh * slopeLo + sl * slopeLo) + slopeHi * sl;
-  if (a >= normalFrom) return {(t + slopeHi * sh) * down};
-  if (a < splitFrom) return {x * slope};
-  const Float64 m = sh * slopeHi, mh = high(m);
-  return {mh * down + ((m - mh) + t) * down};
+  return erfOutside(x, normalFrom, [](Float64 s) { return fromBits(toBits(s) & 0xfffffffff8000000); });
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {

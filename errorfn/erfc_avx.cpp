@@ -74,22 +74,20 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
       });
 }
 
-[[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Lanes4, Raises::no>(
-      src, dst, len, [](Lanes4 x) INLINED { return erfcCore(x); }, erfcIsFlagged, erfcSpecialLane);
-}
-[[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
-  Stretch c;
-  const auto fast = [&](int64_t count, const Float64* x, Float64* y) INLINED {
-    if (!reduceStretch(x, count, c)) return false;
-    evaluateStretch(x, y, count, c);
-    return true;
-  };
-  const auto other = [](int64_t count, const Float64* x, Float64* y) INLINED { return shortLoop(x, y, count); };
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, fast, other, src, dst);
-}
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return len < shortestStretch ? shortLoop(src, dst, len) : longLoop(src, dst, len);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(
+      len,
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        Stretch c;
+        const bool fits = reduceStretch(x, count, c);
+        if (fits) evaluateStretch(x, y, count, c);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        return unaryLoop<Lanes4, Raises::no>(
+            x, y, count, [](Lanes4 v) INLINED { return erfcCore(v); }, erfcIsFlagged, erfcSpecialLane);
+      },
+      src, dst);
 }
 
 }  // namespace

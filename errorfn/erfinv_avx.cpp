@@ -74,22 +74,20 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
           INLINED { store(dst + i, erfInvSum(p3, load<Lanes4>(c.t0 + i), t(i), load<Lanes4>(src + i), rows(i))); });
 }
 
-[[gnu::noinline]] nuvStatus shortLoop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Lanes4, Raises::yes>(
-      src, dst, len, [](Lanes4 x) INLINED { return erfInvCore(x); }, erfInvIsFlagged, erfInvSpecialLane);
-}
-[[gnu::noinline]] nuvStatus longLoop(const Float64* src, Float64* dst, int64_t len) {
-  Stretch c;
-  const auto fast = [&](int64_t count, const Float64* x, Float64* y) INLINED {
-    if (!reduceStretch(x, count, c)) return false;
-    evaluateStretch(x, y, count, c);
-    return true;
-  };
-  const auto other = [](int64_t count, const Float64* x, Float64* y) INLINED { return shortLoop(x, y, count); };
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, fast, other, src, dst);
-}
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return len < shortestStretch ? shortLoop(src, dst, len) : longLoop(src, dst, len);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(
+      len,
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        Stretch c;
+        const bool fits = reduceStretch(x, count, c);
+        if (fits) evaluateStretch(x, y, count, c);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        return unaryLoop<Lanes4, Raises::yes>(
+            x, y, count, [](Lanes4 v) INLINED { return erfInvCore(v); }, erfInvIsFlagged, erfInvSpecialLane);
+      },
+      src, dst);
 }
 
 }  // namespace

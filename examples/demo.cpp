@@ -100,19 +100,21 @@ struct Use {
   Results<double> (*scalar)(const double* x, const double* y);
   Results<long double> (*exact)(const long double* x, const long double* y);
   const std::vector<std::string>* labels;
+  bool ofTheLarger = false;  // errors count in units of the larger of both parts, as a complex power's
 };
 #define FORMULA_OF(T, first, second)         \
   [](const T* x, const T* y) {               \
     [[maybe_unused]] const T a = *x, b = *y; \
     return Results<T>{first, second};        \
   }
-#define COMPLEX_FORMULA_OF(T, result)      \
-  [](const T* x, const T*) {               \
-    const std::complex<T> z(x[0], x[1]);   \
-    const std::complex<T> w = result;      \
-    return Results<T>{w.real(), w.imag()}; \
+#define COMPLEX_FORMULA_OF(T, formula)                           \
+  [](const T* x, const T* y) {                                   \
+    const std::complex<T> z(x[0], x[1]);                         \
+    [[maybe_unused]] const std::complex<T> exponent(y[0], y[1]); \
+    const std::complex<T> result = formula;                      \
+    return Results<T>{result.real(), result.imag()};             \
   }
-#define COMPLEX_FORMULA(result) COMPLEX_FORMULA_OF(double, result), COMPLEX_FORMULA_OF(long double, result)
+#define COMPLEX_FORMULA(formula) COMPLEX_FORMULA_OF(double, formula), COMPLEX_FORMULA_OF(long double, formula)
 #define FORMULA(first, second) FORMULA_OF(double, first, second), FORMULA_OF(long double, first, second)
 
 template <class F>
@@ -142,7 +144,7 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   const auto cosine = [](double degrees) { return std::cos(degrees * (M_PI / 180)); };
   // What a telephone pair of 0.4 mm copper, 280 ohms, 0.59 mH and 50 nF a kilometre, does over 5 km
   // from 100 Hz to 1 MHz: its propagation constant times its length, and that turned by -i.
-  Column line, turnedLine;
+  Column line, turnedLine, ratio, lengths;
   static std::vector<std::string> frequencies;  // like the tables' labels, it outlives this function
   for (int i = 0; i <= 200; ++i) {
     const double hertz = 100 * std::pow(10, i / 50.0), angular = 2 * M_PI * hertz;
@@ -150,6 +152,9 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
         5.0 * std::sqrt(std::complex(280.0, angular * 0.59e-3) * std::complex(0.0, angular * 50e-9));
     line.insert(line.end(), {gamma.real(), gamma.imag()});
     turnedLine.insert(turnedLine.end(), {gamma.imag(), -gamma.real()});
+    const std::complex<double> voltages = std::exp(gamma);
+    ratio.insert(ratio.end(), {voltages.real(), voltages.imag()});
+    lengths.insert(lengths.end(), {i / 100.0, 0});
     frequencies.push_back(std::to_string(std::lround(hertz)) + " Hz");
   }
   // The same line's (R + iwL) (G + iwC), of which the square root is its propagation constant.
@@ -157,6 +162,15 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   for (int i = 0; i <= 200; ++i) {
     const double angular = 2 * M_PI * 100 * std::pow(10, i / 50.0);
     product.insert(product.end(), {-angular * 0.59e-3 * angular * 50e-9, 280 * angular * 50e-9});
+  }
+  // Cities on Mercator's map, longitude and ordinate as one number z; the transverse map, on which
+  // Greenwich's meridian is true to scale, has them at asin(tanh z) = atan(sinh z).
+  Column tangents, sines, transverseTangents, transverseScales;
+  for (size_t i = 0; i < mercator.size(); ++i) {
+    const std::complex<double> z(mercator[i], longitude[i] * (M_PI / 180)), place = std::asin(std::tanh(z));
+    const auto add = [](Column& to, std::complex<double> w) { to.insert(to.end(), {w.real(), w.imag()}); };
+    add(tangents, std::tanh(z)), add(sines, std::sinh(z));
+    add(transverseTangents, std::tan(place)), add(transverseScales, 1.0 / std::cos(place));
   }
   // How far a star's magnitude is from the mean, in standard deviations over sqrt 2; and the stars'
   // ranks, from -1 to 1.
@@ -229,6 +243,18 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
       {"modf", "latitude in degrees and the rest", only(latitude), FORMULA(trunc(a), fraction(a)), c},
       {"complexExp", "voltage at the matched line's beginning over that at its end", only(line),
        COMPLEX_FORMULA(exp(z)), f},
+      {"complexLn", "line's attenuation and phase, from the voltages", only(ratio), COMPLEX_FORMULA(log(z)), f},
+      {"complexLog10", "the same in bels", only(ratio), COMPLEX_FORMULA(log10(z)), f},
+      {"complexPow", "voltages' ratio over 0 to 10 km, from that over 5 km", Job{{ratio, lengths}},
+       COMPLEX_FORMULA(pow(z, exponent)), f, true},
+      {"complexPowx", "that over 7.5 km", Job{{ratio, Column(ratio.size())}, {1.5, 0}},
+       COMPLEX_FORMULA(pow(z, exponent)), f, true},
+      {"complexAsin", "place on the transverse map, from tanh z", only(tangents), COMPLEX_FORMULA(asin(z)), c},
+      {"complexAcos", "the same from the pole", only(tangents), COMPLEX_FORMULA(acos(z)), c},
+      {"complexAtan", "the same from sinh z", only(sines), COMPLEX_FORMULA(atan(z)), c},
+      {"complexAsinh", "place on Mercator's map, from the transverse one's tangent", only(transverseTangents),
+       COMPLEX_FORMULA(asinh(z)), c},
+      {"complexAcosh", "the same from its secant", only(transverseScales), COMPLEX_FORMULA(acosh(z)), c},
       {"complexSqrt", "propagation constant of the line a kilometre", only(product), COMPLEX_FORMULA(sqrt(z)), f},
       {"complexSinh", "open line: current at its beginning over voltage at its end", only(line),
        COMPLEX_FORMULA(sinh(z)), f},
@@ -241,9 +267,10 @@ std::vector<Use> usesOf(const Table& cities, const Table& stars, const Table& pl
   };
 }
 
-double ulps(double y, long double exact) {
-  if (exact == 0) return y == 0 ? 0 : HUGE_VAL;
-  return static_cast<double>(std::fabs(y - exact) / std::ldexp(1.0L, std::max(std::ilogb(exact), -1022) - 52));
+// The error of y in units of the last place of `unit`.
+double ulps(double y, long double exact, long double unit) {
+  if (unit == 0) return y == 0 ? 0 : HUGE_VAL;
+  return static_cast<double>(std::fabs(y - exact) / std::ldexp(1.0L, std::max(std::ilogb(unit), -1022) - 52));
 }
 
 // Calls `take` with the element i of the first input, that of the second one or the scalar, and the
@@ -263,8 +290,10 @@ double largestError(Job& job, const qorvane::Signature& signature, const Use& us
     const bool pair = signature.parts == 2;
     const long double xs[] = {x[0], pair ? x[1] : 0}, ys[] = {y[0], pair ? y[1] : 0};
     const auto exact = use.exact(xs, ys);
-    largest = std::max(largest, ulps(first, exact.first));
-    if (signature.realsOut() == 2) largest = std::max(largest, ulps(second, exact.second));
+    const long double larger = std::max(std::fabs(exact.first), std::fabs(exact.second));
+    largest = std::max(largest, ulps(first, exact.first, use.ofTheLarger ? larger : exact.first));
+    if (signature.realsOut() == 2)
+      largest = std::max(largest, ulps(second, exact.second, use.ofTheLarger ? larger : exact.second));
   });
   return largest;
 }

@@ -18,8 +18,7 @@ Registers cpuid(uint32_t leaf, uint32_t subleaf) {
   return r;
 }
 
-// Register 0 of XGETBV: which register state the operating system saves. Only where CPUID says
-// OSXSAVE.
+// Register 0 of XGETBV: which register state the operating system saves.
 uint32_t savedState() {
   uint32_t low, high;
   asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
@@ -27,6 +26,11 @@ uint32_t savedState() {
 }
 
 }  // namespace
+
+bool avxStateIsSaved(uint32_t ecx, uint32_t (*xcr0)()) {
+  constexpr uint32_t osxsaveAndAvx = 3u << 27;
+  return (ecx & osxsaveAndAvx) == osxsaveAndAvx && (xcr0() & 6) == 6;
+}
 
 uint64_t featuresOf(const ProcessorWords& words) {
   struct Source {
@@ -59,9 +63,7 @@ LevelChoice chooseLevel(uint64_t features) {
 nuvStatus queryProcessorFeatures(uint64_t* features, uint32_t* info) {
   if (!featuresAreCached) {
     const Registers r = cpuid(1, 0);
-    constexpr uint32_t osxsaveAndAvx = 3u << 27;
-    ProcessorWords words = {r.ecx, r.edx, false, 0};
-    if ((r.ecx & osxsaveAndAvx) == osxsaveAndAvx) words.stateIsSaved = savesXmmAndYmm(savedState());
+    ProcessorWords words = {r.ecx, r.edx, avxStateIsSaved(r.ecx, savedState), 0};
     if ((r.eax >> 8 & 0xf) == 0xb) words.familyB = cpuid(0x20000001, 0).edx;
     cachedFeatures = featuresOf(words);
     featuresAreCached = true;

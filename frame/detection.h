@@ -23,8 +23,8 @@ struct ProcessorWords {
 };
 uint64_t featuresOf(const ProcessorWords& words);
 
-// From register 0 of XGETBV.
-constexpr bool savesXmmAndYmm(uint32_t xcr0) { return (xcr0 & 6) == 6; }
+// From ECX of CPUID leaf 1, and register 0 of XGETBV, which is read only where there is one.
+bool avxStateIsSaved(uint32_t ecx, uint32_t (*xcr0)());
 
 struct LevelChoice {
   int32_t level;

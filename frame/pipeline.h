@@ -4,6 +4,8 @@
 // makes one stage for each of as many successive vectors, the oldest first: its operands were ready
 // a turn ago. Numbers that live longer than a turn go through memory.
 #pragma once
+#include <type_traits>
+
 #include "frame/loops.h"
 
 namespace qorvane {
@@ -37,9 +39,9 @@ INLINE void pipeline(int64_t count, Stages... stages) {
   (std::make_integer_sequence<int, fill>{});
 }
 
-// Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may take
-// one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status takes
-// the rest and raises its flags.
+// Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may
+// take one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status
+// takes the rest and raises its flags.
 template <int64_t longest, int64_t shortest, int64_t unit, class Fast, class Other, class... Pointers>
 INLINE nuvStatus stretchLoop(int64_t len, Fast fast, Other other, Pointers... pointers) {
   nuvStatus status = nuvStatusOk;
@@ -52,6 +54,26 @@ INLINE nuvStatus stretchLoop(int64_t len, Fast fast, Other other, Pointers... po
       takeStatus<Raises::no>(status, other(count, pointers...));
   }
   return status;
+}
+
+// The same with a function for each, so that arrays too short for a stretch don't pay for the
+// registers and the stack that `fast` wants. Neither captures anything.
+template <class Other, class... Pointers>
+[[gnu::noinline, gnu::flatten, gnu::aligned(64)]] nuvStatus shortArray(int64_t len, Other other, Pointers... pointers) {
+  return other(len, pointers...);
+}
+template <int64_t longest, int64_t shortest, int64_t unit, class Fast, class Other, class... Pointers>
+[[gnu::noinline, gnu::flatten, gnu::aligned(64)]] nuvStatus longArray(int64_t len, Fast fast, Other other,
+                                                                      Pointers... pointers) {
+  return stretchLoop<longest, shortest, unit>(
+      len, fast, [=](int64_t count, Pointers... rest) INLINED { return shortArray(count, other, rest...); },
+      pointers...);
+}
+template <int64_t longest, int64_t shortest, int64_t unit, class Fast, class Other, class... Pointers>
+INLINE nuvStatus shortOrLongLoop(int64_t len, Fast fast, Other other, Pointers... pointers) {
+  static_assert(std::is_empty_v<Fast> && std::is_empty_v<Other>);
+  if (len < shortest) return shortArray(len, other, pointers...);
+  return longArray<longest, shortest, unit>(len, fast, other, pointers...);
 }
 
 }  // namespace

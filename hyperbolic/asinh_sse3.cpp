@@ -29,7 +29,19 @@ Extended sum(Extended a) { return a + root(a * a + 1.0L); }
   return withSignOf(static_cast<Float64>(a + a * (w * (b3 * w + b1))), x);
 }
 
+// One unflagged element. The number goes from memory into the x87 unit and back, its sign by
+// factors: a way through other registers and the stack would take longer than they do.
+void ordinaryElement(const Float64* src, Float64* dst) {
+  static constexpr Float64 signs[] = {1.0, -1.0};
+  const Extended sign = signs[toBits(*src) >> 63];
+  ExtendedChunk one;
+  storeParts(one, 0, sum(sign * *src));
+  reduceParts(one, 1);
+  *dst = static_cast<Float64>(sign * lnAt(one, 0));
+}
+
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !isFlagged(*src)) return ordinaryElement(src, dst), nuvStatusOk;
   ExtendedChunk chunk;
   for (int count; len > 0; src += count, dst += count, len -= count) {
     count = len < extendedChunk ? static_cast<int>(len) : extendedChunk;

@@ -20,16 +20,16 @@ bool isOrdinary(Float64 x) { return (highWord(x) & 0x7fffffff) - 0x3f700000 < 0x
 // (1 + a) / (1 - a), from the reciprocal of a - 1
 Extended ratio(Extended reciprocal) { return reciprocal * -2.0L - 1.0L; }
 
-// From 2^-8 up to 1, alone. The number goes from memory into the x87 unit and back, its sign by a
-// factor, without a way through integers and the stack.
+// From 2^-8 up to 1, alone. The number goes from memory into the x87 unit and back, its sign by
+// factors: a way through other registers and the stack would take longer than they do.
 void ordinaryElement(const Float64* src, Float64* dst) {
-  constexpr Float64 signedHalf[] = {0.5, -0.5};
-  const Float64 half = signedHalf[toBits(*src) >> 63];
-  const Extended d = __builtin_fabsl(*src) - 1.0L;
+  static constexpr Float64 signs[] = {1.0, -1.0}, signedHalves[] = {0.5, -0.5};
+  const uint64_t isNegative = toBits(*src) >> 63;
+  const Extended d = Extended{signs[isNegative]} * *src - 1.0L;
   ExtendedChunk one;
   storeParts(one, 0, ratio((1.0L / (d * d)) * d));
   reduceParts(one, 1);
-  *dst = static_cast<Float64>(half * lnAt(one, 0));
+  *dst = static_cast<Float64>(signedHalves[isNegative] * lnAt(one, 0));
 }
 
 Element otherElement(Float64 x) {

@@ -106,7 +106,7 @@ INLINE void strip(const Float64* src, Float64* dst, int64_t count) {
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return stretchLoop<longestStrip, shortestStrip, 4>(
+  return shortOrLongLoop<longestStrip, shortestStrip, 4>(
       len,
       [](int64_t count, const Float64* x, Float64* y) INLINED {
         const bool fits = !anyMagnitudeFrom(x, count, flaggedHighWord);

@@ -155,7 +155,7 @@ Element tanhFixLane(Float64 x) {
 
 template <class V>
 nuvStatus tanhLoop(const Float64* src, Float64* dst, int64_t len) {
-  return stretchLoop<longestStrip, shortestStrip, 4>(
+  return shortOrLongLoop<longestStrip, shortestStrip, 4>(
       len, [](int64_t count, const Float64* x, Float64* y) INLINED { return tanhStrip<V>(x, y, count); },
       [](int64_t count, const Float64* x, Float64* y) INLINED {
         return guardedUnaryLoop<V, Raises::no>(

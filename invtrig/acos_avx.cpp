@@ -36,7 +36,7 @@ Element acosSpecialLane(Float64 x) {
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return arcLoop(src, dst, len, finish, acosSpecialLane);
+  return arcLoop<finish, acosSpecialLane>(src, dst, len);
 }
 
 }  // namespace

@@ -24,11 +24,10 @@ constexpr auto finish = [](auto x, auto t) INLINED {
   return xorBits(d, xorBits(sign, broadcast<V>(-0.0))) + hi;
 };
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return arcLoop(
-      src, dst, len, finish, [](Float64 x) { return x > 0 ? 0.0 : pi; },
-      [](Float64 x) { return xorBits(x + x, -0.0); });
-}
+constexpr auto atOne = [](Float64 x) { return x > 0 ? 0.0 : pi; };
+constexpr auto ofNan = [](Float64 x) { return xorBits(x + x, -0.0); };
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return arcLoop<finish, atOne, ofNan>(src, dst, len); }
 
 }  // namespace
 

@@ -94,8 +94,8 @@ INLINE V isOutlier(V x) {
 // Stretches without outliers. A vector's chain of operations takes some ninety cycles; it is cut
 // into stages. The operations are those of arcTerms, and so are the bits.
 constexpr int64_t longestStretch = 320, shortestStretch = 24;
-template <class Finish>
-INLINE bool stretch(const Float64* src, Float64* dst, int64_t count, Finish finish) {
+template <auto finish>
+INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
   using V = Lanes4;
   constexpr int64_t vector = laneCount<V>;
   alignas(32) Float64 ss[longestStretch], zs[longestStretch], corrs[longestStretch], ps[longestStretch];
@@ -135,26 +135,24 @@ INLINE bool stretch(const Float64* src, Float64* dst, int64_t count, Finish fini
 }
 
 // finish(V x, V a, ArcTerms<V>) -> V; outlier(Float64 x) -> Element for |x| from 1 up.
-template <class Finish, class Outlier>
-INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, Outlier outlier) {
-  const auto core = [=](auto x) INLINED {
+template <auto finish, auto outlier>
+INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len) {
+  static constexpr auto core = [](auto x) INLINED {
     const auto a = magnitude(x);
     return finish(x, a, arcTerms(a));
   };
-  const auto anyOutlier = [](auto x) INLINED { return signMask(isOutlier(x)) != 0; };
-  const auto lane = [=](Float64 x) -> Element {
-    if (anyOutlier(x)) return outlier(x);
-    return {core(x)};
+  static constexpr auto anyOutlier = [](auto x) INLINED { return signMask(isOutlier(x)) != 0; };
+  static constexpr auto lane = [](Float64 x) -> Element { return anyOutlier(x) ? outlier(x) : Element{core(x)}; };
+  static constexpr auto blocks = [](int64_t count, const Float64* x, Float64* y) INLINED {
+    return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(x, y, count, core, anyOutlier, lane);
   };
   if (len == 1) {
     nuvStatus status = nuvStatusOk;
     takeElement<Raises::yes>(status, dst, lane(*src));
     return status;
   }
-  return stretchLoop<longestStretch, shortestStretch, 8>(
-      len, [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(from, to, count, finish); },
-      [=](int64_t count, const Float64* from, Float64* to)
-          INLINED { return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(from, to, count, core, anyOutlier, lane); },
+  return shortOrLongLoop<longestStretch, shortestStretch, 8>(
+      len, [](int64_t count, const Float64* x, Float64* y) INLINED { return stretch<finish>(count, x, y); }, blocks,
       src, dst);
 }
 

@@ -103,8 +103,8 @@ INLINE ArcTerms<V> arcTerms(V a) {
 // loops over what stands in memory. The operations are those of arcTerms, and so are the bits.
 constexpr int64_t longestStretch = 192, shortestStretch = 24, vector = laneCount<Four>;
 
-template <class Finish>
-INLINE bool stretch(int64_t count, const Float64* src, Float64* dst, Finish finish) {
+template <auto finish>
+INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
   alignas(16) Float64 zs[longestStretch], ys[longestStretch], his[longestStretch], los[longestStretch];
   Words4 outliers{};
   for (int64_t i = 0; i < count; i += vector)
@@ -131,25 +131,22 @@ INLINE bool stretch(int64_t count, const Float64* src, Float64* dst, Finish fini
 
 // finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of
 // NaNs.
-template <class Finish, class AtOne, class OfNan>
-INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len, Finish finish, AtOne atOne, OfNan ofNan) {
-  const auto fast = [=](auto x) INLINED { return finish(x, arcTerms(magnitude(x))); };
-  const auto isOutlier = [](auto x) INLINED { return anyMagnitudeFrom(x, outlierHighWord); };
-  const auto lane = [=](Float64 x) -> Element {
+template <auto finish, auto atOne, auto ofNan>
+INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len) {
+  static constexpr auto fast = [](auto x) INLINED { return finish(x, arcTerms(magnitude(x))); };
+  static constexpr auto isOutlier = [](auto x) INLINED { return anyMagnitudeFrom(x, outlierHighWord); };
+  static constexpr auto lane = [](Float64 x) -> Element {
     if (x != x) return {ofNan(x)};
     if (magnitude(x) == 1.0) return {atOne(x)};
     if (magnitude(x) > 1.0) return {fromBits(0xfff8000000000000), nuvStatusOutOfDomain};
     return {fast(x)};
   };
-  if (len == 1) {
-    nuvStatus status = nuvStatusOk;
-    takeElement<Raises::no>(status, dst, isOutlier(*src) ? lane(*src) : Element{fast(*src)});
-    return status;
-  }
-  return stretchLoop<longestStretch, shortestStretch, vector>(
-      len, [=](int64_t count, const Float64* from, Float64* to) INLINED { return stretch(count, from, to, finish); },
-      [=](int64_t count, const Float64* from, Float64* to)
-          INLINED { return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(from, to, count, fast, isOutlier, lane); },
+  static constexpr auto blocks = [](int64_t count, const Float64* x, Float64* y) INLINED {
+    return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(x, y, count, fast, isOutlier, lane);
+  };
+  if (len == 1 && !isOutlier(*src)) return *dst = fast(*src), nuvStatusOk;
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(
+      len, [](int64_t count, const Float64* x, Float64* y) INLINED { return stretch<finish>(count, x, y); }, blocks,
       src, dst);
 }
 

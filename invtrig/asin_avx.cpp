@@ -31,7 +31,7 @@ Element asinSpecialLane(Float64 x) {
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return arcLoop(src, dst, len, finish, asinSpecialLane);
+  return arcLoop<finish, asinSpecialLane>(src, dst, len);
 }
 
 }  // namespace

@@ -22,10 +22,10 @@ constexpr auto finish = [](auto x, auto t) INLINED {
   return orBits((low + (t.hi + half)) + half, signOf(x));
 };
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return arcLoop(
-      src, dst, len, finish, [](Float64 x) { return orBits(halfPi, signOf(x)); }, [](Float64 x) { return x + x; });
-}
+constexpr auto atOne = [](Float64 x) { return orBits(halfPi, signOf(x)); };
+constexpr auto ofNan = [](Float64 x) { return x + x; };
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return arcLoop<finish, atOne, ofNan>(src, dst, len); }
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 // atan2(y, x), level 5.
 //
-// Method: atan2_core.h; stretches go through the stages of atan_stages.h.
+// Method: atan2_core.h.
 //
 // Error: largest found 0.747 ulp, for negative x and y not far from x; subnormal results 2.0 units
 // of 2^-1074 (docs/accuracy.md has the arguments), in round-to-nearest; rounding mode, FTZ and DAZ
@@ -10,7 +10,6 @@
 #include "frame/kernel_frame.h"
 #include "invtrig/atan2_core.h"
 #include "invtrig/atan2_special_lane.h"
-#include "invtrig/atan_stages.h"
 #include "invtrig/masks_avx.h"
 
 namespace qorvane {
@@ -48,7 +47,7 @@ constexpr auto isFlagged = [](auto y, auto x) INLINED {
   for (int64_t i = 0; i < count; ++i)
     dst[i] = isFlagged(y[i], x[i]) ? atan2SpecialLane(y[i], x[i]).value : atan2Core(y[i], x[i], intervalOf);
 }
-nuvStatus blocks(int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
+constexpr auto blocks = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   for (int64_t i = 0, count; i < len; i += count) {
     count = len - i < vector ? len - i : vector;
     const Lanes4 y = loadPart<Lanes4>(srcA + i, count), x = loadPart<Lanes4>(srcB + i, count);
@@ -58,10 +57,10 @@ nuvStatus blocks(int64_t len, const Float64* srcA, const Float64* srcB, Float64*
       storePart(dst + i, atan2Core(y, x, intervalOf), count);
   }
   return nuvStatusOk;
-}
+};
 
-// Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
-bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
+// Numbers from 2^-120 up to 2^120.
+constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
   using V = Lanes4;
   V allWithin = broadcast<V>(-0.0);  // the sign bits count
   eachVector(count, [&](int64_t i) INLINED {
@@ -69,28 +68,12 @@ bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* d
     allWithin = andBits(allWithin, andBits(isWithin(a, 0x1p-120, 0x1p120), isWithin(b, 0x1p-120, 0x1p120)));
   });
   if (signMask(allWithin) != 15) return false;
-
-  alignas(32) Column his, los;
-  Stages s;
-  eachVector(count, [&](int64_t i) INLINED {
-    const V a = magnitude(load<V>(srcA + i)), b = magnitude(load<V>(srcB + i));
-    const auto interval = intervalOf(a, b);
-    store(his + i, interval.hi), store(los + i, interval.lo);
-    const auto [nh, nl, d, dl] = fraction(a, b, interval);
-    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
-  });
-  divide(s, count);
-  beginSeries(s, count);
-  eachVector(count, [&](int64_t i) INLINED {
-    const V y = load<V>(srcA + i), x = load<V>(srcB + i);
-    store(dst + i,
-          sum(y, x, seriesAt(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(his + i), load<V>(los + i)));
-  });
+  atan2Stages(count, srcA, srcB, dst, intervalOf);
   return true;
-}
+};
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, srcA, srcB, dst);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, srcA, srcB, dst);
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 // with multiples of b, has a point c with atan t = atan c + atan u and
 //   u = (a - c b) / (b + c a),   for the largest t: atan t = pi/2 + atan(-b / a).
 // Numerator and denominator are in two parts, and u too: its quotient comes from the processor's
-// approximation y of the reciprocal of the denominator and the series of 1 / (1 + e).
+// approximation y of the reciprocal of the denominator and the series of 1 / (1 + e). Stretches go
+// through the stages of atan_stages.h.
 #pragma once
-#include "frame/words.h"
-#include "invtrig/atan_division.h"
+#include "invtrig/atan_stages.h"
 #include "invtrig/inverse_constants.h"
 
 namespace qorvane {
@@ -58,6 +58,26 @@ INLINE V atan2Core(V y, V x, IntervalOf intervalOf) {
   const auto [uh, ul] = quotient(nh, nl, upperPart(d), dl);
   const V u = ul + uh;
   return sum(y, x, atanSeries(u) * u, uh, ul, interval.hi, interval.lo);
+}
+
+// The same for a stretch whose numbers and their reciprocals single precision can hold.
+template <class IntervalOf>
+INLINE void atan2Stages(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst, IntervalOf intervalOf) {
+  alignas(32) Column his, los;
+  Stages s;
+  eachVector(count, [&](int64_t i) INLINED {
+    const Four a = magnitude(load<Four>(srcA + i)), b = magnitude(load<Four>(srcB + i));
+    const auto interval = intervalOf(a, b);
+    store(his + i, interval.hi), store(los + i, interval.lo);
+    const auto [nh, nl, d, dl] = fraction(a, b, interval);
+    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
+  });
+  divide(s, count);
+  beginSeries(s, count);
+  eachVector(count, [&](int64_t i) INLINED {
+    const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i), hi = load<Four>(his + i), lo = load<Four>(los + i);
+    store(dst + i, sum(y, x, seriesAt(s, i), load<Four>(s.uh() + i), load<Four>(s.ul() + i), hi, lo));
+  });
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include "frame/kernel_frame.h"
 #include "invtrig/atan2_core.h"
 #include "invtrig/atan2_special_lane.h"
-#include "invtrig/atan_stages.h"
 
 namespace qorvane {
 namespace {
@@ -44,7 +43,7 @@ INLINE bool isFlagged(V y, V x) {
 [[gnu::noinline, gnu::cold]] void specialGroup(const Float64* y, const Float64* x, Float64* dst, int64_t count) {
   for (int64_t i = 0; i < count; ++i) dst[i] = atan2SpecialLane(y[i], x[i]).value;
 }
-nuvStatus groups(int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
+constexpr auto groups = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   int64_t i = 0;
   for (; i + laneCount<Four> <= len; i += laneCount<Four>) {
     const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
@@ -53,17 +52,21 @@ nuvStatus groups(int64_t len, const Float64* srcA, const Float64* srcB, Float64*
     else
       store(dst + i, atan2Core(y, x, intervalOf));
   }
-  for (; i < len; ++i) {
-    if (isFlagged(srcA[i], srcB[i])) [[unlikely]]
+  // What remains are groups of one, of which ordinary ones may still be computed together.
+  for (int64_t count; i < len; i += count) {
+    const bool isAlone = i + 1 == len || isFlagged(load<Lanes2>(srcA + i), load<Lanes2>(srcB + i));
+    count = isAlone ? 1 : 2;
+    const Lanes2 y = loadPart<Lanes2>(srcA + i, count), x = loadPart<Lanes2>(srcB + i, count);
+    if (isAlone && isFlagged(y, x)) [[unlikely]]
       specialGroup(srcA + i, srcB + i, dst + i, 1);
     else
-      storePart(dst + i, atan2Core(loadPart<Lanes2>(srcA + i, 1), loadPart<Lanes2>(srcB + i, 1), intervalOf), 1);
+      storePart(dst + i, atan2Core(y, x, intervalOf), count);
   }
   return nuvStatusOk;
-}
+};
 
-// Numbers from 2^-120 up to 2^120: single precision holds their reciprocals.
-bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
+// Numbers from 2^-120 up to 2^120.
+constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
   constexpr int lowest = 0x38700000, range = 0x0f000000;  // of high words
   Words4 outside{};
   eachVector(count, [&](int64_t i) INLINED {
@@ -73,28 +76,12 @@ bool stretch(int64_t count, const Float64* srcA, const Float64* srcB, Float64* d
     }
   });
   if (any(outside)) return false;
-
-  alignas(16) Column his, los;
-  Stages s;
-  eachVector(count, [&](int64_t i) INLINED {
-    const Four a = magnitude(load<Four>(srcA + i)), b = magnitude(load<Four>(srcB + i));
-    const auto interval = intervalOf(a, b);
-    store(his + i, interval.hi), store(los + i, interval.lo);
-    const auto [nh, nl, d, dl] = fraction(a, b, interval);
-    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
-  });
-  divide(s, count);
-  beginSeries(s, count);
-  eachVector(count, [&](int64_t i) INLINED {
-    const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
-    store(dst + i, sum(y, x, seriesAt(s, i), load<Four>(s.uh() + i), load<Four>(s.ul() + i), load<Four>(his + i),
-                       load<Four>(los + i)));
-  });
+  atan2Stages(count, srcA, srcB, dst, intervalOf);
   return true;
-}
+};
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, groups, srcA, srcB, dst);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, groups, srcA, srcB, dst);
 }
 
 }  // namespace

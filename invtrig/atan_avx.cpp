@@ -83,7 +83,7 @@ constexpr Float64 keyShifter = 0x1.8p24 + 0x1p-4 - 0x1p-24;
 constexpr Float64 lastKey = 2.5;
 
 // Numbers from 2^-1020 up to 2^126.
-bool stretch(int64_t count, const Float64* src, Float64* dst) {
+constexpr auto stretch = [](int64_t count, const Float64* src, Float64* dst) {
   using V = Lanes4;
   alignas(32) Column keys;
   Stages s;
@@ -114,19 +114,19 @@ bool stretch(int64_t count, const Float64* src, Float64* dst) {
     store(dst + i, orBits(v, signOf(load<V>(src + i))));
   });
   return true;
-}
+};
 
 constexpr auto flagged = [](auto x) INLINED { return isFlagged(x); };
 INLINE Element lane(Float64 x) { return flagged(x) ? atanSpecialLane(x) : Element{core(x)}; }
 
-nuvStatus blocks(int64_t count, const Float64* src, Float64* dst) {
+constexpr auto blocks = [](int64_t count, const Float64* src, Float64* dst) {
   return guardedUnaryLoop<Pack<Lanes4, 2>, Raises::yes>(
       src, dst, count, [](auto x) INLINED { return core(x); }, flagged, [](Float64 x) { return lane(x); });
-}
+};
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1) return *dst = lane(*src).value, nuvStatusOk;
-  return stretchLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, src, dst);
+  return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, src, dst);
 }
 
 }  // namespace

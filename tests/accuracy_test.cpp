@@ -1,5 +1,6 @@
 // The error bounds of every served function, in every named range and at every level that runs
 // another program: on a seeded sample, and at the worst arguments that hunts have found.
+#include <algorithm>
 #include <cmath>
 
 #include "tests/test_support.h"
@@ -70,6 +71,29 @@ TEST(AccuracyMeasurement, CountsUnitsInTheLastPlace) {
     EXPECT_DOUBLE_EQ(wrong.error, right.error + 1) << row.x;
   }
   EXPECT_NEAR(evaluateAt(*exp, 1, {0x1.1e75f02d006e2p3}, 16).error, 0.5249, 0.0001);
+}
+
+// The classes of errors count as judging every result exactly does.
+TEST(AccuracyMeasurement, CountsItsClassesOfErrors) {
+  const Function* exp = findFunction("exp");
+  ASSERT_NE(exp, nullptr);
+  const auto ranges = rangesOf("exp");
+  const auto range = std::find_if(ranges.begin(), ranges.end(), [](auto& r) { return r.name == "subnormal results"; });
+  ASSERT_NE(range, ranges.end());
+  Random random{5};
+  static Block block;
+  block.count = blockLengthOf(*exp);
+  draw(*exp, *range, random, block);
+  evaluate(*exp, 1, block);
+  Measurement expected;
+  for (size_t i = 0; i < static_cast<size_t>(block.count); ++i) {
+    const double error = std::fabs(judgeExactly(*exp, findingAt(*exp, block, i, 0)).error);
+    for (size_t k = 0; k < errorClasses.size(); ++k) expected.within[k] += error <= errorClasses[k];
+  }
+  const Measurement measured = measure(*exp, 1, *range, block.count, 5, nullptr);
+  EXPECT_EQ(measured.within, expected.within);
+  EXPECT_EQ(measured.results, block.count);
+  EXPECT_LT(measured.within[0], measured.within[2]);
 }
 
 }  // namespace

@@ -22,8 +22,10 @@ struct Subject {
 const Subject subjects[] = {
     {"sinh", Function::sinh, nuvsSinh_64fc_A53, element<Function::sinh>},
     {"cosh", Function::cosh, nuvsCosh_64fc_A53, element<Function::cosh>},
+    {"tanh", Function::tanh, nuvsTanh_64fc_A53, element<Function::tanh>},
     {"sin", Function::sin, nuvsSin_64fc_A53, element<Function::sin>},
     {"cos", Function::cos, nuvsCos_64fc_A53, element<Function::cos>},
+    {"tan", Function::tan, nuvsTan_64fc_A53, element<Function::tan>},
 };
 
 bool same(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
@@ -97,23 +99,33 @@ TEST(Certified, OrdinaryElementsHaveTheirExtendedBits) {
   }
 }
 
+// With that share of the bounds.
+bool isCertain(Function function, double x, double y, double share) {
+  const auto h = hyperbolicPairs(std::abs(x));
+  const auto t = trigonometricPairs(std::abs(y));
+  Certain<Float64> first, second;
+  if (isQuotient(function)) {
+    const auto q = quotients(h.sinh, h.cosh, t.sin, t.cos, t.cos);
+    first = certainPair(q.ofSinhCosh, 0.0, q.boundOfSinhCosh() * share);
+    second = certainPair(q.ofSinCos, 0.0, q.boundOfSinCos() * share);
+  } else {
+    const bool mixed = hasSinhCos(function);
+    first = certainProduct(h.sinh, mixed ? t.cos : t.sin, 0.0, boundWithSinh * share);
+    second = certainProduct(h.cosh, mixed ? t.sin : t.cos, 0.0, boundWithCosh * share);
+  }
+  return toBits(first.isCertain) != 0 && toBits(second.isCertain) != 0;
+}
+
 // Elements near a boundary between two numbers: those that are just certain, and those that a bound too
 // small would take wrongly.
 TEST(Certified, BarelyAndUncertainElementsHaveTheirExtendedBits) {
   for (const Subject& subject : subjects) {
     std::mt19937_64 random(2);
     std::vector<Complex64> z;
-    const bool turned = subject.function == Function::sin || subject.function == Function::cos;
     for (int i = 0; i < 400000; ++i) {
       const double size = i % 2 == 0 ? 1 : 20, x = uniform(random, -size, size), y = uniform(random, -size, size);
-      const auto h = hyperbolicPairs(std::abs(x));
-      const auto t = trigonometricPairs(std::abs(y));
-      const bool mixed = hasSinhCos(subject.function);
-      const auto certain = [&](double share) {
-        return toBits(certainProduct(h.sinh, mixed ? t.cos : t.sin, 0.0, boundWithSinh * share).isCertain) != 0 &&
-               toBits(certainProduct(h.cosh, mixed ? t.sin : t.cos, 0.0, boundWithCosh * share).isCertain) != 0;
-      };
-      if (!certain(1.25)) z.push_back(turned ? Complex64{y, x} : Complex64{x, y});
+      if (!isCertain(subject.function, x, y, 1.25))
+        z.push_back(isTurned(subject.function) ? Complex64{y, x} : Complex64{x, y});
     }
     ASSERT_GT(z.size(), 1000u);
     expectElements(subject, z);
@@ -134,6 +146,35 @@ TEST(Certified, EveryLengthAndNeighbourGivesTheSameBits) {
       expectElements(subject, z);
     }
   }
+}
+
+// From |x| = 256 up tanh's small part is scaled, from 354 up subnormal, from 373 up 0: flags as the routine's.
+// A part below all normal numbers is no zero.
+TEST(Certified, LargeAndTinyPartsHaveTheirBitsAndFlags) {
+  std::mt19937_64 random(5);
+  const double edges[] = {
+      256, std::nextafter(512, 0), std::nextafter(256, 0), 512, 354.19, 354.2, 354.89, 372.7, 373.1, 0x1p-1074};
+  const double others[] = {0, -0.0, 1, -1, 2, -2, 1.5707963267948966, 0x1p-100, -200};
+  for (const Subject& subject : subjects)
+    for (int i = 0; i < 3000; ++i) {
+      double x = i < 90 ? edges[i / 9] : uniform(random, 256, 512);
+      if ((i & 1) != 0) x = -x;
+      const double y = i < 90 ? others[i % 9] : uniform(random, -20, 20);
+      const Complex64 z = isTurned(subject.function) ? Complex64{y, x} : Complex64{x, y};
+      std::feclearexcept(FE_ALL_EXCEPT);
+      const Complex64 expected = subject.element(z);
+      const int flags = std::fetestexcept(FE_ALL_EXCEPT);
+      for (int level : supportedLevels()) {
+        AtLevel at(level);
+        Complex64 result;
+        std::feclearexcept(FE_ALL_EXCEPT);
+        subject.served(&z, &result, 1);
+        EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), flags) << subject.name << std::hexfloat << z.re << ", " << z.im;
+        EXPECT_TRUE(same(result.re, expected.re) && same(result.im, expected.im))
+            << subject.name << std::hexfloat << "(" << z.re << ", " << z.im << "): " << result.re << ", " << result.im
+            << ", extended " << expected.re << ", " << expected.im;
+      }
+    }
 }
 
 // The caller's rounding holds where it isn't to nearest.

@@ -190,6 +190,7 @@ TEST(ComplexExp, SubnormalPartsRaiseUnderflow) {
   };
   const Case cases[] = {
       {nuvsExp_64fc_A53, {-720, 600}, true},     {nuvsExp_64fc_A53, {-700, 601}, false},
+      {nuvsExp_64fc_A53, {-708, 0.785}, false},  // both just above 2^-1022
       {nuvsSinh_64fc_A53, {0x1p-1040, 1}, true}, {nuvsSinh_64fc_A53, {1, 0x1p-1040}, true},
       {nuvsCosh_64fc_A53, {1, 0x1p-1040}, true}, {nuvsCosh_64fc_A53, {0x1p-1000, 0x1p-40}, true},
       {nuvsTanh_64fc_A53, {0x1p-1040, 1}, true}, {nuvsTanh_64fc_A53, {1, 0x1p-1040}, true},

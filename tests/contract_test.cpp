@@ -68,10 +68,12 @@ void inModes(Visit visit) {
 
 TEST_P(EveryContract, LeavesTheControlWordsAsItFoundThem) {
   const auto samples = bothSamplesOf(6);
-  Outputs y = outputsFor(count);
+  Outputs y = outputsFor(count), usual[2] = {y, y};
+  for (size_t k = 0; k < 2; ++k) f(callOf(samples[k].inputs, usual[k], count));
   int turn = 0;
   inModes([&](uint32_t csr, uint16_t x87) {
-    const Sample& s = samples[static_cast<size_t>(++turn / 4 % 2)];  // each with all of FTZ, DAZ and x87 modes
+    const size_t which = static_cast<size_t>(++turn / 4 % 2);  // each with all of FTZ, DAZ and x87 modes
+    const Sample& s = samples[which];
     const Call c = callOf(s.inputs, y, count);
     writeX87Control(x87);
     writeMxcsr(csr);
@@ -87,7 +89,9 @@ TEST_P(EveryContract, LeavesTheControlWordsAsItFoundThem) {
     }
     // A mode that the kernel replaces can't be seen in the results.
     if (inForce(contract.mxcsr, csr) == inForce(contract.mxcsr, masks)) {
-      expectResults(s, 0, c.out, count, "in another mode");
+      for (size_t k = 0; k < outputs; ++k)
+        EXPECT_EQ(std::memcmp(y[k].data(), usual[which][k].data(), y[k].size() * sizeof(double)), 0)
+            << "other bits where MXCSR was " << std::hex << csr;
       EXPECT_EQ(status, s.lastStatus(0, count)) << std::hex << "MXCSR was " << csr;
     }
   });
@@ -135,9 +139,10 @@ TEST_P(EveryContract, RunsInTheModesOfItsClass) {
   look.sa_sigaction = lookAtTheWords;
   look.sa_flags = SA_SIGINFO;
   ASSERT_EQ(sigaction(SIGSEGV, &look, &before), 0);
-  inModes([&](uint32_t modes, uint16_t x87) {
-    constexpr uint32_t divideByZeroTraps = 0x200;
-    const uint32_t csr = x87 == 0x037f ? modes : modes & ~divideByZeroTraps;  // masks are the caller's
+  inModes([&](uint32_t modes, uint16_t word) {
+    // The exceptions' masks are the caller's: here zero divides trap in one unit or the other.
+    const uint32_t csr = word == 0x037f ? modes : modes & ~0x200u;
+    const auto x87 = static_cast<uint16_t>(word == 0x037f ? word & ~4 : word);
     seen.csr = 0;
     ASSERT_EQ(mprotect(seen.page, seen.size, PROT_NONE), 0);
     writeX87Control(x87);
@@ -160,6 +165,7 @@ TEST_P(EveryContract, GivesItsStatusesAndRaisesTheirFlags) {
   for (int32_t i = 0; i < 2000; ++i) {
     const Call one = from(callOf(x, y, 1), i);
     std::feclearexcept(FE_ALL_EXCEPT);
+    std::feraiseexcept(FE_INEXACT);  // as it nearly always is
     const unsigned status = asSet(f(one));
     const int raised = std::fetestexcept(FE_ALL_EXCEPT);
     given |= status;

@@ -47,8 +47,13 @@ quietly cmake -S "$source/tests/consumer/fortran" -B "$build/fortran" -DCMAKE_PR
 quietly cmake --build "$build/fortran"
 "$build/fortran/consumer"
 
+echo "Debian packages, and the binary interface"
+configure -DQORVANE_PACKAGES=ON -DCMAKE_INSTALL_LIBDIR=lib/$(cc -print-multiarch)
+built
+"$source/tests/packages_test.sh" "$super" "$source"
+
 echo "a library folder with an absolute name"
-configure -DCMAKE_INSTALL_PREFIX="$build/absolute" -DCMAKE_INSTALL_LIBDIR="$build/elsewhere/lib"
+configure -DQORVANE_PACKAGES=OFF -DCMAKE_INSTALL_PREFIX="$build/absolute" -DCMAKE_INSTALL_LIBDIR="$build/elsewhere/lib"
 built
 installed
 "$source/tests/package_test.sh" "$build/elsewhere" "$source" cc Shared Static

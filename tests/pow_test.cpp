@@ -234,10 +234,11 @@ TEST(Pow, FixedExponentTakesStretchesAsItTakesGroups) {
   constexpr int n = 311;
   for (int level : supportedLevels()) {
     AtLevel at(level);
-    for (double y :
-         {2.5, -2.3, 0.1, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 1e5, 0x1.e1fffp+29, 0x1.e20011p+29, 0x1p+80, -1e300}) {
+    for (double y : {2.5, -2.3, 0.1, 1.007, -1.006, -0x1p-40, 3.0, 1e-310, 700.3, -1e6, 1e5, 0x1.e1fffp+29,
+                     0x1.e20011p+29, 0x1p+80, -1e300}) {
       const double reach = std::fmin(963 / std::fabs(y), 1020);
-      for (double share : {0.3, 0.9999, 1.0001, 1.07, -0.9999, -1.0001, -1.07, -1.08}) {  // the negative: one end alone
+      for (double share :
+           {0.3, 0.9999, 1.0001, 1.07, -0.9999, -1.0001, -1.065, -1.07, -1.08}) {  // the negative: one end alone
         std::vector<double> x(n), whole(n), groups(n);
         for (int i = 0; i < n; ++i) {
           const double end = share > 0 && i % 2 ? -1 : std::copysign(1, y);
@@ -287,6 +288,31 @@ TEST(Pow, RepairReachesItsGroupAlone) {
               << "level " << level << ", element " << i << " beside " << bad << " of " << n;
         }
       }
+  }
+}
+
+// 2^-1042 is the smallest exponent that leaves its group on the fast path: the others keep their bits.
+TEST(Pow, TheSmallestExponentThatStaysInItsGroup) {
+  constexpr int n = 2000;
+  std::vector<double> x, y, plain(n), beside(n), below(n);
+  for (int i = 0; i < n; ++i) x.push_back(0.7 + 0.0013 * i), y.push_back(11.3 - 0.31 * (i % 70));
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    const auto powWithEveryFourth = [&](double exponent, std::vector<double>& results) {
+      std::vector<double> ys = y;
+      for (int i = 1; i < n; i += 4) ys[i] = exponent;
+      nuvsPow_64f_A53(x.data(), ys.data(), results.data(), n);
+    };
+    powWithEveryFourth(1, plain);
+    powWithEveryFourth(-0x1p-1042, beside);
+    powWithEveryFourth(-0x0.ffffp-1042, below);
+    int others = 0;
+    for (int i = 0; i < n; ++i) {
+      if (i % 4 == 1) continue;
+      EXPECT_EQ(bits(beside[i]), bits(plain[i])) << "level " << level << ", element " << i;
+      others += bits(below[i]) != bits(plain[i]);
+    }
+    EXPECT_EQ(others > 0, level < 5) << others;  // else nothing was shown
   }
 }
 

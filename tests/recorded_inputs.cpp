@@ -1,16 +1,25 @@
 #include "tests/recorded_inputs.h"
 
 #include <algorithm>
-#include <bit>
+#include <iterator>
+
+#include "tests/test_support.h"
 
 namespace qorvane::test {
 namespace {
 
 constexpr int32_t copies = 13;
 
-constexpr Witness witness(std::string_view stem, auto... patterns) {
-  return {stem, {std::bit_cast<double>(static_cast<uint64_t>(patterns))...}};
-}
+// Thousands of rows: plain numbers are compiled quickly.
+struct WitnessRow {
+  const char* stem;
+  uint64_t patterns[4];
+};
+constexpr WitnessRow witnessRows[] = {
+#define WITNESS(stem, ...) {#stem, {__VA_ARGS__}},
+#include "tests/witnesses.inc"
+#undef WITNESS
+};
 
 // Not those that are drawn by functions of the C library, whose last bits may differ from one processor to another.
 bool isPortable(const accuracy::Range& range) {
@@ -24,11 +33,14 @@ bool isPortable(const accuracy::Range& range) {
 }  // namespace
 
 const std::vector<Witness>& witnesses() {
-  static const std::vector<Witness> all = {
-#define WITNESS(stem, ...) witness(#stem, __VA_ARGS__),
-#include "tests/witnesses.inc"
-#undef WITNESS
-  };
+  static const std::vector<Witness> all = [] {
+    std::vector<Witness> list;
+    for (const WitnessRow& row : witnessRows) {
+      list.push_back({row.stem, {}});
+      std::transform(std::begin(row.patterns), std::end(row.patterns), list.back().reals.begin(), number);
+    }
+    return list;
+  }();
   return all;
 }
 

@@ -107,7 +107,7 @@ const double quietNaN = number(0xfff8000000000123), signallingNaN = number(0x7ff
 TEST(Rounding, GivesNaNsBackQuietWithSignAndPayload) {
   for (int level : supportedLevels()) {
     AtLevel at(level);
-    for (double nan : {quietNaN, signallingNaN}) {
+    for (double nan : {quietNaN, signallingNaN, number(0x7ff0000000000001), number(0xfff0000000000001)}) {
       const std::vector<double> x(copies, nan);
       std::vector<double> y(copies), z(copies);
       const auto expectQuiet = [&](const char* name) {

@@ -2,10 +2,11 @@
 //   qorvane-witnesses build/libqorvane_internal.a [STEM...] > tests/witnesses.inc
 // A kernel is linked into a shared object of its own. In its read-only data, which holds its constants and tables, the
 // last bit of one 8-byte word after the other is turned over; where the recorded arguments don't show it, a hunt over
-// the function's ranges, and next to all constants, finds one that does; where none is found, a higher bit is tried
-// (the last ones of a low part move nothing). Words that nothing shows are counted on stderr: other functions' of the
-// same source, the low parts of rows for the rare path, thresholds that any value near them serves as well; with
-// QORVANE_UNSEEN set they are listed.
+// the function's ranges, and next to all constants, finds one that does: many words are turned at once, and halves of
+// them where that shows. Where none is found, a higher bit is tried (the last ones of a low part move nothing). Words
+// that nothing shows are counted on stderr, those that the kernel doesn't read apart (another function's of the same
+// source): thresholds that any value near them serves as well, low parts for the rare path; with QORVANE_UNSEEN set they
+// are listed.
 #include <dlfcn.h>
 #include <elf.h>
 #include <link.h>
@@ -15,11 +16,17 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <ctime>
 #include <fstream>
+#include <numeric>
+#include <set>
+#include <span>
 #include <string>
 
 #include "tests/recorded_inputs.h"
@@ -100,36 +107,62 @@ Kernel loadKernel(const std::string& archive, const Function& f, size_t program)
   return k;
 }
 
-// Results and status as bits, NaNs as one; nothing where the kernel left the track.
-std::vector<uint64_t> resultsOf(const Function& f, const Kernel& k, const Inputs& x) {
-  const size_t size = x.in[0].size();
-  std::vector<double> a(size), b(size);
-  if (sigsetjmp(wayOut, 1) != 0) return {};
-  const itimerval limit = {{0, 0}, {5, 0}}, none = {};
-  setitimer(ITIMER_REAL, &limit, nullptr);
-  const nuvStatus status = k.caller(k.entry, {{x.in[0].data(), x.in[1].data()},
-                                              {a.data(), b.data()},
-                                              {x.value[0], x.value[1]},
-                                              static_cast<int32_t>(size / f.reals(1)),
-                                              {},
-                                              {}});
-  setitimer(ITIMER_REAL, &none, nullptr);
-  std::vector<uint64_t> results = {static_cast<uint64_t>(status)};
-  for (const auto* out : {&a, &b})
-    for (const double v : *out) results.push_back(v != v ? 0x7ff8000000000000u : bits(v));
-  return results;
-}
-
 struct Batch {
   Inputs inputs;
-  std::vector<uint64_t> results;
+  std::array<std::vector<double>, 2> results;
+  nuvStatus status = nuvStatusOk;
+  int64_t microseconds = 900'000;  // of the processor, that are more than enough
 };
-bool shows(const Function& f, const Kernel& k, const Batch& batch) {
-  return resultsOf(f, k, batch.inputs) != batch.results;
+
+// False where the kernel left the track.
+bool run(const Kernel& k, const Function& f, const Inputs& x, std::array<std::vector<double>, 2>& out,
+         nuvStatus& status, int64_t microseconds) {
+  if (sigsetjmp(wayOut, 1) != 0) return false;
+  const itimerval limit = {{0, 0}, {0, microseconds}}, none = {};
+  setitimer(ITIMER_VIRTUAL, &limit, nullptr);
+  status = k.caller(k.entry, {{x.in[0].data(), x.in[1].data()},
+                              {out[0].data(), out[1].data()},
+                              {x.value[0], x.value[1]},
+                              static_cast<int32_t>(x.in[0].size() / f.reals(1)),
+                              {},
+                              {}});
+  setitimer(ITIMER_VIRTUAL, &none, nullptr);
+  return true;
 }
-Batch batchOf(const Function& f, const Kernel& k, Inputs x) {
-  std::vector<uint64_t> results = resultsOf(f, k, x);
-  return {std::move(x), std::move(results)};
+
+bool isSame(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
+
+// The elements whose bits are others now, and whether all is well but for them: the kernel stayed on its track, and if
+// no element changed the status didn't either.
+bool changes(const Kernel& k, const Function& f, const Batch& b, std::vector<size_t>& elements) {
+  static std::array<std::vector<double>, 2> out;
+  for (size_t i = 0; i < 2; ++i) out[i].assign(b.results[i].size(), 0);
+  elements.clear();
+  nuvStatus status = nuvStatusOk;
+  if (!run(k, f, b.inputs, out, status, b.microseconds)) return false;
+  const size_t parts = f.reals(1);
+  for (size_t i = 0; i < 2; ++i) {
+    if (std::memcmp(out[i].data(), b.results[i].data(), out[i].size() * sizeof(double)) == 0) continue;
+    for (size_t r = 0; r < out[i].size(); ++r)
+      if (!isSame(out[i][r], b.results[i][r]) && (elements.empty() || elements.back() != r / parts))
+        elements.push_back(r / parts);
+  }
+  return !elements.empty() || status == b.status;
+}
+bool shows(const Kernel& k, const Function& f, const Batch& b) {
+  std::vector<size_t> elements;
+  return !changes(k, f, b, elements) || !elements.empty();
+}
+Batch batchOf(const Kernel& k, const Function& f, Inputs x) {
+  Batch b;
+  const size_t size = x.in[0].size();
+  b.results = {std::vector<double>(size), std::vector<double>(f.signature.outputs == 2 ? size : 0)};
+  const std::clock_t begin = std::clock();
+  if (!run(k, f, x, b.results, b.status, b.microseconds))
+    std::fprintf(stderr, "%s fails by itself\n", f.stem.data()), std::exit(1);
+  b.microseconds = std::min<int64_t>(b.microseconds, 10'000 + 10'000'000 * (std::clock() - begin) / CLOCKS_PER_SEC);
+  b.inputs = std::move(x);
+  return b;
 }
 
 accuracy::Point elementOf(const Function& f, const Inputs& x, size_t element) {
@@ -140,12 +173,13 @@ accuracy::Point elementOf(const Function& f, const Inputs& x, size_t element) {
   return p;
 }
 
-// Batches to hunt in: the ranges, and each constant as an argument with its neighbours and its opposite.
-std::vector<Batch> huntingGround(const Function& f, const Kernel& k) {
+// Batches to hunt in: the ranges; each constant as an argument with its neighbours and its opposite; arguments around
+// the high words that ranges are told by.
+std::vector<Batch> huntingGround(const Kernel& k, const Function& f) {
   std::vector<Batch> all;
   accuracy::Random random{77};
   const auto ranges = accuracy::rangesOf(f.stem);
-  const size_t rounds = f.signature.scalar ? 200 : 6;
+  const size_t rounds = f.signature.scalar ? 200 : 24 / ranges.size() + 1;
   for (size_t round = 0; round < rounds; ++round)
     for (const accuracy::Range& range : ranges) {
       const size_t length = f.signature.scalar ? 256 : 1 << 16;
@@ -153,79 +187,177 @@ std::vector<Batch> huntingGround(const Function& f, const Kernel& k) {
                 std::vector<double>(f.reals(static_cast<int32_t>(length)))},
                {}};
       accuracy::drawArguments(range, f.signature, random, length, {x.in[0].data(), x.in[1].data()}, x.value.data());
-      all.push_back(batchOf(f, k, std::move(x)));
+      all.push_back(batchOf(k, f, std::move(x)));
     }
   std::vector<double> edges;
+  const auto add = [&](double e) {
+    if (std::isfinite(e) && std::fabs(e) >= 0x1p-1000)
+      for (const double near : {e, std::nextafter(e, HUGE_VAL), std::nextafter(e, -HUGE_VAL)})
+        edges.insert(edges.end(), {near, -near});
+  };
+  std::set<uint32_t> highWords;
   for (size_t i = 0; i < k.count; ++i) {
-    const auto c = std::bit_cast<double>(k.words[i]);
-    if (!std::isfinite(c) || std::fabs(c) < 0x1p-1000) continue;
-    for (const double e : {c, std::nextafter(c, HUGE_VAL), std::nextafter(c, -HUGE_VAL)})
-      edges.insert(edges.end(), {e, -e});
+    add(number(k.words[i]));
+    const auto high = static_cast<uint32_t>(k.words[i] >> 32);
+    if (high == static_cast<uint32_t>(k.words[i])) highWords.insert(high);  // a word that is compared with high words
+    add(number(uint64_t{high} << 32));
   }
+  constexpr int tries = 64;
+  for (const uint32_t high : highWords)
+    for (int i = 0; i < 3 * tries; ++i) {
+      const auto low = static_cast<uint32_t>(random.unit() * 0x1p32);
+      const double e = number(uint64_t{high + static_cast<uint32_t>(i % 3) - 1} << 32 | low);
+      if (std::isfinite(e)) edges.insert(edges.end(), {e, -e});
+    }
   const size_t parts = f.reals(1);
   edges.resize(edges.size() / parts * parts);
   for (int which = 0; which < 2; ++which) {
     Inputs x{{edges, edges}, {1.75, 0.5}};
     if (which == 1)
       for (double& v : x.in[1]) v = random.unit() * 8 - 4;
-    all.push_back(batchOf(f, k, std::move(x)));
+    all.push_back(batchOf(k, f, std::move(x)));
   }
   return all;
 }
 
-// An element of the hunting ground that shows the turned bits, alone among its copies as well.
-bool findWitness(const Function& f, const Kernel& k, uint64_t& word, uint64_t turned, const std::vector<Batch>& ground,
-                 Batch& witness) {
-  for (const Batch& b : ground) {
-    const std::vector<uint64_t> now = resultsOf(f, k, b.inputs);
-    if (now == b.results || now.empty()) continue;
-    const size_t size = b.inputs.in[0].size();
-    for (size_t r = 1; r < now.size(); ++r) {
-      if (now[r] == b.results[r]) continue;
-      const accuracy::Point p = elementOf(f, b.inputs, (r - 1) % size / f.reals(1));
-      word ^= turned;
-      witness = batchOf(f, k, copiesOf(f, p));
-      word ^= turned;
-      if (!shows(f, k, witness)) continue;
-      std::printf("WITNESS(%s", f.stem.data());
-      for (int real = 0; real < f.signature.realsIn(); ++real)
-        std::printf(", 0x%016" PRIx64, bits(p[static_cast<size_t>(real)]));
-      std::puts(")");
-      return true;
-    }
-  }
-  return false;
+Batch partOf(const Kernel& k, const Function& f, const Batch& b, const std::vector<size_t>& elements) {
+  const size_t parts = f.reals(1);
+  Inputs x{{}, b.inputs.value};
+  for (size_t i = 0; i < 2; ++i)
+    for (const size_t e : elements)
+      for (size_t r = e * parts; r < (e + 1) * parts; ++r) x.in[i].push_back(b.inputs.in[i][r]);
+  return batchOf(k, f, std::move(x));
 }
 
-void hunt(const std::string& archive, const Function& f, size_t program) {
-  const Kernel k = loadKernel(archive, f, program);
-  std::vector<Batch> known;
-  for (Inputs& x : recordedInputs(f, 100'000)) known.push_back(batchOf(f, k, std::move(x)));
-  const std::vector<Batch> ground = huntingGround(f, k);
-  constexpr int positions[] = {0, 12, 24, 36, 44, 48};
-  size_t recorded[6] = {}, found[6] = {}, unseen = 0;
-  for (size_t i = 0; i < k.count; ++i) {
-    if (k.words[i] == 0) continue;
-    bool isSeen = false;
-    for (int p = 0; p < 6 && !isSeen; ++p) {
-      const uint64_t turned = uint64_t{1} << positions[p];
-      Batch witness;
-      k.words[i] ^= turned;
-      if (std::any_of(known.rbegin(), known.rend(), [&](const Batch& b) { return shows(f, k, b); }))
-        isSeen = true, ++recorded[p];
-      else if (findWitness(f, k, k.words[i], turned, ground, witness))
-        isSeen = true, ++found[p];
-      k.words[i] ^= turned;
-      if (!witness.results.empty() && isSeen) known.push_back(std::move(witness));
-    }
-    unseen += !isSeen;
-    if (!isSeen && std::getenv("QORVANE_UNSEEN") != nullptr)
-      std::fprintf(stderr, "  unseen: word %zu of %zu, 0x%016" PRIx64 "\n", i, k.count, k.words[i]);
+struct Hunt {
+  const Function& f;
+  Kernel k;
+  std::vector<uint64_t> words;   // as they are
+  uint64_t turned = 0;           // the bits of a word that are turned; 0: both its halves become one less
+  std::vector<Batch> witnesses;  // those found for these bits
+  std::vector<accuracy::Point>& all;
+
+  void turn(std::span<const size_t> which) const {
+    for (const size_t i : which) k.words[i] = turned != 0 ? words[i] ^ turned : words[i] - 0x0000'0001'0000'0001;
   }
-  std::fprintf(stderr, "%s, %s: of %zu words, the lowest of the bits 0, 12, 24, 36, 44, 48 that shows: ", f.stem.data(),
-               std::string(f.programs[program].name).c_str(), k.count);
-  for (int p = 0; p < 6; ++p) std::fprintf(stderr, "%zu + %zu new, ", recorded[p], found[p]);
-  std::fprintf(stderr, "%zu none\n", unseen);
+  void turnBack(std::span<const size_t> which) const {
+    for (const size_t i : which) k.words[i] = words[i];
+  }
+
+  // Looks in the batches for elements that show words of `mine`, which leave it where found(word, element) agrees. Words
+  // are turned together, and each half of them is looked for among the elements that this changes.
+  template <class Found>
+  void search(std::vector<size_t>& mine, const std::vector<Batch>& batches, Found found) {
+    if (mine.empty()) return;
+    std::vector<Batch> changed;
+    std::vector<size_t> elements;
+    for (const Batch& b : batches) {
+      turn(mine);
+      const bool isWell = changes(k, f, b, elements);
+      turnBack(mine);
+      if (isWell && elements.empty()) continue;
+      if (mine.size() == 1) {
+        if (!found(mine[0], b, isWell ? elements[0] : SIZE_MAX)) continue;
+        return mine.clear();
+      }
+      changed.push_back(isWell && elements.size() < b.inputs.in[0].size() / f.reals(1) / 2 ? partOf(k, f, b, elements)
+                                                                                           : b);
+    }
+    if (changed.empty()) return;
+    const auto middle = mine.begin() + static_cast<std::ptrdiff_t>(mine.size() / 2);
+    std::vector<size_t> lower(mine.begin(), middle), upper(middle, mine.end());
+    search(lower, changed, found);
+    search(upper, changed, found);
+    mine = std::move(lower);
+    mine.insert(mine.end(), upper.begin(), upper.end());
+  }
+
+  // Whether an element shows the word alone among its copies, too; then it is written.
+  bool isWitness(size_t word, const Batch& b, size_t element) {
+    if (element == SIZE_MAX) return false;
+    const auto isShown = [&](const Batch& one) {
+      turn({&word, 1});
+      const bool shown = shows(k, f, one);
+      turnBack({&word, 1});
+      return shown;
+    };
+    if (std::any_of(witnesses.begin(), witnesses.end(), isShown)) return true;
+    const accuracy::Point p = elementOf(f, b.inputs, element);
+    Batch witness = batchOf(k, f, copiesOf(f, p));
+    if (!isShown(witness)) return false;
+    std::printf("WITNESS(%s", f.stem.data());
+    for (int real = 0; real < f.signature.realsIn(); ++real)
+      std::printf(", 0x%016" PRIx64, bits(p[static_cast<size_t>(real)]));
+    std::puts(")");
+    std::fflush(stdout);
+    all.push_back(p);
+    witnesses.push_back(std::move(witness));
+    return true;
+  }
+};
+
+// `found`: the witnesses that were found for other programs of the function, and those that are found now.
+void hunt(const std::string& archive, const Function& f, size_t program, std::vector<accuracy::Point>& found) {
+  Hunt h{f, loadKernel(archive, f, program), {}, 0, {}, found};
+  const Kernel& k = h.k;
+  h.words.assign(k.words, k.words + k.count);
+  std::vector<Batch> recorded;
+  for (Inputs& x : recordedInputs(f, 100'000)) recorded.push_back(batchOf(k, f, std::move(x)));
+  for (const accuracy::Point& p : found) recorded.push_back(batchOf(k, f, copiesOf(f, p)));
+  const std::vector<Batch> ground = huntingGround(k, f);
+  std::vector<size_t> left;
+  for (size_t i = 0; i < k.count; ++i)
+    if (k.words[i] != 0) left.push_back(i);
+  std::fprintf(stderr, "%s, %s: %zu words; by bit, seen + found:", f.stem.data(),
+               std::string(f.programs[program].name).c_str(), left.size());
+  const auto any = [](size_t, const Batch&, size_t) { return true; };
+  const auto huntFor = [&](std::vector<size_t>& those, const std::string& what) {
+    const size_t before = those.size();
+    std::erase_if(those,
+                  [&](size_t word) {  // one by one, those that many elements show, and addresses that lead astray
+                    std::vector<size_t> elements;
+                    bool isSeen = false;
+                    for (size_t b = 0; b < 2 && !isSeen; ++b) {
+                      h.turn({&word, 1});
+                      isSeen = !changes(k, f, recorded[b], elements) || !elements.empty();
+                      h.turnBack({&word, 1});
+                    }
+                    return isSeen;
+                  });
+    h.search(those, recorded, any);
+    const size_t unrecorded = those.size();
+    h.search(those, ground, [&](size_t word, const Batch& b, size_t element) { return h.isWitness(word, b, element); });
+    std::fprintf(stderr, " %s: %zu + %zu (%zu rows),", what.c_str(), before - unrecorded, unrecorded - those.size(),
+                 h.witnesses.size());
+    for (Batch& b : h.witnesses) recorded.push_back(std::move(b));
+    h.witnesses.clear();
+  };
+  // Words that are compared with high words stand there twice; from above and from below.
+  std::vector<size_t> ends;
+  for (const size_t i : left)
+    if (k.words[i] >> 32 == (k.words[i] & 0xffffffffu)) ends.push_back(i);
+  h.turned = 0;
+  huntFor(ends, "less");
+  for (const int position : {0, 12, 24, 36, 44, 48, 52}) {
+    h.turned = uint64_t{1} << position;
+    huntFor(left, std::to_string(position));
+  }
+  // Who isn't read at all?
+  h.turned = ~uint64_t{0};
+  std::vector<size_t> unread = left;
+  std::erase_if(unread, [&](size_t word) {
+    h.turn({&word, 1});
+    const auto isShown = [&](const Batch& b) { return shows(k, f, b); };
+    const bool shown =
+        std::any_of(recorded.begin(), recorded.end(), isShown) || std::any_of(ground.begin(), ground.end(), isShown);
+    h.turnBack({&word, 1});
+    return shown;
+  });
+  std::fprintf(stderr, " unseen: %zu, never read: %zu\n", left.size() - unread.size(), unread.size());
+  for (const size_t i : left)
+    if (std::getenv("QORVANE_UNSEEN") != nullptr && std::find(unread.begin(), unread.end(), i) == unread.end())
+      std::fprintf(stderr, "  unseen: word %zu of %zu, 0x%016" PRIx64 ", %.17g\n", i, k.count, k.words[i],
+                   std::bit_cast<double>(k.words[i]));
 }
 
 }  // namespace
@@ -234,7 +366,7 @@ void hunt(const std::string& archive, const Function& f, size_t program) {
 int main(int count, char** arguments) {
   using namespace qorvane::test;
   if (count < 2) return std::fprintf(stderr, "usage: qorvane-witnesses ARCHIVE [STEM...]\n"), 2;
-  for (const int s : {SIGSEGV, SIGILL, SIGBUS, SIGFPE, SIGALRM}) {
+  for (const int s : {SIGSEGV, SIGILL, SIGBUS, SIGFPE, SIGVTALRM}) {
     struct sigaction action = {};
     action.sa_handler = leave;
     action.sa_flags = SA_NODEFER | SA_ONSTACK;
@@ -251,6 +383,7 @@ int main(int count, char** arguments) {
   for (const Function& f : functions()) {
     bool isWanted = count == 2;
     for (int i = 2; i < count; ++i) isWanted |= f.stem == arguments[i];
-    for (size_t program = 0; isWanted && program < f.programCount; ++program) hunt(arguments[1], f, program);
+    std::vector<accuracy::Point> found;
+    for (size_t program = 0; isWanted && program < f.programCount; ++program) hunt(arguments[1], f, program, found);
   }
 }

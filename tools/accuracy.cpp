@@ -143,14 +143,12 @@ int main(int count, char** arguments) {
                       r.bounds[f->programAt(group.first)]);
     return 0;
   }
-  if (!o.report.empty()) {
+  if (!o.data.empty()) {
     Clock clock;
-    const bool written =
-        writeReport(o.report, o.count, o.seed, [&](const std::string& what, double part) { clock.show(what, part); });
+    const bool written = writeData(o.data, o.functions, o.count, o.seed,
+                                   [&](const std::string& what, double part) { clock.show(what, part); });
     clock.clear();
-    if (!written)
-      std::fprintf(stderr, "qorvane-accuracy: %s/accuracy.md, its marks or the plots can't be written\n",
-                   o.report.c_str());
+    if (!written) std::fprintf(stderr, "qorvane-accuracy: %s can't be written\n", o.data.c_str());
     return written ? 0 : 1;
   }
   return o.at.empty() ? run(o) : runAt(o);

@@ -145,6 +145,14 @@ Finding judgedAt(const Function& function, Block& block, size_t i, size_t output
   return finding;
 }
 
+namespace {
+
+void countInClasses(Measurement& m, double error) {
+  for (size_t i = 0; i < errorClasses.size(); ++i) m.within[i] += error <= errorClasses[i];
+}
+
+}  // namespace
+
 Measurement measure(const Function& function, int level, const Range& range, int64_t count, uint64_t seed,
                     const Progress& progress) {
   Random random{seed};
@@ -161,9 +169,12 @@ Measurement measure(const Function& function, int level, const Range& range, int
         Finding finding = findingAt(function, block, i, k);
         const double error = quickErrorAt(function, block, i, finding, sure), size = std::fabs(error);
         const bool perhapsRecord = size + quickErrorBound > record && (size > quickErrorBound || record < 0);
+        const bool atALimit = std::any_of(errorClasses.begin(), errorClasses.end(),
+                                          [&](double limit) { return std::fabs(size - limit) <= quickErrorBound; });
         ++m.results;
-        if (sure && !perhapsRecord && std::fabs(size - 0.5) > quickErrorBound && i != 0) {
+        if (sure && !perhapsRecord && !atALimit && i != 0) {
           m.correct += size < 0.5;
+          countInClasses(m, size);
           continue;
         }
         const Judgement judgement = judgeExactly(function, finding);
@@ -173,6 +184,7 @@ Measurement measure(const Function& function, int level, const Range& range, int
           std::exit(1);
         }
         m.correct += judgement.correct;
+        countInClasses(m, std::fabs(judgement.error));
         finding.error = judgement.error;
         if (std::fabs(finding.error) > record) record = std::fabs(finding.error), m.worst = finding;
       }

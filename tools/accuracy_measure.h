@@ -65,8 +65,11 @@ std::string argumentText(const Function& function, const Point& x);
 // error.
 Finding evaluateAt(const Function& function, int level, const Point& x, int32_t count);
 
+// A measurement counts the results that are at most so far off.
+constexpr std::array errorClasses = {0.5, 0.51, 0.55, 0.6, 0.75, 1.0};
 struct Measurement {
   int64_t results = 0, correct = 0;
+  std::array<int64_t, errorClasses.size()> within{};
   Finding worst;
 };
 using Progress = std::function<void(int64_t argumentsDone)>;

@@ -24,15 +24,14 @@ constexpr char usage[] =
     "<family>/accuracy.inc\n"
     "  --at A [B...]  the numbers of one element: 1, 2 or 4 (hexadecimal numbers and 0x patterns of 16 digits are "
     "understood too)\n"
-    "  --all FOLDER   measure and hunt everything, write the table into FOLDER/accuracy.md and plots into "
-    "FOLDER/accuracy/\n"
+    "  --write FILE   measure and hunt everything of the functions, renew their rows in FILE (docs/data/accuracy.csv)\n"
     "  --list         the functions, their ranges and bounds\n";
 
 constexpr option longOptions[] = {
     {"level", required_argument, nullptr, 'l'}, {"range", required_argument, nullptr, 'r'},
     {"count", required_argument, nullptr, 'c'}, {"seed", required_argument, nullptr, 's'},
     {"hunt", no_argument, nullptr, 'H'},        {"at", required_argument, nullptr, 'a'},
-    {"all", required_argument, nullptr, 'A'},   {"list", no_argument, nullptr, 'L'},
+    {"write", required_argument, nullptr, 'w'}, {"list", no_argument, nullptr, 'L'},
     {"help", no_argument, nullptr, 'h'},        {nullptr, 0, nullptr, 0}};
 
 // A decimal or hexadecimal number, or a bit pattern of 16 hexadecimal digits.
@@ -85,7 +84,7 @@ Options readOptions(int count, char** arguments) {
         addNumber(optarg);
         while (optind < count && number(arguments[optind])) addNumber(arguments[optind++]);
         break;
-      case 'A': o.report = optarg; break;
+      case 'w': o.data = optarg; break;
       case 'L': o.list = true; break;
       case 'h': std::fputs(usage, stdout); std::exit(0);
       default: stop("");

@@ -11,7 +11,7 @@ namespace accuracy {
 struct Options {
   std::vector<const Function*> functions;
   int level = 0;  // 0: all
-  std::string range, report;
+  std::string range, data;
   int64_t count = 1000000;
   uint64_t seed = 1;
   bool hunting = false, list = false;

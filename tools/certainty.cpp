@@ -17,6 +17,8 @@ KERNELS(complexSinh);
 KERNELS(complexCosh);
 KERNELS(complexSin);
 KERNELS(complexCos);
+KERNELS(complexTanh);
+KERNELS(complexTan);
 
 namespace {
 
@@ -39,21 +41,27 @@ constexpr Subject subjects[] = {
     {"cosh", Function::cosh, element<Function::cosh>, complexCoshSse3, complexCoshAvx},
     {"sin", Function::sin, element<Function::sin>, complexSinSse3, complexSinAvx},
     {"cos", Function::cos, element<Function::cos>, complexCosSse3, complexCosAvx},
+    {"tanh", Function::tanh, element<Function::tanh>, complexTanhSse3, complexTanhAvx},
+    {"tan", Function::tan, element<Function::tan>, complexTanSse3, complexTanAvx},
 };
 
 bool same(Complex64 a, Complex64 b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 // What the lanes make of |x| and |y| with that share of the bounds.
 void takeShares(Function function, Complex64 z, Complex64 expected, Counts& counts) {
-  const bool turned = function == Function::sin || function == Function::cos;
+  const bool turned = isTurned(function);
   const Float64 x = std::abs(turned ? z.im : z.re), y = std::abs(turned ? z.re : z.im);
+  if (x >= 256 || y >= 256) return;
   const auto h = hyperbolicPairs(x);
   const auto t = trigonometricPairs(y);
   const auto &besideSinh = hasSinhCos(function) ? t.cos : t.sin, &besideCosh = hasSinhCos(function) ? t.sin : t.cos;
-  const bool sinhIsReal = function == Function::sinh;
+  const auto q = quotients(h.sinh, h.cosh, t.sin, t.cos, t.cos);
+  const bool sinhIsReal = function == Function::sinh || function == Function::tanh;
   for (int i = 0; i < shareCount; ++i) {
-    const auto s = certainProduct(h.sinh, besideSinh, 0.0, boundWithSinh * shares[i]);
-    const auto c = certainProduct(h.cosh, besideCosh, 0.0, boundWithCosh * shares[i]);
+    const auto s = isQuotient(function) ? certainPair(q.ofSinhCosh, 0.0, q.boundOfSinhCosh() * shares[i])
+                                        : certainProduct(h.sinh, besideSinh, 0.0, boundWithSinh * shares[i]);
+    const auto c = isQuotient(function) ? certainPair(q.ofSinCos, 0.0, q.boundOfSinCos() * shares[i])
+                                        : certainProduct(h.cosh, besideCosh, 0.0, boundWithCosh * shares[i]);
     const bool isSure = toBits(s.isCertain) != 0 && toBits(c.isCertain) != 0 && toBits(t.isUnsure) == 0;
     counts.unsure[i] += !isSure;
     counts.wrong[i] += isSure && (s.value != std::abs(sinhIsReal ? expected.re : expected.im) ||
@@ -71,6 +79,7 @@ double uniform(std::mt19937_64& random, double low, double high) {
 }
 double withinTwenty(std::mt19937_64& random) { return uniform(random, -20, 20); }
 double withinOne(std::mt19937_64& random) { return uniform(random, -1, 1); }
+double within512(std::mt19937_64& random) { return uniform(random, -512, 512); }
 double within256(std::mt19937_64& random) { return uniform(random, -256, 256); }
 double anySize(std::mt19937_64& random) {
   const double magnitude = std::exp2(uniform(random, -30, 8));
@@ -82,9 +91,9 @@ double nextToSteps(std::mt19937_64& random) {
 }
 constexpr Distribution distributions[] = {
     {"parts within 20", withinTwenty, false, false}, {"parts within 1", withinOne, false, false},
-    {"parts within 256", within256, false, false},   {"parts of any size", anySize, false, false},
-    {"next to steps", nextToSteps, false, false},    {"real axis", withinTwenty, true, false},
-    {"imaginary axis", withinTwenty, false, true},
+    {"parts within 256", within256, false, false},   {"parts within 512", within512, false, false},
+    {"parts of any size", anySize, false, false},    {"next to steps", nextToSteps, false, false},
+    {"real axis", withinTwenty, true, false},        {"imaginary axis", withinTwenty, false, true},
 };
 
 void measure(const Subject& subject, const Distribution& distribution, int64_t count, uint64_t seed) {
@@ -139,7 +148,7 @@ int main(int argumentCount, char** arguments) {
     if (!number) {
       std::printf(
           "usage: qorvane-certainty [ELEMENTS [FUNCTION [SEED]]]\n"
-          "Compares sinh, cosh, sin and cos of complex numbers with their extended routines.\n");
+          "Compares sinh, cosh, tanh, sin, cos and tan of complex numbers with their extended routines.\n");
       return std::strcmp(arguments[1], "--help") == 0 ? 0 : 2;
     }
     count = *number;

@@ -121,6 +121,31 @@ void writeAcoshTail(FILE* out) {
                    }});
 }
 
+void writeCertified(FILE* out) {
+  beginTable(
+      out,
+      "// Row j: C, the multiple of 2^-14 nearest to 1/(1 + j/128), and -ln C as a multiple of 2^-42 and the rest.\n"
+      "const Log1pRow log1pRows[128] = {");
+  for (int j = 0; j < 128; ++j) {
+    const Exact c = roundToUnit(Exact(128) / Exact(128 + j), -14), log = -call(mpfr_log, c),
+                high = roundToUnit(log, -42);
+    writeRow(out, {nearest(c), nearest(high) + 0.0, nearest(log - high), 0});
+  }
+  std::fprintf(
+      out,
+      "};\n\n"
+      "// Row j: half of cos(asin(j/128)) as its nearest number of 26 bits and the rest, half of asin(j/128) as a\n"
+      "// multiple of 2^-42 and the rest.\n"
+      "const AngleRow angleRows[92] = {\n");
+  for (int j = 0; j < 92; ++j) {
+    const Exact sine = Exact(j) / Exact(128), cosine = call(mpfr_sqrt, Exact(1) - sine * sine) / Exact(2);
+    const Exact angle = call(mpfr_asin, sine) / Exact(2);
+    const Exact head = roundSignificant(cosine, 26), high = roundToUnit(angle, -42);
+    writeRow(out, {nearest(head), nearest(cosine - head), nearest(high), nearest(angle - high)});
+  }
+  std::fprintf(out, "};\n");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -132,5 +157,6 @@ int main(int count, char** arguments) {
                               {"atanh_tail_table.inc", writeAtanhTail},
                               {"asin_tail_table.inc", writeAsinTail},
                               {"asinh_tail_table.inc", writeAsinhTail},
-                              {"acosh_tail_table.inc", writeAcoshTail}});
+                              {"acosh_tail_table.inc", writeAcoshTail},
+                              {"certified_inverse_tables.inc", writeCertified}});
 }

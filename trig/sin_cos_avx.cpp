@@ -186,10 +186,10 @@ constexpr auto itself = [](auto x) INLINED { return x; };
 constexpr auto absolute = [](auto x) INLINED { return magnitude(x); };
 
 nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
-  Scratch c;
-  return stretchLoop<longestStretch, shortestStretch, blockSize>(
+  return shortOrLongLoop<longestStretch, shortestStretch, blockSize>(
       len,
-      [&](int64_t count, const Float64* x, Float64* y) INLINED {
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        Scratch c;
         if (!reduceStretch(x, count, absolute, c)) return false;
         evaluate<0>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED {
           store(y + i, xorBits(sum(t), signOf(load<Lanes4>(x + i))));
@@ -200,10 +200,10 @@ nuvStatus sinLoop(const Float64* src, Float64* dst, int64_t len) {
 }
 
 nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
-  Scratch c;
-  return stretchLoop<longestStretch, shortestStretch, blockSize>(
+  return shortOrLongLoop<longestStretch, shortestStretch, blockSize>(
       len,
-      [&](int64_t count, const Float64* x, Float64* y) INLINED {
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        Scratch c;
         if (!reduceStretch(x, count, itself, c)) return false;
         evaluate<quarterTurn>(count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(y + i, sum(t)); });
         return true;
@@ -212,10 +212,10 @@ nuvStatus cosLoop(const Float64* src, Float64* dst, int64_t len) {
 }
 
 nuvStatus sinCosLoop(const Float64* src, Float64* dstA, Float64* dstB, int64_t len) {
-  Scratch c;
-  return stretchLoop<longestStretch, shortestStretch, blockSize>(
+  return shortOrLongLoop<longestStretch, shortestStretch, blockSize>(
       len,
-      [&](int64_t count, const Float64* x, Float64* yA, Float64* yB) INLINED {
+      [](int64_t count, const Float64* x, Float64* yA, Float64* yB) INLINED {
+        Scratch c;
         if (!reduceStretch(x, count, itself, c)) return false;
         evaluateBoth(
             count, c, [=](int64_t i, Terms<Lanes4> t) INLINED { store(yA + i, sumOfBoth(t)); },

@@ -8,7 +8,7 @@
 // all else is below 2^-14 of the result and made in plain double precision.
 //
 // Error: at most 0.62 * 2^-64 of sinh x, 0.25 of cosh x, 0.79 of sin y and cos y, for x and y that are 0
-// or from 2^-100 up to 256 (docs/certainty.md has the proof).
+// or from 2^-100 up to 256, x up to 512 (docs/certainty.md has the proof).
 #pragma once
 #include "complex/certified/tables.h"
 #include "frame/words.h"

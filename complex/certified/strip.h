@@ -1,13 +1,13 @@
-// complexSinh, complexCosh, complexSin and complexCos in lanes, with the bits of their extended
-// routines: the loop over strips.
+// complexSinh, complexCosh, complexTanh, complexSin, complexCos and complexTan in lanes, with the bits of
+// their extended routines: the loop over strips.
 //
-// A part of the result is the product of two short pairs, hi + lo. Where every number within the errors
-// of both the lanes and the extended routine of hi + lo rounds to the same double-precision number,
-// that number is the extended routine's; the other elements, one in 150, go through that routine, and
-// so do those with a part outside the lanes' range.
+// A part of the result is the product of two short pairs, or the quotient of such, hi + lo. Where every
+// number within the errors of both the lanes and the extended routine of hi + lo rounds to the same
+// double-precision number, that number is the extended routine's; the other elements, one in 70 to 150,
+// go through that routine, and so do those with a part outside the lanes' range.
 #pragma once
 #include "complex/certified/elements.h"
-#include "complex/certified/pairs.h"
+#include "complex/certified/quotients.h"
 #include "complex/parts.h"
 #include "frame/kernel_frame.h"
 
@@ -25,26 +25,48 @@ struct Strip {
   alignas(32) Float64 sinHead[stripLength], sinRest[stripLength], cosHead[stripLength], cosRest[stripLength];
 };
 
-// The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256. Zeros are outside at first.
-constexpr uint32_t firstHighWord = 0x39b00000, limitHighWord = 0x40700000;
+// The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256, and in quotients |x| < 512. Zeros
+// and these are outside at first.
+constexpr uint32_t firstHighWord = 0x39b00000, limitHighWord = 0x40700000, limitOfQuotients = 0x40800000;
 template <class V>
 INLINE auto outside(V part) {
   const auto word = highWords(part) & 0x7fffffff;
   return (word > static_cast<int>(limitHighWord - 1)) | (static_cast<int>(firstHighWord) > word);
 }
-INLINE bool isOutside(Float64 part) {
-  return (highWord(part) & 0x7fffffff) - firstHighWord >= limitHighWord - firstHighWord && toBits(part) << 1 != 0;
+INLINE bool isOutside(Float64 part, uint32_t limit) {
+  return (highWord(part) & 0x7fffffff) - firstHighWord >= limit - firstHighWord && toBits(part) << 1 != 0;
 }
 
-// A mask of the elements outside, which become 0.
+// Whether the lanes serve the whole strip, zeros and all; the functions with a cosine of 0 have the exact
+// value 1 there, and don't.
+template <Function function, class V>
+INLINE bool hasZerosOnly(const Strip& s, int count) {
+  WordsOf<V> isOther{};
+  for (int i = 0; i < count; i += laneCount<V>) {
+    const auto bitsOfMagnitude = [](V part) INLINED { return (highWords(part) & 0x7fffffff) | lowWords(part); };
+    const V x = load<V>(s.x + i), y = load<V>(s.y + i);
+    const auto anyX = bitsOfMagnitude(x) != 0, anyY = bitsOfMagnitude(y) != 0;
+    isOther = isOther | (outside(x) & anyX) | (outside(y) & anyY);
+    if constexpr (!hasSinhCos(function)) isOther = isOther | ~(anyX | anyY);
+  }
+  return !any(isOther);
+}
+
+// Masks of the elements outside, which become 0, and of those with |x| from 256 up that don't.
+struct OutsideMasks {
+  uint64_t outside, large;
+};
 template <Function function>
-[[gnu::noinline]] uint64_t takeOutside(Strip& s, int count) {
-  uint64_t set = 0;
+[[gnu::noinline]] OutsideMasks takeOutside(Strip& s, int count) {
+  OutsideMasks set = {0, 0};
   for (int i = 0; i < count; ++i) {
     const bool isExact = !hasSinhCos(function) && toBits(s.x[i]) << 1 == 0 && toBits(s.y[i]) << 1 == 0;
-    if (isOutside(s.x[i]) || isOutside(s.y[i]) || isExact) {
-      set |= uint64_t{1} << i;
+    constexpr uint32_t limitOfX = isQuotient(function) ? limitOfQuotients : limitHighWord;
+    if (isOutside(s.x[i], limitOfX) || isOutside(s.y[i], limitHighWord) || isExact) {
+      set.outside |= uint64_t{1} << i;
       s.x[i] = s.y[i] = 0;
+    } else if (isOutside(s.x[i], limitHighWord)) {
+      set.large |= uint64_t{1} << i;
     }
   }
   return set;
@@ -59,13 +81,22 @@ template <class V>
 struct Certain {
   V value, isCertain;
 };
-// |a b| with the given sign, and a mask where it is certain.
+// |hi + lo| with the given sign, and a mask where it is certain.
+template <class V, class Bound>
+INLINE Certain<V> certainSum(V hi, V lo, V sign, Bound bound) {
+  const V error = hi * bound, value = hi + (lo + error);
+  return {orBits(magnitude(value), sign), equalLanes(value, hi + (lo - error))};
+}
 template <class V>
 INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64 bound) {
   const V first = a.head * b.head, second = a.head * b.rest + a.rest * (b.head + b.rest);
-  const V hi = first + second, lo = (first - hi) + second, error = hi * bound;
-  const V value = hi + (lo + error);
-  return {orBits(magnitude(value), sign), equalLanes(value, hi + (lo - error))};
+  const V hi = first + second;
+  return certainSum(hi, (first - hi) + second, sign, bound);
+}
+template <class V>
+INLINE Certain<V> certainPair(ShortPair<V> a, V sign, V bound) {
+  const V hi = a.head + a.rest;
+  return certainSum(hi, (a.head - hi) + a.rest, sign, bound);
 }
 
 // In stages, each a loop over the strip: their chains are short enough for the processor to overlap
@@ -119,6 +150,32 @@ template <Function function, class W, class V>
   return ~certain;
 }
 
+template <Function function, bool hasLarge, class W, class V>
+[[gnu::noinline]] uint64_t quotientStage(const Strip& s, Complex64* dst, int count) {
+  uint64_t certain = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
+    Scaled<U> p = {loadPair<U>(s.sinhHead + i, s.sinhRest + i), loadPair<U>(s.coshHead + i, s.coshRest + i), cos};
+    const U x = load<U>(s.x + i), y = load<U>(s.y + i);
+    if constexpr (hasLarge) p = scaledDown(x, p.sinh, p.cosh, cos);
+    const Quotients<U> q = quotients(p.sinh, p.cosh, sin, cos, p.cos);
+    const Certain<U> ofSinhCosh = certainPair(q.ofSinhCosh, signOf(x), q.boundOfSinhCosh());
+    const Certain<U> ofSinCos =
+        certainPair(q.ofSinCos, signOf(xorBits(xorBits(sin.head, cos.head), y)), q.boundOfSinCos());
+    storeParts(dst + i, function == Function::tanh ? Parts<U>{ofSinhCosh.value, ofSinCos.value}
+                                                   : Parts<U>{ofSinCos.value, ofSinhCosh.value});
+    certain |= signMask(andBits(ofSinhCosh.isCertain, ofSinCos.isCertain)) << i;
+  });
+  return ~certain;
+}
+// The last stage; a mask of the elements that aren't certain.
+template <Function function, class W, class V>
+INLINE uint64_t resultStage(const Strip& s, Complex64* dst, int count, bool hasLarge) {
+  if constexpr (!isQuotient(function)) return productStage<function, W, V>(s, dst, count);
+  if (hasLarge) return quotientStage<function, true, W, V>(s, dst, count);
+  return quotientStage<function, false, W, V>(s, dst, count);
+}
+
 // Where element i of the strip's arguments stands: loadParts leaves four lanes as 0, 2, 1, 3.
 template <class V>
 constexpr int placeOf(int i) {
@@ -132,7 +189,7 @@ template <Function function, class W, class V>
   WordsOf<V> isOutsideOrZero{};
   const auto take = [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
-    const bool turned = function == Function::sin || function == Function::cos;
+    constexpr bool turned = isTurned(function);
     store(s.x + i, turned ? z.im : z.re), store(s.y + i, turned ? z.re : z.im);
     isOutsideOrZero = isOutsideOrZero | outside(z.re) | outside(z.im);
   };
@@ -144,33 +201,35 @@ template <Function function, class W, class V>
     take(last, full);
   }
 
-  uint64_t left = 0;
+  uint64_t left = 0, large = 0;
   const Float64 *x = s.x, *y = s.y;
   Float64 savedX[stripLength], savedY[stripLength];
-  if (any(isOutsideOrZero)) [[unlikely]] {
+  if (any(isOutsideOrZero) && !hasZerosOnly<function, V>(s, whole)) [[unlikely]] {
     __builtin_memcpy(savedX, s.x, static_cast<size_t>(whole) * sizeof *s.x);
     __builtin_memcpy(savedY, s.y, static_cast<size_t>(whole) * sizeof *s.y);
     x = savedX, y = savedY;
-    left = takeOutside<function>(s, whole);
+    const OutsideMasks masks = takeOutside<function>(s, whole);
+    left = masks.outside, large = masks.large;
   }
   if (left != ~uint64_t{0} >> (64 - whole)) {
     hyperbolicStage<W, V>(s, whole);
     left |= trigonometricStage<W, V>(s, whole);
     if (whole == count) {
-      left |= productStage<function, W, V>(s, dst, whole);
+      left |= resultStage<function, W, V>(s, dst, whole, large != 0);
     } else {
       Complex64 results[stripLength];
-      left |= productStage<function, W, V>(s, results, whole);
+      left |= resultStage<function, W, V>(s, results, whole, large != 0);
       __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
     }
     left &= ~uint64_t{0} >> (64 - whole);
   }
-  if (left == 0) return;
+  if ((left | large) == 0) return;
   for (int i = 0; i < count; ++i) {
     const int place = placeOf<V>(i);
-    if ((left >> place & 1) == 0) continue;
-    const bool turned = function == Function::sin || function == Function::cos;
-    dst[i] = element<function>(turned ? Complex64{y[place], x[place]} : Complex64{x[place], y[place]});
+    if ((left >> place & 1) == 0) {
+      if ((large >> place & 1) == 0 || scaleBack(function == Function::tanh ? dst[i].im : dst[i].re)) continue;
+    }
+    dst[i] = element<function>(isTurned(function) ? Complex64{y[place], x[place]} : Complex64{x[place], y[place]});
   }
 }
 

@@ -281,7 +281,7 @@ QORVANE_API nuvStatus nuvsSin_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    (magnitudes above 65536, infinities).
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
    accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.519 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17: 0.534
+   Accuracy: largest error found 0.519 (levels 1 to 4), 0.505 (level 5) ulp; near 2^17: 0.534
    (levels 1 to 4), 0.503 (level 5); near 2^17 and multiples of pi/4: 0.602 (levels 1 to 4), 0.503
    (level 5). */
 QORVANE_API nuvStatus nuvsCos_64f_A53(const Float64* src, Float64* dst, int32_t len);
@@ -298,7 +298,7 @@ QORVANE_API nuvStatus nuvsCos_64f_A53_Idx(const Float64* src, int32_t srcOffset,
    last len mod 8 elements may differ in the last bit from that of an element in a block.
    Own modes at levels 1 to 4, the caller's at level 5, where directed rounding costs relative
    accuracy near zeros (errors stay below 2^-52). Raises: nuvStatusOutOfDomain.
-   Accuracy: largest error found 0.551 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17 and multiples
+   Accuracy: largest error found 0.552 (levels 1 to 4), 0.504 (level 5) ulp; near 2^17 and multiples
    of pi/4: 0.602 (levels 1 to 4), 0.503 (level 5). */
 QORVANE_API nuvStatus nuvsSinCos_64f_A53(const Float64* src, Float64* dstA, Float64* dstB, int32_t len);
 /* nuvsSinCos_64f_A53 on arrays that begin at an offset, in elements. */
@@ -407,7 +407,7 @@ QORVANE_API nuvStatus nuvsTanh_64f_A53_Idx(const Float64* src, int32_t srcOffset
    Own modes; at level 1 x87 arithmetic with 64-bit significands, and the caller's control word comes
    back.
    Accuracy: largest error found 0.750 (level 1), 0.515 (levels 2 to 5) ulp; around 2^-9: 0.862
-   (level 1), 0.510 (levels 2 to 5); small arguments: 0.862 (level 1), 0.515 (levels 2 to 5); all
+   (level 1), 0.510 (levels 2 to 5); small arguments: 0.862 (level 1), 0.516 (levels 2 to 5); all
    arguments: 0.862 (level 1), 0.515 (levels 2 to 5). */
 QORVANE_API nuvStatus nuvsAsinh_64f_A53(const Float64* src, Float64* dst, int32_t len);
 /* nuvsAsinh_64f_A53 on arrays that begin at an offset, in elements. */
@@ -596,7 +596,7 @@ QORVANE_API nuvStatus nuvsLog10_64fc_A53_Idx(const Complex64* src, int32_t srcOf
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: poles,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: largest error found 26.000 ulp; large exponents: 600.000. */
+   Accuracy: largest error found 50.849 ulp; large exponents: 1036.187. */
 QORVANE_API nuvStatus nuvsPow_64fc_A53(const Complex64* srcA, const Complex64* srcB, Complex64* dst, int32_t len);
 /* nuvsPow_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsPow_64fc_A53_Idx(const Complex64* srcA, int32_t srcAOffset, const Complex64* srcB,
@@ -607,7 +607,7 @@ QORVANE_API nuvStatus nuvsPow_64fc_A53_Idx(const Complex64* srcA, int32_t srcAOf
    Parts are computed in x87 arithmetic with round to nearest and 64-bit significands; the caller's
    control word comes back. Returns nuvStatusOk once the arguments of the call are good: poles,
    underflow and invalid show in the results and in the flags, most of them in the x87 unit.
-   Accuracy: largest error found 26.000 ulp; large exponents: 600.000. */
+   Accuracy: largest error found 32.358 ulp; large exponents: 1222.549. */
 QORVANE_API nuvStatus nuvsPowx_64fc_A53(const Complex64* src, Complex64 value, Complex64* dst, int32_t len);
 /* nuvsPowx_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsPowx_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64 value, Complex64* dst,
@@ -621,7 +621,7 @@ QORVANE_API nuvStatus nuvsPowx_64fc_A53_Idx(const Complex64* src, int32_t srcOff
    Other NaNs give NaN + NaN i. No finite number overflows.
    The caller's modes in double-precision arithmetic; x87 arithmetic is set to 53-bit significands
    for the call at levels 2 to 5. Returns nuvStatusOk once the arguments of the call are good.
-   Accuracy: largest error found 0.502 ulp. */
+   Accuracy: largest error found 0.511 ulp. */
 QORVANE_API nuvStatus nuvsSqrt_64fc_A53(const Complex64* src, Complex64* dst, int32_t len);
 /* nuvsSqrt_64fc_A53 on arrays that begin at an offset, in elements. */
 QORVANE_API nuvStatus nuvsSqrt_64fc_A53_Idx(const Complex64* src, int32_t srcOffset, Complex64* dst, int32_t dstOffset,

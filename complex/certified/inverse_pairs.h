@@ -1,0 +1,232 @@
+// The inverse functions in lanes, as sums of two numbers: logarithm and angle of a point.
+//
+// Method: for z = A + iB with A, B > 0 let q = A^2 + B^2 - 1 and rho = |1 - z^2| = sqrt(q^2 + 4 B^2). Then
+//   t = sinh^2 L = (rho + q)/2,  v = cos^2 T = (rho - q)/2,  A = sin T cosh L,  B = cos T sinh L,
+// where asin z = T + iL. t v = B^2, so the smaller of t and v is a quotient: nothing cancels. With
+// g = sinh L cosh L = sqrt(t + t^2)
+//   L = ln(1 + 2 (t + g)) / 2,   2T is the angle of the point (2v - 1, 2 A B / g) of the unit circle,
+// which takes two roots. The inverse tangent has
+//   L = ln(1 + 4 A / ((1 - A)^2 + B^2)) / 4,  2T the angle of (-q, 2 B) / rho.
+//
+// Error: docs/certainty_inverse.md has the proof.
+#pragma once
+#include "complex/certified/inverse_tables.h"
+#include "complex/certified/pairs.h"
+
+namespace qorvane {
+namespace {
+
+// value + low, value being the sum rounded, or nearly so.
+template <class V>
+struct LongSum {
+  V value, low;
+};
+// Exact; in sumOfOrdered |a| >= |b|, or a = 0, or nothing is rounded.
+template <class V>
+INLINE LongSum<V> sumOfOrdered(V a, V b) {
+  const V s = a + b;
+  return {s, (a - s) + b};
+}
+template <class V>
+INLINE LongSum<V> sumOfAny(V a, V b) {
+  const V s = a + b, t = s - a;
+  return {s, (a - (s - t)) + (b - t)};
+}
+
+// A product of pairs: that of the heads, exact, and what is left.
+template <class V>
+INLINE LongSum<V> productOf(ShortPair<V> a, ShortPair<V> b) {
+  return {a.head * b.head, a.head * b.rest + a.rest * (b.head + b.rest)};
+}
+template <class V>
+INLINE LongSum<V> squareOf(ShortPair<V> a) {
+  return {a.head * a.head, ((a.head + a.head) + a.rest) * a.rest};
+}
+template <class V>
+INLINE ShortPair<V> splitOf(V x) {
+  const V head = headOf(x);
+  return {head, x - head};
+}
+// |p| and a mask for p < 0.
+template <class V>
+INLINE ShortPair<V> magnitudeOf(ShortPair<V> p) {
+  const V sign = signOf(p.head);
+  return {xorBits(p.head, sign), xorBits(p.rest, sign)};
+}
+template <class V>
+INLINE ShortPair<V> selectPair(V mask, ShortPair<V> a, ShortPair<V> b) {
+  return {select(mask, a.head, b.head), select(mask, a.rest, b.rest)};
+}
+
+// A root and, in double precision, its reciprocal.
+template <class V>
+struct RootPair {
+  ShortPair<V> root;
+  V reciprocal;
+};
+template <class V>
+INLINE V rootOf(V x) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return rootOf(x.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return __builtin_sqrt(x);
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_sqrt_pd(x);
+#endif
+  else
+    return _mm_sqrt_pd(x);
+}
+// sqrt(x) = s + l with a short s: l = (x - s^2) / (2s + l), x - s^2 being exact.
+template <class V>
+INLINE RootPair<V> rootPair(LongSum<V> x) {
+  const V whole = rootOf(x.value + x.low), head = headOf(whole), half = 1.0 / (head + whole);
+  const V rest = ((x.value - head * head) + x.low) * half;
+  return {{head, rest}, (half + half) * (1.0 - rest * half)};
+}
+// a / b, where `reciprocal` is 1/b in double precision: likewise.
+template <class V>
+INLINE ShortPair<V> quotientPair(LongSum<V> a, ShortPair<V> b, V reciprocal) {
+  const V head = headOf((a.value + a.low) * reciprocal);
+  return {head, ((a.value - head * b.head) + (a.low - head * b.rest)) * reciprocal};
+}
+
+// q/2 and the parts it is made of.
+template <class V>
+struct Excess {
+  ShortPair<V> aMinusOne, b, halfOfQ;
+  LongSum<V> b2;
+};
+template <class V>
+INLINE Excess<V> excessOf(V a, V b) {
+  const auto below = sumOfAny(a, broadcast<V>(-1.0)), above = sumOfAny(a, broadcast<V>(1.0));
+  const auto aMinusOne = shortPair(below.value, below.low), aPlusOne = shortPair(above.value, above.low);
+  const auto bPair = splitOf(b);
+  const auto product = productOf(aMinusOne, aPlusOne), b2 = squareOf(bPair);
+  const auto sum = sumOfAny(product.value, b2.value);
+  const auto q = shortPair(sum.value, sum.low + (product.low + b2.low));
+  return {aMinusOne, bPair, {q.head * 0.5, q.rest * 0.5}, b2};
+}
+// rho/2
+template <class V>
+INLINE RootPair<V> halfOfRho(const Excess<V>& e) {
+  const auto q2 = squareOf(e.halfOfQ);
+  const auto sum = sumOfAny(q2.value, e.b2.value);
+  return rootPair(LongSum<V>{sum.value, sum.low + (q2.low + e.b2.low)});
+}
+
+template <class V>
+struct SinhAndCos {
+  ShortPair<V> t, v;
+};
+template <class V>
+INLINE SinhAndCos<V> sinhAndCosSquared(const Excess<V>& e) {
+  const auto rho = halfOfRho(e).root, q = magnitudeOf(e.halfOfQ);
+  const auto sum = sumOfOrdered(rho.head, q.head);
+  const auto larger = shortPair(sum.value, sum.low + (rho.rest + q.rest));
+  const auto smaller = quotientPair(e.b2, larger, 1.0 / (larger.head + larger.rest));
+  const V isNegative = lessLanes(e.halfOfQ.head, broadcast<V>(0.0));
+  return {selectPair(isNegative, smaller, larger), selectPair(isNegative, larger, smaller)};
+}
+
+// What the last stages take: e in ln(1 + e), and the point of the unit circle.
+template <class V>
+struct Point {
+  ShortPair<V> e, cos, sin;
+};
+template <class V>
+INLINE Point<V> inverseSinePoint(V a, V b, const SinhAndCos<V>& p) {
+  const auto t2 = squareOf(p.t);
+  const auto sum = sumOfAny(t2.value, p.t.head);
+  const auto g = rootPair(LongSum<V>{sum.value, sum.low + (t2.low + p.t.rest)});
+  const auto e = sumOfOrdered(g.root.head, p.t.head);
+  const auto ePair = shortPair(e.value, e.low + (g.root.rest + p.t.rest));
+  const auto ab = productOf(splitOf(a + a), splitOf(b));
+  const auto cos = sumOfOrdered(broadcast<V>(-1.0), p.v.head + p.v.head);
+  return {{ePair.head + ePair.head, ePair.rest + ePair.rest},
+          shortPair(cos.value, cos.low + (p.v.rest + p.v.rest)),
+          quotientPair(ab, g.root, g.reciprocal)};
+}
+// With the share on which the extended routine's error depends: N/rho, N = 1 + A^2 + B^2; where |q| < 0.0299,
+// that routine has another formula, for which 1/2 is enough.
+template <class V>
+struct TangentPoint {
+  Point<V> point;
+  V shareOfRho;
+};
+template <class V>
+INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
+  const auto e = excessOf(a, b);
+  const auto rho = halfOfRho(e);
+  const V minus = broadcast<V>(-0.0);
+  const auto cos = quotientPair(LongSum<V>{xorBits(e.halfOfQ.head, minus), xorBits(e.halfOfQ.rest, minus)}, rho.root,
+                                rho.reciprocal);
+  const auto sin = quotientPair(LongSum<V>{e.b.head, e.b.rest}, rho.root, rho.reciprocal);
+  const auto square = squareOf(e.aMinusOne);
+  const auto sum = sumOfAny(square.value, e.b2.value);
+  const auto distance = shortPair(sum.value, sum.low + (square.low + e.b2.low));
+  const auto a4 = splitOf(a * 4.0);
+  const V whole = distance.head + distance.rest;
+  const V isNearCircle = lessLanes(magnitude(e.halfOfQ.head), broadcast<V>(0.01495));
+  const V share = (whole + (a + a)) * (0.5 * rho.reciprocal);
+  return {{quotientPair(LongSum<V>{a4.head, a4.rest}, distance, 1.0 / whole), cos, sin},
+          select(isNearCircle, broadcast<V>(0.5), share)};
+}
+
+// ln(1 + e) for e > 0: 1 + e = 2^n m with m from 1 - 2^-9 to 2, C = 1/m to 8 bits, z = m C - 1, of which
+// head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e.
+template <class V>
+INLINE LongSum<V> log1pPair(ShortPair<V> e) {
+  constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903, a multiple of 2^-42
+  constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14
+  constexpr Float64 c9 = fromBits(0x3fbc71c71c71c71c);     // 1/9
+  constexpr Float64 c8 = -0.125;
+  constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
+  constexpr Float64 c6 = fromBits(0xbfc5555555555555);  // -1/6
+  constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
+  constexpr Float64 c4 = -0.25;
+  constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
+  const auto word = highWords((e.head + e.rest) + 1.0) + 0x1000;
+  const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
+  const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
+  const V k = factor * row.of[0], base = n * ln2Hi + row.of[1];
+  const auto less = sumOfOrdered(broadcast<V>(-1.0), k);
+  const V zHi = e.head * k + less.value, head = headOf(zHi), rest = (zHi - head) + (e.rest * k + less.low);
+  const V z = head + rest, z2 = z * z;
+  const V odd = ((c9 * z2 + c7) * z2 + c5) * z2 + c3, even = (c8 * z2 + c6) * z2 + c4;
+  const V cubic = (odd + even * z) * (z2 * z);
+  const auto sum = sumOfOrdered(base, head), all = sumOfOrdered(sum.value, head * head * -0.5);
+  const V low = ((all.low + sum.low) + (n * ln2Lo + row.of[2])) + ((rest - rest * (head + 0.5 * rest)) + cubic);
+  return sumOfOrdered(all.value, low);
+}
+
+// Half of the angle of the point (cos, sin) of the unit circle, sin >= 0, plus `quarters` pi/4: with the
+// smaller one next to s = j/128 and a = asin s, the rest is asin(smaller sqrt(1 - s^2) - larger s).
+template <class V>
+INLINE LongSum<V> halfAngle(ShortPair<V> cos, ShortPair<V> sin, V quarters) {
+  constexpr Float64 quarterPiHi = fromBits(0x3fe921fb54443000);  // 0.7853981633975309, a multiple of 2^-42
+  constexpr Float64 quarterPiLo = fromBits(0xbd373dcb3b399d74);  // -8.256997686213296e-14
+  constexpr Float64 shifter = fromBits(0x4338000000000000);      // 1.5 * 2^52
+  constexpr Float64 d7 = fromBits(0x4006db6db6db6db7);           // 20/7
+  constexpr Float64 d5 = fromBits(0x3ff3333333333333);           // 6/5
+  constexpr Float64 d3 = fromBits(0x3fe5555555555555);           // 2/3
+  const auto c = magnitudeOf(cos);
+  const V isSteep = lessLanes(c.head, sin.head), cosSign = signOf(cos.head);
+  const auto small = selectPair(isSteep, c, sin), large = selectPair(isSteep, sin, c);
+  const V negative = lessLanes(cos.head, broadcast<V>(0.0));
+  const V number = quarters + select(isSteep, broadcast<V>(1.0), andBits(negative, broadcast<V>(2.0)));
+  const V sign = xorBits(cosSign, andBits(isSteep, broadcast<V>(-0.0)));
+  const V shifted = small.head * 128.0 + shifter, s = (shifted - shifter) * 0x1p-8;
+  const auto row = columns<4, V>(angleRows, lowWords(shifted) << 5);
+  const V d = small.head * row.of[0] - large.head * s;
+  const V dLow = (small.rest * (row.of[0] + row.of[1]) + small.head * row.of[1]) - large.rest * s;
+  const V whole = d + dLow, d2 = whole * whole;
+  const V cubic = ((d7 * d2 + d5) * d2 + d3) * (d2 * whole);
+  const V base = number * quarterPiHi + xorBits(row.of[2], sign), signedD = xorBits(d, sign);
+  const auto sum = sumOfOrdered(base, signedD);
+  const V low = (sum.low + (number * quarterPiLo + xorBits(row.of[3], sign))) + xorBits(dLow + cubic, sign);
+  return sumOfOrdered(sum.value, low);
+}
+
+}  // namespace
+}  // namespace qorvane
