@@ -13,7 +13,7 @@
      scalar   (src, value, dst, len)      dst[i] = f(src[i], value)
      split    (src, dstA, dstB, len)      dstA[i] and dstB[i] from src[i]
    The ending _A53 promises results good to about all 53 bits of a double: each function states its
-   largest error, near half a unit in the last place for most. Functions without it are exact.
+   largest error, less than one unit in the last place for most. Functions without it are exact.
    Every function has a twin with the ending _Idx, which takes an offset beside each array, in
    elements, negative ones included, and otherwise is the same.
 
