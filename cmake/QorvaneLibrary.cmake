@@ -50,9 +50,9 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BI
 install(FILES frame/include/qorvane.h frame/include/qorvane.hpp frame/include/qorvane.f90 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR})
 
-# qorvane-info calls the installed library; the level's features, which that doesn't tell, it detects by the same source. It finds the library from where it A library for fuzzing has none.
+# qorvane-info calls the installed library; the level's features, which that doesn't tell, it detects by the same source. It finds the library from where it
+# stands, but for the packages, whose library is where the system looks. A library for fuzzing has none.
 if(NOT QORVANE_FUZZ)
-  # stands, but for the packages, whose library is where the system looks.
   set_source_files_properties(tools/info.cpp PROPERTIES COMPILE_OPTIONS "${plain_processor}")
   add_executable(qorvane-info tools/info.cpp frame/detection.cpp)
   target_compile_options(qorvane-info PRIVATE ${optimisation} -fno-lto ${QORVANE_EXACT_MATH} -fno-exceptions -fno-rtti)
