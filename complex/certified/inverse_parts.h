@@ -3,6 +3,7 @@
 #pragma once
 #include "complex/certified/inverse_pairs.h"
 #include "complex/certified/strips.h"
+#include "complex/inverse.h"
 
 namespace qorvane {
 namespace {
@@ -68,6 +69,17 @@ INLINE Parts<V> signedParts(V angle, V log, V a, V b) {
   if constexpr (function == Function::asinh) return {orBits(log, signOf(b)), orBits(angle, signOf(a))};
   if constexpr (function == Function::asin) return {orBits(angle, signOf(a)), orBits(log, signOf(b))};
   return {orBits(angle, signOf(b)), orBits(log, signOf(a))};
+}
+
+// The same from the extended routines: one part costs them about half of both.
+template <Function function>
+INLINE Float64 extendedLog(Float64 a, Float64 b) {
+  return function == Function::atan ? magnitude(atanhReal(-a, b)) : inverseLog(a, b);
+}
+template <Function function>
+INLINE Float64 extendedAngle(Float64 a, Float64 b) {
+  if constexpr (function == Function::atan) return atanhImaginary(-a, b);
+  return isAcos(function) ? acosAngle(a, b) : asinAngle(a, b);
 }
 
 }  // namespace

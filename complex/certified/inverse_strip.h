@@ -133,6 +133,19 @@ INLINE Axis axisOf(const InverseStrip& s, int count) {
   const bool aIsZero = isZero(anyA);
   return {aIsZero, isZero(anyB), aIsZero ? any(outsideB) : any(outsideA)};
 }
+// An element's result, where the lanes have some of its parts or a zero was replaced.
+template <Function function>
+[[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool hasLog, bool hasAngle, bool hasZero) {
+  if (hasLog && hasAngle) return zeroExactly<function>(result, a);
+  if (hasZero || hasLog == hasAngle) {
+    result = element<function>(imaginaryIsA(function) ? Complex64{b, a} : Complex64{a, b});
+    return;
+  }
+  const auto p = signedParts<function>(hasAngle ? 0 : extendedAngle<function>(a, b),
+                                       hasLog ? 0 : extendedLog<function>(a, b), a, b);
+  (angleIsReal(function) == hasAngle ? result.im : result.re) = angleIsReal(function) == hasAngle ? p.im : p.re;
+}
+
 template <Function function, bool aIsZero, class W, class V>
 [[gnu::noinline]] void evaluateAxis(InverseStrip& s, Complex64* dst, int count, int whole, bool hasOutside) {
   Float64 saved[stripLength];
@@ -151,10 +164,9 @@ template <Function function, bool aIsZero, class W, class V>
                     return axisStage<function, aIsZero, W, V>(s, results, whole);
                   });
   left &= allOf(whole);
-  if (left == 0) return;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) == 0) continue;
+  for (; left != 0; left &= left - 1) {
+    const int place = __builtin_ctzll(left), i = placeOf<V>(place);
+    if (i >= count) continue;
     if ((outside >> place & 1) != 0) x[place] = saved[place];
     const Float64 a = s.a[place], b = s.b[place];
     dst[i] = element<function>(imaginaryIsA(function) ? Complex64{b, a} : Complex64{a, b});
@@ -183,22 +195,19 @@ template <Function function, class W, class V>
     a = savedA, b = savedB;
     taken = takeOutsideOfInverse(s, whole);
   }
-  uint64_t left = taken.outside;
-  if (left != allOf(whole)) {
+  uint64_t leftLogs = taken.outside, leftAngles = leftLogs;
+  if (taken.outside != allOf(whole)) {
     pointStage<function, W, V>(s, whole);
-    left |= logStage<function, W, V>(s, whole);
-    left |= storeStrip(dst, count, whole,
-                       [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
-    left &= allOf(whole);
+    leftLogs |= logStage<function, W, V>(s, whole);
+    leftAngles |= storeStrip(dst, count, whole,
+                             [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
   }
-  if ((left | taken.zero) == 0) return;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) != 0)
-      dst[i] =
-          element<function>(imaginaryIsA(function) ? Complex64{b[place], a[place]} : Complex64{a[place], b[place]});
-    else if ((taken.zero >> place & 1) != 0)
-      zeroExactly<function>(dst[i], a[place]);
+  for (uint64_t rest = (leftLogs | leftAngles | taken.zero) & allOf(whole); rest != 0; rest &= rest - 1) {
+    const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
+    if (i >= count) continue;
+    const bool hasLog = (leftLogs >> place & 1) == 0, hasAngle = (leftAngles >> place & 1) == 0;
+    const bool hasZero = (taken.zero >> place & 1) != 0;
+    complete<function>(dst[i], a[place], b[place], hasLog, hasAngle, hasZero);
   }
 }
 
