@@ -4,14 +4,14 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-all=(format release packaging tidy sanitize clang fuzz)
+all=(format release packaging python tidy sanitize clang fuzz)
 stages=("$@")
 [ ${#stages[@]} -gt 0 ] || stages=("${all[@]}")
 for stage in "${stages[@]}"; do
   [[ " ${all[*]} " == *" $stage "* ]] || { echo "test.sh: no stage $stage; the stages are ${all[*]}" >&2; exit 2; }
 done
 
-tools/require_packages.sh g++ gfortran cmake make python3 python3-mpmath pkg-config binutils libmpfr-dev libmpc-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
+tools/require_packages.sh g++ gfortran cmake make python3 python3-mpmath python3-dev python3-numpy python3-pytest pkg-config binutils libmpfr-dev libmpc-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
   clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm mandoc lintian abigail-tools dpkg-dev file
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
@@ -35,9 +35,13 @@ release() {
 packaging() {
   tests/packaging_test.sh "$PWD/build-packaging" "$PWD"
 }
+python() {
+  build python -DCMAKE_BUILD_TYPE=Release -DQORVANE_DEVELOPMENT=OFF -DQORVANE_PYTHON=ON -DPython3_EXECUTABLE=/usr/bin/python3
+  PYTHONPATH=build-python/python /usr/bin/python3 -m pytest -q -p no:cacheprovider python/test_qorvane.py
+}
 tidy() {
   cmake -S . -B build-clang "${with_clang[@]}" -DQORVANE_WERROR=ON > /dev/null
-  git ls-files '*.cpp' ':!tests/fuzz' | xargs -P2 -n4 clang-tidy-14 -p build-clang --quiet 2> /dev/null
+  git ls-files '*.cpp' ':!tests/fuzz' ':!tests/consumer' | xargs -P2 -n4 clang-tidy-14 -p build-clang --quiet 2> /dev/null
 }
 sanitize() {
   build sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQORVANE_SANITIZE=ON

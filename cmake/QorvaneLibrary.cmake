@@ -50,6 +50,25 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QorvaneConfig.cmake ${CMAKE_CURRENT_BI
 install(FILES frame/include/qorvane.h frame/include/qorvane.hpp frame/include/qorvane.f90 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR})
 
+# qorvane-info calls the installed library; the level's features, which that doesn't tell, it detects by the same source. It finds the library from where it
+# stands, but for the packages, whose library is where the system looks. A library for fuzzing has none.
+if(NOT QORVANE_FUZZ)
+  set_source_files_properties(tools/info.cpp PROPERTIES COMPILE_OPTIONS "${plain_processor}")
+  add_executable(qorvane-info tools/info.cpp frame/detection.cpp)
+  target_compile_options(qorvane-info PRIVATE ${optimisation} -fno-lto ${QORVANE_EXACT_MATH} -fno-exceptions -fno-rtti)
+  target_include_directories(qorvane-info PRIVATE ${PROJECT_SOURCE_DIR})
+  target_link_libraries(qorvane-info PRIVATE Tarnwell::Qorvane qorvane_warnings)
+  target_link_options(qorvane-info PRIVATE -O2 -fno-fast-math -fno-unsafe-math-optimizations LINKER:--as-needed)
+  if(NOT QORVANE_SANITIZE)
+    set_target_properties(qorvane-info PROPERTIES LINKER_LANGUAGE C)
+  endif()
+  if(NOT QORVANE_PACKAGES AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}")
+    file(RELATIVE_PATH library_folder /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(qorvane-info PROPERTIES INSTALL_RPATH "$ORIGIN/${library_folder}")
+  endif()
+  install(TARGETS qorvane-info DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
 # The folders are relative to qorvane.pc, so that an installation may be moved, unless they were given as absolute ones.
 if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
   set(pc_prefix ${CMAKE_INSTALL_PREFIX})

@@ -49,7 +49,8 @@ Inputs copiesOf(const Function& f, const accuracy::Point& reals) {
   Inputs x{{std::vector<double>(f.reals(copies)), std::vector<double>(f.reals(copies))}, {}};
   for (size_t i = 0; i < f.reals(copies); ++i)
     for (size_t k = 0; k < inputs; ++k) x.in[k][i] = reals[k * parts + i % parts];
-  for (size_t k = 0; k < parts; ++k) x.value[k] = reals[inputs * parts + k];
+  if (f.signature.scalar)
+    for (size_t k = 0; k < parts; ++k) x.value[k] = reals[inputs * parts + k];
   return x;
 }
 
