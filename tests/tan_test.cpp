@@ -8,9 +8,10 @@
 #include "tests/test_support.h"
 
 namespace qorvane {
-nuvStatus tanAvx(const Float64* src, Float64* dst, int32_t len);  // the one of the next two that was chosen at load
 nuvStatus tanAvxX87(const Float64* src, Float64* dst, int32_t len);
 nuvStatus tanAvxFma(const Float64* src, Float64* dst, int32_t len);
+bool fusedFormFits(uint32_t ecx1, uint32_t xcr0, uint32_t ebx7);
+extern const DispatchTable<shapes::realUnary> tanKernels;
 }  // namespace qorvane
 
 namespace qorvane::test {
@@ -209,8 +210,19 @@ TEST(Tan, BothFormsOfLevel5Agree) {
 
 TEST(Tan, TheFormThatFitsWasChosen) {
   __builtin_cpu_init();
+#ifdef __GLIBC__
   const bool fits = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-  EXPECT_EQ(tanAvx, fits ? tanAvxFma : tanAvxX87);
+#else
+  const bool fits = false;
+#endif
+  EXPECT_EQ(tanKernels.level[5], fits ? tanAvxFma : tanAvxX87);
+
+  constexpr uint32_t fma = 1u << 12, osxsave = 1u << 27, avx = 1u << 28, avx2 = 1u << 5;
+  EXPECT_TRUE(fusedFormFits(fma | osxsave | avx, 6, avx2));
+  EXPECT_TRUE(fusedFormFits(~0u, 0xe7, ~0u));
+  for (const uint32_t missing : {fma, osxsave, avx}) EXPECT_FALSE(fusedFormFits(~missing, 7, ~0u)) << missing;
+  for (const uint32_t saved : {0u, 3u, 5u}) EXPECT_FALSE(fusedFormFits(~0u, saved, ~0u)) << saved;
+  EXPECT_FALSE(fusedFormFits(~0u, 7, ~avx2));
 }
 
 }  // namespace
