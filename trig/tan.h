@@ -31,7 +31,8 @@ constexpr int tanFlaggedHighWord = 0x40ff4000;
 Element tanSpecialLane(Float64 x);
 
 // The x87 stage: the results of a chunk of `count` elements, or, where none is flagged, of the pairs
-// with an element whose bit is set. The x87 unit has 64-bit significands and rounds to nearest.
+// with an element whose bit is set; bits from `count` on don't matter. The x87 unit has 64-bit
+// significands and rounds to nearest.
 nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count,
                        uint64_t set = ~uint64_t{0});
 

@@ -77,7 +77,6 @@ nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
         storePart(dst + i + c, four.y, count - c < 4 ? count - c : 4);
         left |= four.uncertain << c;
       }
-      left &= ~uint64_t{0} >> (tanChunkSize - count);
       if (left == 0) continue;
     }
     const nuvStatus ofChunk = tanQuotients(scratch, src + i, dst + i, count, left);

@@ -81,7 +81,7 @@ nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* d
   }
 
   // One bit a pair, at the even places.
-  const uint64_t wanted = scratch.anyFlagged ? ~uint64_t{0} : set | set >> 1;
+  const uint64_t wanted = set | set >> 1;
   const uint64_t all = paired == 0 ? 0 : 0x5555555555555555 >> (tanChunkSize - paired) & wanted;
   const uint64_t firstOdd = scratch.odd & all, secondOdd = scratch.odd >> 1 & all;
   pairs<false, false>(scratch, dst, all & ~(firstOdd | secondOdd));
