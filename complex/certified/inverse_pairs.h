@@ -16,32 +16,6 @@
 namespace qorvane {
 namespace {
 
-// value + low, value being the sum rounded, or nearly so.
-template <class V>
-struct LongSum {
-  V value, low;
-};
-// Exact; in sumOfOrdered |a| >= |b|, or a = 0, or nothing is rounded.
-template <class V>
-INLINE LongSum<V> sumOfOrdered(V a, V b) {
-  const V s = a + b;
-  return {s, (a - s) + b};
-}
-template <class V>
-INLINE LongSum<V> sumOfAny(V a, V b) {
-  const V s = a + b, t = s - a;
-  return {s, (a - (s - t)) + (b - t)};
-}
-
-// A product of pairs: that of the heads, exact, and what is left.
-template <class V>
-INLINE LongSum<V> productOf(ShortPair<V> a, ShortPair<V> b) {
-  return {a.head * b.head, a.head * b.rest + a.rest * (b.head + b.rest)};
-}
-template <class V>
-INLINE LongSum<V> squareOf(ShortPair<V> a) {
-  return {a.head * a.head, ((a.head + a.head) + a.rest) * a.rest};
-}
 template <class V>
 INLINE ShortPair<V> splitOf(V x) {
   const V head = headOf(x);
@@ -79,40 +53,32 @@ INLINE V rootOf(V x) {
 }
 // sqrt(x) = s + l with a short s: l = (x - s^2) / (2s + l), x - s^2 being exact.
 template <class V>
-INLINE RootPair<V> rootPair(LongSum<V> x) {
-  const V whole = rootOf(x.value + x.low), head = headOf(whole), half = 1.0 / (head + whole);
-  const V rest = ((x.value - head * head) + x.low) * half;
+INLINE RootPair<V> rootPair(Sum<V> x) {
+  const V whole = rootOf(x.high + x.low), head = headOf(whole), half = 1.0 / (head + whole);
+  const V rest = ((x.high - head * head) + x.low) * half;
   return {{head, rest}, (half + half) * (1.0 - rest * half)};
 }
-// a / b, where `reciprocal` is 1/b in double precision: likewise.
-template <class V>
-INLINE ShortPair<V> quotientPair(LongSum<V> a, ShortPair<V> b, V reciprocal) {
-  const V head = headOf((a.value + a.low) * reciprocal);
-  return {head, ((a.value - head * b.head) + (a.low - head * b.rest)) * reciprocal};
-}
-
 // q/2 and the parts it is made of.
 template <class V>
 struct Excess {
   ShortPair<V> aMinusOne, b, halfOfQ;
-  LongSum<V> b2;
+  Sum<V> b2;
 };
 template <class V>
 INLINE Excess<V> excessOf(V a, V b) {
-  const auto below = sumOfAny(a, broadcast<V>(-1.0)), above = sumOfAny(a, broadcast<V>(1.0));
-  const auto aMinusOne = shortPair(below.value, below.low), aPlusOne = shortPair(above.value, above.low);
+  const auto below = exactSum(a, broadcast<V>(-1.0)), above = exactSum(a, broadcast<V>(1.0));
+  const auto aMinusOne = shortPair(below.high, below.low), aPlusOne = shortPair(above.high, above.low);
   const auto bPair = splitOf(b);
-  const auto product = productOf(aMinusOne, aPlusOne), b2 = squareOf(bPair);
-  const auto sum = sumOfAny(product.value, b2.value);
-  const auto q = shortPair(sum.value, sum.low + (product.low + b2.low));
+  const auto b2 = square(bPair);
+  const auto q = sumOf(product(aMinusOne, aPlusOne), b2);
   return {aMinusOne, bPair, {q.head * 0.5, q.rest * 0.5}, b2};
 }
 // rho/2
 template <class V>
 INLINE RootPair<V> halfOfRho(const Excess<V>& e) {
-  const auto q2 = squareOf(e.halfOfQ);
-  const auto sum = sumOfAny(q2.value, e.b2.value);
-  return rootPair(LongSum<V>{sum.value, sum.low + (q2.low + e.b2.low)});
+  const auto q2 = square(e.halfOfQ);
+  const auto sum = exactSum(q2.high, e.b2.high);
+  return rootPair(Sum<V>{sum.high, sum.low + (q2.low + e.b2.low)});
 }
 
 template <class V>
@@ -122,9 +88,9 @@ struct SinhAndCos {
 template <class V>
 INLINE SinhAndCos<V> sinhAndCosSquared(const Excess<V>& e) {
   const auto rho = halfOfRho(e).root, q = magnitudeOf(e.halfOfQ);
-  const auto sum = sumOfOrdered(rho.head, q.head);
-  const auto larger = shortPair(sum.value, sum.low + (rho.rest + q.rest));
-  const auto smaller = quotientPair(e.b2, larger, 1.0 / (larger.head + larger.rest));
+  const auto sum = fastSum(rho.head, q.head);
+  const auto larger = shortPair(sum.high, sum.low + (rho.rest + q.rest));
+  const auto smaller = quotient(e.b2, larger, 1.0 / (larger.head + larger.rest));
   const V isNegative = lessLanes(e.halfOfQ.head, broadcast<V>(0.0));
   return {selectPair(isNegative, smaller, larger), selectPair(isNegative, larger, smaller)};
 }
@@ -136,16 +102,16 @@ struct Point {
 };
 template <class V>
 INLINE Point<V> inverseSinePoint(V a, V b, const SinhAndCos<V>& p) {
-  const auto t2 = squareOf(p.t);
-  const auto sum = sumOfAny(t2.value, p.t.head);
-  const auto g = rootPair(LongSum<V>{sum.value, sum.low + (t2.low + p.t.rest)});
-  const auto e = sumOfOrdered(g.root.head, p.t.head);
-  const auto ePair = shortPair(e.value, e.low + (g.root.rest + p.t.rest));
-  const auto ab = productOf(splitOf(a + a), splitOf(b));
-  const auto cos = sumOfOrdered(broadcast<V>(-1.0), p.v.head + p.v.head);
+  const auto t2 = square(p.t);
+  const auto sum = exactSum(t2.high, p.t.head);
+  const auto g = rootPair(Sum<V>{sum.high, sum.low + (t2.low + p.t.rest)});
+  const auto e = fastSum(g.root.head, p.t.head);
+  const auto ePair = shortPair(e.high, e.low + (g.root.rest + p.t.rest));
+  const auto ab = product(splitOf(a + a), splitOf(b));
+  const auto cos = fastSum(broadcast<V>(-1.0), p.v.head + p.v.head);
   return {{ePair.head + ePair.head, ePair.rest + ePair.rest},
-          shortPair(cos.value, cos.low + (p.v.rest + p.v.rest)),
-          quotientPair(ab, g.root, g.reciprocal)};
+          shortPair(cos.high, cos.low + (p.v.rest + p.v.rest)),
+          quotient(ab, g.root, g.reciprocal)};
 }
 // With the share on which the extended routine's error depends: N/rho, N = 1 + A^2 + B^2; where |q| < 0.0299,
 // that routine has another formula, for which 1/2 is enough.
@@ -159,24 +125,22 @@ INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
   const auto e = excessOf(a, b);
   const auto rho = halfOfRho(e);
   const V minus = broadcast<V>(-0.0);
-  const auto cos = quotientPair(LongSum<V>{xorBits(e.halfOfQ.head, minus), xorBits(e.halfOfQ.rest, minus)}, rho.root,
-                                rho.reciprocal);
-  const auto sin = quotientPair(LongSum<V>{e.b.head, e.b.rest}, rho.root, rho.reciprocal);
-  const auto square = squareOf(e.aMinusOne);
-  const auto sum = sumOfAny(square.value, e.b2.value);
-  const auto distance = shortPair(sum.value, sum.low + (square.low + e.b2.low));
+  const auto cos =
+      quotient(Sum<V>{xorBits(e.halfOfQ.head, minus), xorBits(e.halfOfQ.rest, minus)}, rho.root, rho.reciprocal);
+  const auto sin = quotient(Sum<V>{e.b.head, e.b.rest}, rho.root, rho.reciprocal);
+  const auto distance = sumOf(square(e.aMinusOne), e.b2);
   const auto a4 = splitOf(a * 4.0);
   const V whole = distance.head + distance.rest;
   const V isNearCircle = lessLanes(magnitude(e.halfOfQ.head), broadcast<V>(0.01495));
   const V share = (whole + (a + a)) * (0.5 * rho.reciprocal);
-  return {{quotientPair(LongSum<V>{a4.head, a4.rest}, distance, 1.0 / whole), cos, sin},
+  return {{quotient(Sum<V>{a4.head, a4.rest}, distance, 1.0 / whole), cos, sin},
           select(isNearCircle, broadcast<V>(0.5), share)};
 }
 
 // ln(1 + e) for e > 0: 1 + e = 2^n m with m from 1 - 2^-9 to 2, C = 1/m to 8 bits, z = m C - 1, of which
 // head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e.
 template <class V>
-INLINE LongSum<V> log1pPair(ShortPair<V> e) {
+INLINE Sum<V> log1pPair(ShortPair<V> e) {
   constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903, a multiple of 2^-42
   constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14
   constexpr Float64 c9 = fromBits(0x3fbc71c71c71c71c);     // 1/9
@@ -190,20 +154,20 @@ INLINE LongSum<V> log1pPair(ShortPair<V> e) {
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
   const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
   const V k = factor * row.of[0], base = n * ln2Hi + row.of[1];
-  const auto less = sumOfOrdered(broadcast<V>(-1.0), k);
-  const V zHi = e.head * k + less.value, head = headOf(zHi), rest = (zHi - head) + (e.rest * k + less.low);
+  const auto less = fastSum(broadcast<V>(-1.0), k);
+  const V zHi = e.head * k + less.high, head = headOf(zHi), rest = (zHi - head) + (e.rest * k + less.low);
   const V z = head + rest, z2 = z * z;
   const V odd = ((c9 * z2 + c7) * z2 + c5) * z2 + c3, even = (c8 * z2 + c6) * z2 + c4;
   const V cubic = (odd + even * z) * (z2 * z);
-  const auto sum = sumOfOrdered(base, head), all = sumOfOrdered(sum.value, head * head * -0.5);
+  const auto sum = fastSum(base, head), all = fastSum(sum.high, head * head * -0.5);
   const V low = ((all.low + sum.low) + (n * ln2Lo + row.of[2])) + ((rest - rest * (head + 0.5 * rest)) + cubic);
-  return sumOfOrdered(all.value, low);
+  return fastSum(all.high, low);
 }
 
 // Half of the angle of the point (cos, sin) of the unit circle, sin >= 0, plus `quarters` pi/4: with the
 // smaller one next to s = j/128 and a = asin s, the rest is asin(smaller sqrt(1 - s^2) - larger s).
 template <class V>
-INLINE LongSum<V> halfAngle(ShortPair<V> cos, ShortPair<V> sin, V quarters) {
+INLINE Sum<V> halfAngle(ShortPair<V> cos, ShortPair<V> sin, V quarters) {
   constexpr Float64 quarterPiHi = fromBits(0x3fe921fb54443000);  // 0.7853981633975309, a multiple of 2^-42
   constexpr Float64 quarterPiLo = fromBits(0xbd373dcb3b399d74);  // -8.256997686213296e-14
   constexpr Float64 shifter = fromBits(0x4338000000000000);      // 1.5 * 2^52
@@ -223,9 +187,9 @@ INLINE LongSum<V> halfAngle(ShortPair<V> cos, ShortPair<V> sin, V quarters) {
   const V whole = d + dLow, d2 = whole * whole;
   const V cubic = ((d7 * d2 + d5) * d2 + d3) * (d2 * whole);
   const V base = number * quarterPiHi + xorBits(row.of[2], sign), signedD = xorBits(d, sign);
-  const auto sum = sumOfOrdered(base, signedD);
+  const auto sum = fastSum(base, signedD);
   const V low = (sum.low + (number * quarterPiLo + xorBits(row.of[3], sign))) + xorBits(dLow + cubic, sign);
-  return sumOfOrdered(sum.value, low);
+  return fastSum(sum.high, low);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 // is put right at the end.
 #pragma once
 #include "complex/certified/inverse_pairs.h"
-#include "complex/certified/strip.h"
+#include "complex/certified/strips.h"
 
 namespace qorvane {
 namespace {
@@ -36,12 +36,7 @@ struct InverseStrip {
 };
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 2^60.
-constexpr uint32_t firstInverseWord = 0x39b00000, limitInverseWord = 0x43b00000;
-template <class V>
-INLINE auto outsideOfInverse(V part) {
-  const auto word = highWords(part) & 0x7fffffff;
-  return (word > static_cast<int>(limitInverseWord - 1)) | (static_cast<int>(firstInverseWord) > word);
-}
+constexpr uint32_t limitOfInverse = 0x43b00000;
 
 struct Taken {
   uint64_t outside, zero;
@@ -50,12 +45,9 @@ struct Taken {
 [[gnu::noinline, maybe_unused]] Taken takeOutsideOfInverse(InverseStrip& s, int count) {
   Taken taken = {0, 0};
   for (int i = 0; i < count; ++i) {
-    const auto isOutside = [](Float64 part) {
-      return (highWord(part) & 0x7fffffff) - firstInverseWord >= limitInverseWord - firstInverseWord;
-    };
     const bool aIsZero = toBits(s.a[i]) << 1 == 0, bIsZero = toBits(s.b[i]) << 1 == 0;
     const bool isBranchPoint = bIsZero && (aIsZero || toBits(s.a[i]) << 1 == toBits(1.0) << 1);
-    if ((!aIsZero && isOutside(s.a[i])) || (!bIsZero && isOutside(s.b[i])) || isBranchPoint) {
+    if (isOutside(s.a[i], limitOfInverse) || isOutside(s.b[i], limitOfInverse) || isBranchPoint) {
       taken.outside |= uint64_t{1} << i;
       s.a[i] = s.b[i] = 1;
     } else if (aIsZero || bIsZero) {
@@ -66,7 +58,6 @@ struct Taken {
   }
   return taken;
 }
-// The parts that are zeros, signed as they are.
 // The part that is a zero, signed as it is; one of |a| and |b| is zero.
 template <Function function>
 INLINE void zeroExactly(Complex64& result, Float64 a) {
@@ -81,13 +72,6 @@ INLINE void zeroExactly(Complex64& result, Float64 a) {
   } else {
     if (aIsBelowOne) zero(aIsZero ? angle : log);
   }
-}
-
-// hi + lo with the error e, and a mask where it is certain.
-template <class V>
-INLINE Certain<V> certainSum(LongSum<V> x, V error) {
-  const V value = x.value + (x.low + error);
-  return {value, equalLanes(value, x.value + (x.low - error))};
 }
 
 template <Function function, class W, class V>
@@ -114,14 +98,14 @@ template <Function function, class V>
 INLINE Certain<V> certainLog(ShortPair<V> e, [[maybe_unused]] V a, Float64 part = 1) {
   constexpr Float64 factor = function == Function::atan ? 0.25 : 0.5;
   const auto log = log1pPair(e);
-  const LongSum<V> result = {log.value * factor, log.low * factor};
-  if constexpr (function != Function::atan) return certainSum(result, result.value * (boundOfLog * part));
-  const V bySeries = result.value * (boundOfSeries * part);
+  const Sum<V> result = {log.high * factor, log.low * factor};
+  if constexpr (function != Function::atan) return certainSum(result, result.high * (boundOfLog * part));
+  const V bySeries = result.high * (boundOfSeries * part);
   const V isAboveOne = lessLanes(a, broadcast<V>(0.0));
   const V byLog =
-      result.value * select(isAboveOne, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
+      result.high * select(isAboveOne, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
       select(isAboveOne, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part));
-  return certainSum(result, select(lessLanes(result.value, broadcast<V>(endOfSeries)), bySeries, byLog));
+  return certainSum(result, select(lessLanes(result.high, broadcast<V>(endOfSeries)), bySeries, byLog));
 }
 // Half of the angle of (cos, sin); of (-cos, sin) for acos |x|, and pi less that is pi/2 and half of the
 // angle of (cos, sin). `share` is inverseTangentPoint's.
@@ -132,13 +116,13 @@ INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unuse
     const V flip = signOf(xorBits(a, broadcast<V>(-0.0))), isNegative = lessLanes(a, broadcast<V>(0.0));
     const ShortPair<V> flipped = {xorBits(cos.head, flip), xorBits(cos.rest, flip)};
     const auto angle = halfAngle(flipped, sin, andBits(isNegative, broadcast<V>(2.0)));
-    return certainSum(angle, angle.value * (boundOfAcos * part));
+    return certainSum(angle, angle.high * (boundOfAcos * part));
   } else {
     const auto angle = halfAngle(cos, sin, broadcast<V>(0.0));
     if constexpr (function == Function::asinh || function == Function::asin)
-      return certainSum(angle, angle.value * (boundOfAsin * part));
+      return certainSum(angle, angle.high * (boundOfAsin * part));
     else
-      return certainSum(angle, angle.value * (share * (boundOfShare * part) + boundOfTangentAngle * part));
+      return certainSum(angle, angle.high * (share * (boundOfShare * part) + boundOfTangentAngle * part));
   }
 }
 
@@ -179,20 +163,12 @@ template <Function function, class W, class V>
 template <Function function, class W, class V>
 [[gnu::noinline]] void evaluateInverseStrip(const Complex64* src, Complex64* dst, int count) {
   InverseStrip s;
-  constexpr int lanes = laneCount<V>;
   WordsOf<V> isOutsideOrZero{};
-  const auto take = [&](const Complex64* from, int i) INLINED {
+  const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
     store(s.a + i, imaginaryIsA(function) ? z.im : z.re), store(s.b + i, imaginaryIsA(function) ? z.re : z.im);
-    isOutsideOrZero = isOutsideOrZero | outsideOfInverse(z.re) | outsideOfInverse(z.im);
-  };
-  const int full = count & -lanes, whole = (count + lanes - 1) & -lanes;
-  for (int i = 0; i < full; i += lanes) take(src + i, i);
-  if (full < whole) {
-    Complex64 last[lanes];
-    for (int i = 0; i < lanes; ++i) last[i] = src[full + i < count ? full + i : full];
-    take(last, full);
-  }
+    isOutsideOrZero = isOutsideOrZero | outside<limitOfInverse>(z.re) | outside<limitOfInverse>(z.im);
+  });
 
   Taken taken = {0, 0};
   const Float64 *a = s.a, *b = s.b;
@@ -203,19 +179,13 @@ template <Function function, class W, class V>
     a = savedA, b = savedB;
     taken = takeOutsideOfInverse(s, whole);
   }
-  const uint64_t all = ~uint64_t{0} >> (64 - whole);
   uint64_t left = taken.outside;
-  if (left != all) {
+  if (left != allOf(whole)) {
     pointStage<function, W, V>(s, whole);
     left |= logStage<function, W, V>(s, whole);
-    if (whole == count) {
-      left |= angleStage<function, W, V>(s, dst, whole);
-    } else {
-      Complex64 results[stripLength];
-      left |= angleStage<function, W, V>(s, results, whole);
-      __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
-    }
-    left &= all;
+    left |= storeStrip(dst, count, whole,
+                       [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
+    left &= allOf(whole);
   }
   if ((left | taken.zero) == 0) return;
   for (int i = 0; i < count; ++i) {
@@ -230,13 +200,7 @@ template <Function function, class W, class V>
 
 template <Function function, class W, class V>
 INLINE nuvStatus inverseLoop(const Complex64* src, Complex64* dst, int64_t len) {
-  if (!isAllowed()) [[unlikely]]
-    return elements<function>(src, dst, len);
-  for (int count; len > 0; src += count, dst += count, len -= count) {
-    count = len < stripLength ? static_cast<int>(len) : stripLength;
-    evaluateInverseStrip<function, W, V>(src, dst, count);
-  }
-  return nuvStatusOk;
+  return stripLoop<function, evaluateInverseStrip<function, W, V>>(src, dst, len);
 }
 
 }  // namespace

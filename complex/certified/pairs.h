@@ -11,14 +11,14 @@
 // or from 2^-100 up to 256, x up to 512 (docs/certainty.md has the proof).
 #pragma once
 #include "complex/certified/tables.h"
-#include "frame/words.h"
+#include "complex/pairs.h"
 
 namespace qorvane {
 namespace {
 
 template <class V>
 INLINE V headOf(V x) {
-  return andBits(x, broadcast<V>(fromBits(0xfffffffff8000000)));
+  return halvesOf(x).upper;
 }
 
 template <class V>
@@ -30,6 +30,28 @@ template <class V>
 INLINE ShortPair<V> shortPair(V v, V low) {
   const V head = headOf(v + low);
   return {head, (v - head) + low};
+}
+
+// A product: that of the heads, exact, and what is left.
+template <class V>
+INLINE Sum<V> product(ShortPair<V> a, ShortPair<V> b) {
+  return {a.head * b.head, a.head * b.rest + a.rest * (b.head + b.rest)};
+}
+template <class V>
+INLINE Sum<V> square(ShortPair<V> a) {
+  return {a.head * a.head, ((a.head + a.head) + a.rest) * a.rest};
+}
+template <class V>
+INLINE ShortPair<V> sumOf(Sum<V> a, Sum<V> b) {
+  const Sum<V> s = exactSum(a.high, b.high);
+  return shortPair(s.high, s.low + (a.low + b.low));
+}
+// a / b, where `reciprocal` is 1/b in double precision: the leading 26 bits, and the rest from the exact
+// remainder.
+template <class V>
+INLINE ShortPair<V> quotient(Sum<V> a, ShortPair<V> b, V reciprocal) {
+  const V head = headOf((a.high + a.low) * reciprocal);
+  return {head, ((a.high - head * b.head) + (a.low - head * b.rest)) * reciprocal};
 }
 
 // A row's number: `value` + `low` exactly summed, where `low` is small; the same as one number, and as

@@ -6,15 +6,12 @@
 // double-precision number, that number is the extended routine's; the other elements, one in 70 to 150,
 // go through that routine, and so do those with a part outside the lanes' range.
 #pragma once
-#include "complex/certified/elements.h"
 #include "complex/certified/quotients.h"
-#include "complex/parts.h"
-#include "frame/kernel_frame.h"
+#include "complex/certified/strips.h"
 
 namespace qorvane {
 namespace {
 
-constexpr int stripLength = 32;
 // Of hi: of the part with sinh x and the one with cosh x.
 constexpr Float64 boundWithSinh = 4.625 * 0x1p-64, boundWithCosh = 5.25 * 0x1p-64;
 
@@ -27,15 +24,7 @@ struct Strip {
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256, and in quotients |x| < 512. Zeros
 // and these are outside at first.
-constexpr uint32_t firstHighWord = 0x39b00000, limitHighWord = 0x40700000, limitOfQuotients = 0x40800000;
-template <class V>
-INLINE auto outside(V part) {
-  const auto word = highWords(part) & 0x7fffffff;
-  return (word > static_cast<int>(limitHighWord - 1)) | (static_cast<int>(firstHighWord) > word);
-}
-INLINE bool isOutside(Float64 part, uint32_t limit) {
-  return (highWord(part) & 0x7fffffff) - firstHighWord >= limit - firstHighWord && toBits(part) << 1 != 0;
-}
+constexpr uint32_t limitHighWord = 0x40700000, limitOfQuotients = 0x40800000;
 
 // Whether the lanes serve the whole strip, zeros and all; the functions with a cosine of 0 have the exact
 // value 1 there, and don't.
@@ -46,7 +35,7 @@ INLINE bool hasZerosOnly(const Strip& s, int count) {
     const auto bitsOfMagnitude = [](V part) INLINED { return (highWords(part) & 0x7fffffff) | lowWords(part); };
     const V x = load<V>(s.x + i), y = load<V>(s.y + i);
     const auto anyX = bitsOfMagnitude(x) != 0, anyY = bitsOfMagnitude(y) != 0;
-    isOther = isOther | (outside(x) & anyX) | (outside(y) & anyY);
+    isOther = isOther | (outside<limitHighWord>(x) & anyX) | (outside<limitHighWord>(y) & anyY);
     if constexpr (!hasSinhCos(function)) isOther = isOther | ~(anyX | anyY);
   }
   return !any(isOther);
@@ -72,41 +61,22 @@ template <Function function>
   return set;
 }
 
-template <class V>
-INLINE ShortPair<V> loadPair(const Float64* head, const Float64* rest) {
-  return {load<V>(head), load<V>(rest)};
-}
-
-template <class V>
-struct Certain {
-  V value, isCertain;
-};
-// |hi + lo| with the given sign, and a mask where it is certain.
+// |x| with the given sign, x being a fast sum's, and the bound of its error relative to it.
 template <class V, class Bound>
-INLINE Certain<V> certainSum(V hi, V lo, V sign, Bound bound) {
-  const V error = hi * bound, value = hi + (lo + error);
-  return {orBits(magnitude(value), sign), equalLanes(value, hi + (lo - error))};
+INLINE Certain<V> certainWithSign(Sum<V> x, V sign, Bound bound) {
+  const Certain<V> sum = certainSum(x, x.high * bound);
+  return {orBits(magnitude(sum.value), sign), sum.isCertain};
 }
 template <class V>
 INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64 bound) {
-  const V first = a.head * b.head, second = a.head * b.rest + a.rest * (b.head + b.rest);
-  const V hi = first + second;
-  return certainSum(hi, (first - hi) + second, sign, bound);
+  const Sum<V> p = product(a, b);
+  return certainWithSign(fastSum(p.high, p.low), sign, bound);
 }
 template <class V>
 INLINE Certain<V> certainPair(ShortPair<V> a, V sign, V bound) {
-  const V hi = a.head + a.rest;
-  return certainSum(hi, (a.head - hi) + a.rest, sign, bound);
+  return certainWithSign(fastSum(a.head, a.rest), sign, bound);
 }
 
-// In stages, each a loop over the strip: their chains are short enough for the processor to overlap
-// their turns. W is two vectors in lockstep, V one.
-template <class W, class V, class Stage>
-INLINE void eachVector(int count, Stage stage) {
-  int i = 0;
-  for (; i + laneCount<W> <= count; i += laneCount<W>) stage(W{}, i);
-  for (; i < count; i += laneCount<V>) stage(V{}, i);
-}
 template <class W, class V>
 [[gnu::noinline]] void hyperbolicStage(Strip& s, int count) {
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
@@ -176,30 +146,16 @@ INLINE uint64_t resultStage(const Strip& s, Complex64* dst, int count, bool hasL
   return quotientStage<function, false, W, V>(s, dst, count);
 }
 
-// Where element i of the strip's arguments stands: loadParts leaves four lanes as 0, 2, 1, 3.
-template <class V>
-constexpr int placeOf(int i) {
-  return laneCount<V> == 4 ? (i & ~3) | (i & 1) << 1 | (i & 2) >> 1 : i;
-}
-
 template <Function function, class W, class V>
 [[gnu::noinline]] void evaluateStrip(const Complex64* src, Complex64* dst, int count) {
   Strip s;
-  constexpr int lanes = laneCount<V>;
   WordsOf<V> isOutsideOrZero{};
-  const auto take = [&](const Complex64* from, int i) INLINED {
+  const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
     constexpr bool turned = isTurned(function);
     store(s.x + i, turned ? z.im : z.re), store(s.y + i, turned ? z.re : z.im);
-    isOutsideOrZero = isOutsideOrZero | outside(z.re) | outside(z.im);
-  };
-  const int full = count & -lanes, whole = (count + lanes - 1) & -lanes;
-  for (int i = 0; i < full; i += lanes) take(src + i, i);
-  if (full < whole) {
-    Complex64 last[lanes];
-    for (int i = 0; i < lanes; ++i) last[i] = src[full + i < count ? full + i : full];
-    take(last, full);
-  }
+    isOutsideOrZero = isOutsideOrZero | outside<limitHighWord>(z.re) | outside<limitHighWord>(z.im);
+  });
 
   uint64_t left = 0, large = 0;
   const Float64 *x = s.x, *y = s.y;
@@ -211,17 +167,13 @@ template <Function function, class W, class V>
     const OutsideMasks masks = takeOutside<function>(s, whole);
     left = masks.outside, large = masks.large;
   }
-  if (left != ~uint64_t{0} >> (64 - whole)) {
+  if (left != allOf(whole)) {
     hyperbolicStage<W, V>(s, whole);
     left |= trigonometricStage<W, V>(s, whole);
-    if (whole == count) {
-      left |= resultStage<function, W, V>(s, dst, whole, large != 0);
-    } else {
-      Complex64 results[stripLength];
-      left |= resultStage<function, W, V>(s, results, whole, large != 0);
-      __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
-    }
-    left &= ~uint64_t{0} >> (64 - whole);
+    left |= storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
+      return resultStage<function, W, V>(s, results, whole, large != 0);
+    });
+    left &= allOf(whole);
   }
   if ((left | large) == 0) return;
   for (int i = 0; i < count; ++i) {
@@ -233,21 +185,9 @@ template <Function function, class W, class V>
   }
 }
 
-// The proof wants round to nearest, and no exception may end the call before its time.
-INLINE bool isAllowed() {
-  constexpr uint32_t masksAndRounding = 0x7f80, masks = 0x1f80, x87Masks = 0x3f;
-  return (readMxcsr() & masksAndRounding) == masks && (readX87Control() & x87Masks) == x87Masks;
-}
-
 template <Function function, class W, class V>
 INLINE nuvStatus certifiedLoop(const Complex64* src, Complex64* dst, int64_t len) {
-  if (!isAllowed()) [[unlikely]]
-    return elements<function>(src, dst, len);
-  for (int count; len > 0; src += count, dst += count, len -= count) {
-    count = len < stripLength ? static_cast<int>(len) : stripLength;
-    evaluateStrip<function, W, V>(src, dst, count);
-  }
-  return nuvStatusOk;
+  return stripLoop<function, evaluateStrip<function, W, V>>(src, dst, len);
 }
 
 }  // namespace

@@ -1,0 +1,98 @@
+// What the loops over strips share: an element's parts are taken where every number within both errors
+// of hi + lo rounds to one double-precision number, and the other elements go through the routines.
+#pragma once
+#include "complex/certified/elements.h"
+#include "complex/certified/pairs.h"
+#include "complex/parts.h"
+#include "frame/kernel_frame.h"
+
+namespace qorvane {
+namespace {
+
+constexpr int stripLength = 32;
+
+// The parts that the lanes serve, beside zeros, are from 2^-100 up. Zeros are outside at first.
+constexpr uint32_t firstHighWord = 0x39b00000;
+template <uint32_t limit, class V>
+INLINE auto outside(V part) {
+  const auto word = highWords(part) & 0x7fffffff;
+  return (word > static_cast<int>(limit - 1)) | (static_cast<int>(firstHighWord) > word);
+}
+INLINE bool isOutside(Float64 part, uint32_t limit) {
+  return (highWord(part) & 0x7fffffff) - firstHighWord >= limit - firstHighWord && toBits(part) << 1 != 0;
+}
+
+template <class V>
+INLINE ShortPair<V> loadPair(const Float64* head, const Float64* rest) {
+  return {load<V>(head), load<V>(rest)};
+}
+
+template <class V>
+struct Certain {
+  V value, isCertain;
+};
+// hi + lo, and a mask where it is certain to be so within the error.
+template <class V>
+INLINE Certain<V> certainSum(Sum<V> x, V error) {
+  const V value = x.high + (x.low + error);
+  return {value, equalLanes(value, x.high + (x.low - error))};
+}
+
+// In stages, each a loop over the strip: their chains are short enough for the processor to overlap
+// their turns. W is two vectors in lockstep, V one.
+template <class W, class V, class Stage>
+INLINE void eachVector(int count, Stage stage) {
+  int i = 0;
+  for (; i + laneCount<W> <= count; i += laneCount<W>) stage(W{}, i);
+  for (; i < count; i += laneCount<V>) stage(V{}, i);
+}
+// Where element i of the strip's arguments stands: loadParts leaves four lanes as 0, 2, 1, 3.
+template <class V>
+constexpr int placeOf(int i) {
+  return laneCount<V> == 4 ? (i & ~3) | (i & 1) << 1 | (i & 2) >> 1 : i;
+}
+
+// Calls `take` with the address of each vector of elements and its place, and fills the last one up with
+// its first element; the count of places.
+template <class V, class Take>
+INLINE int loadStrip(const Complex64* src, int count, Take take) {
+  constexpr int lanes = laneCount<V>;
+  const int full = count & -lanes;
+  for (int i = 0; i < full; i += lanes) take(src + i, i);
+  if (full == count) return full;
+  Complex64 last[lanes];
+  for (int i = 0; i < lanes; ++i) last[i] = src[full + i < count ? full + i : full];
+  take(last, full);
+  return full + lanes;
+}
+// Has `stage` store the results, those of `whole` places, from dst on if there are as many elements.
+template <class Stage>
+INLINE uint64_t storeStrip(Complex64* dst, int count, int whole, Stage stage) {
+  if (whole == count) return stage(dst);
+  Complex64 results[stripLength];
+  const uint64_t left = stage(results);
+  __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
+  return left;
+}
+// The elements of a strip as a mask.
+INLINE uint64_t allOf(int whole) { return ~uint64_t{0} >> (64 - whole); }
+
+// The proof wants round to nearest, and no exception may end the call before its time.
+INLINE bool isAllowed() {
+  constexpr uint32_t masksAndRounding = 0x7f80, masks = 0x1f80, x87Masks = 0x3f;
+  return (readMxcsr() & masksAndRounding) == masks && (readX87Control() & x87Masks) == x87Masks;
+}
+
+template <Function function, void evaluate(const Complex64*, Complex64*, int)>
+INLINE nuvStatus stripLoop(const Complex64* src, Complex64* dst, int64_t len) {
+  if (!isAllowed()) [[unlikely]]
+    return elements<function>(src, dst, len);
+  for (int count; len > 0; src += count, dst += count, len -= count) {
+    count = len < stripLength ? static_cast<int>(len) : stripLength;
+    evaluate(src, dst, count);
+  }
+  return nuvStatusOk;
+}
+
+}  // namespace
+}  // namespace qorvane
