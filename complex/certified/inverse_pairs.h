@@ -140,7 +140,9 @@ INLINE Sum<V> log1pPair(ShortPair<V> e) {
   const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
   const V k = factor * row.of[0];
   const auto less = fastSum(broadcast<V>(-1.0), k);
-  return lnOfRow(n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], e.head * k + less.high, e.rest * k + less.low);
+  const V z = e.head * k + less.high, head = headOf(z);
+  return lnOfRow(n * ln2Hi + row.of[1], n * ln2Lo + row.of[2],
+                 ShortPair<V>{head, (z - head) + (e.rest * k + less.low)});
 }
 
 // Half of the angle of the point (cos, sin) of the unit circle, sin >= 0, plus `quarters` pi/4: with the

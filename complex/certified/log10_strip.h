@@ -10,11 +10,18 @@ template <class W, class V>
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const U x = load<U>(s.x + i), y = load<U>(s.y + i);
-    const auto angle = certainAngle<Base::ten>(x, bySize(x, y));
+    const auto angle = certainAngle<Base::ten>(x, y);
     storeParts(dst + i, Parts<U>{load<U>(s.log + i), orBits(angle.value, signOf(y))});
     certain |= signMask(angle.isCertain) << i;
   });
   return ~certain;
+}
+
+template <class V>
+[[gnu::noinline]] uint64_t storeAxes(const LogStrip& s, Complex64* dst, int count) {
+  for (int i = 0; i < count; i += laneCount<V>)
+    storeParts(dst + i, Parts<V>{load<V>(s.log + i), load<V>(s.angle + i)});
+  return 0;
 }
 
 template <class W, class V>
@@ -26,17 +33,21 @@ template <class W, class V>
     store(s.x + i, z.re), store(s.y + i, z.im);
     isOutsideOrZero = isOutsideOrZero | outside<limitOfLog>(z.re) | outside<limitOfLog>(z.im);
   });
-  uint64_t left = 0;
-  SavedArguments saved;
+  OutsideOfLog out;
   if (any(isOutsideOrZero)) [[unlikely]]
-    left = takeOutsideOfLog<V>(s, saved, whole);
-  const Float64 *x = left == 0 ? s.x : saved.x, *y = left == 0 ? s.y : saved.y;
-  if (left != allOf(whole)) {
+    takeOutsideOfLog<V>(s, out, whole);
+  const Float64 *x = out.mask == 0 ? s.x : out.x, *y = out.mask == 0 ? s.y : out.y;
+  uint64_t left = out.mask;
+  if (out.onAxes) {
+    left = axisStage<Base::ten, W, V>(s, whole);
+    storeStrip(dst, count, whole, [&](Complex64* results) INLINED { return storeAxes<V>(s, results, whole); });
+  } else if (left != allOf(whole)) {
     left |= realParts<Base::ten, W, V>(s, whole);
-    left |= storeStrip(dst, count, whole,
-                       [&](Complex64* results) INLINED { return log10AngleStage<W, V>(s, results, whole); });
-    left &= allOf(whole);
+    left |= storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
+      return log10AngleStage<Pack<V, 4>, V>(s, results, whole);
+    });
   }
+  left &= allOf(whole);
   if (left == 0) return;
   for (int i = 0; i < count; ++i) {
     const int place = placeOf<V>(i);

@@ -14,10 +14,10 @@
 namespace qorvane {
 namespace {
 
-// base + ln(1 + z) for z = zHi + zLo, |z| <= 2^-8, where the base is 0 or at least |z|, a multiple of 2^-42
-// below 2^10, and a rest that is small.
+// base + ln(1 + z) for z = head + rest, |z| <= 2^-8, with a head of 26 bits, where the base is 0 or at
+// least |z|, a multiple of 2^-42 below 2^10, and a rest that is small.
 template <class V>
-INLINE Sum<V> lnOfRow(V base, V baseRest, V zHi, V zLo) {
+INLINE Sum<V> lnOfRow(V base, V baseRest, ShortPair<V> z) {
   constexpr Float64 c9 = fromBits(0x3fbc71c71c71c71c);  // 1/9
   constexpr Float64 c8 = -0.125;
   constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
@@ -25,50 +25,64 @@ INLINE Sum<V> lnOfRow(V base, V baseRest, V zHi, V zLo) {
   constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
   constexpr Float64 c4 = -0.25;
   constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
-  const V head = headOf(zHi), rest = (zHi - head) + zLo;
-  const V z = head + rest, z2 = z * z;
+  const V whole = z.head + z.rest, z2 = whole * whole;
   const V odd = ((c9 * z2 + c7) * z2 + c5) * z2 + c3, even = (c8 * z2 + c6) * z2 + c4;
-  const V cubic = (odd + even * z) * (z2 * z);
-  const auto sum = fastSum(base, head), all = fastSum(sum.high, head * head * -0.5);
-  const V low = ((all.low + sum.low) + baseRest) + ((rest - rest * (head + 0.5 * rest)) + cubic);
+  const V cubic = (odd + even * whole) * (z2 * whole);
+  const auto sum = fastSum(base, z.head), all = fastSum(sum.high, z.head * z.head * -0.5);
+  const V low = ((all.low + sum.low) + baseRest) + ((z.rest - z.rest * (z.head + 0.5 * z.rest)) + cubic);
   return fastSum(all.high, low);
 }
 constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903, a multiple of 2^-42
 constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14
 
 
-// The parts of a number by size; a mask for |x| <= |y|.
+template <class V>
+INLINE ShortPair<V> splitSum(Sum<V> x) {
+  const V head = headOf(x.high);
+  return {head, (x.high - head) + x.low};
+}
+// The magnitudes of a number's parts by size.
 template <class V>
 struct BySize {
-  V larger, smaller, isSteep;
+  V larger, smaller;
 };
 template <class V>
 INLINE BySize<V> bySize(V x, V y) {
-  const V a = magnitude(x), b = magnitude(y), isFlat = lessLanes(b, a);
-  return {select(isFlat, a, b), select(isFlat, b, a), xorBits(isFlat, broadcast<V>(fromBits(~uint64_t{0})))};
+  const V a = magnitude(x), b = magnitude(y);
+  return {largerLanes(a, b), smallerLanes(a, b)};
 }
 
 // N = |z|^2 where the larger part is from 2^-100 to 2^100 and the other one, too, or 0.
 template <class V>
-INLINE Sum<V> squaredModulus(V larger, V smaller) {
-  const auto a = square(splitOf(larger)), b = square(splitOf(smaller));
-  const auto sum = fastSum(a.high, b.high);
+INLINE Sum<V> squaredModulus(BySize<V> z) {
+  const auto square = [](V x) INLINED {
+    const V head = headOf(x);
+    return Sum<V>{head * head, (head + x) * (x - head)};
+  };
+  const auto a = square(z.larger), b = square(z.smaller), sum = fastSum(a.high, b.high);
   return {sum.high, sum.low + (a.low + b.low)};
 }
-template <class V>
+// ln x. With 21 bits of x z's leading part has 26, and the sum is good to 2^-72 absolutely; `isExact` splits
+// z anew, so that it is as good next to 1 as x - 1 is.
+template <bool isExact, class V>
 INLINE Sum<V> lnPair(Sum<V> x) {
+  constexpr Float64 upper21 = fromBits(0xffffffff00000000);  // a mask
   const auto word = highWords(x.high) + 0x1000;
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
   const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
-  const V k = factor * row.of[0], head = headOf(x.high), rest = (x.high - head) + x.low;
-  return lnOfRow(n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], head * k - 1.0, rest * k);
+  const V k = factor * row.of[0], base = n * ln2Hi + row.of[1], baseRest = n * ln2Lo + row.of[2];
+  const V head = isExact ? headOf(x.high) : andBits(x.high, broadcast<V>(upper21));
+  const V z = head * k - 1.0, rest = ((x.high - head) + x.low) * k;
+  if constexpr (!isExact) return lnOfRow(base, baseRest, ShortPair<V>{z, rest});
+  const Sum<V> sum = fastSum(z, rest);
+  return lnOfRow(base, baseRest, splitSum(sum));
 }
 // The same for |N - 1| < 2^-8, from N - 1.
 template <class V>
-INLINE Sum<V> lnNextToCircle(V larger, V smaller) {
-  const Sum<V> less = lessOne(larger, smaller);
+INLINE Sum<V> lnNextToCircle(BySize<V> z) {
+  const Sum<V> less = lessOne(z.larger, z.smaller);
   const V zero = broadcast<V>(0.0);
-  return lnOfRow(zero, zero, less.high, less.low);
+  return lnOfRow(zero, zero, splitSum(less));
 }
 
 // The angle in [0, pi], and the magnitude of q.
@@ -78,7 +92,7 @@ struct AngleSum {
   V quotient;
 };
 template <class V>
-INLINE AngleSum<V> angleSum(V x, BySize<V> parts) {
+INLINE AngleSum<V> angleSum(V x, V y, BySize<V> parts) {
   constexpr Float64 halfPiHi = fromBits(0x3ff921fb54443000);  // 1.5707963267950618, a multiple of 2^-41
   constexpr Float64 halfPiLo = fromBits(0xbd473dcb3b399d74);  // -1.6513995372426591e-13
   constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
@@ -96,9 +110,9 @@ INLINE AngleSum<V> angleSum(V x, BySize<V> parts) {
   const V whole = q.head + q.rest, q2 = whole * whole;
   const V tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * whole);
 
-  const V minus = broadcast<V>(-0.0), isNegative = lessLanes(x, broadcast<V>(0.0));
-  const V number = select(parts.isSteep, broadcast<V>(1.0), andBits(isNegative, broadcast<V>(2.0)));
-  const V sign = xorBits(signOf(x), andBits(parts.isSteep, minus));
+  const V isSteep = equalLanes(larger, magnitude(y)), isNegative = lessLanes(x, broadcast<V>(0.0));
+  const V number = select(isSteep, broadcast<V>(1.0), andBits(isNegative, broadcast<V>(2.0)));
+  const V sign = signOf(xorBits(x, isSteep));
   const auto sum = fastSum(number * halfPiHi + xorBits(row.first, sign), xorBits(q.head, sign));
   const V low = (sum.low + (number * halfPiLo + xorBits(row.second, sign))) + xorBits(q.rest + tail, sign);
   return {fastSum(sum.high, low), magnitude(whole)};
