@@ -67,6 +67,7 @@ if(NOT QORVANE_FUZZ)
     set_target_properties(qorvane-info PROPERTIES INSTALL_RPATH "$ORIGIN/${library_folder}")
   endif()
   install(TARGETS qorvane-info DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(DIRECTORY man/man1 DESTINATION ${CMAKE_INSTALL_MANDIR})
 endif()
 
 # The folders are relative to qorvane.pc, so that an installation may be moved, unless they were given as absolute ones.

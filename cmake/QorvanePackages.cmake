@@ -20,7 +20,7 @@ endforeach()
 file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/control/triggers "activate-noawait ldconfig\n")
 file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/control/shlibs "libTarnwell.Qorvane 1 ${runtime}\n")
 # Manual pages are compressed in packages.
-install(CODE "file(GLOB pages \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man3/*.3\")
+install(CODE "file(GLOB pages \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man[13]/*.[13]\")
               execute_process(COMMAND gzip -9nf \${pages} COMMAND_ERROR_IS_FATAL ANY)")
 
 set(CPACK_GENERATOR DEB)
@@ -41,5 +41,5 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Exponentials, logarithms, powers, roots
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${development})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION}), libc6-dev")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "What programs are built with: header, static library, manual pages, and\npackage files for CMake and pkg-config.")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "What programs are built with: header, static library, manual pages,\npackage files for CMake and pkg-config, and qorvane-info, which tells which\nkernels a machine gets and whether their results are the expected ones.")
 include(CPack)

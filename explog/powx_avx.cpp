@@ -126,11 +126,12 @@ template <Split split>
 
 nuvStatus loop(const Float64* src, Float64 value, Float64* dst, int64_t len, uint32_t mxcsr) {
   const uint64_t magnitudeBits = toBits(value) << 1;
-  if (toBits(value) == toBits(2.0) || magnitudeBits == 0 || magnitudeBits >= toBits(__builtin_inf()) << 1)
-    return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
+  const bool isUsual =
+      toBits(value) != toBits(2.0) && magnitudeBits != 0 && magnitudeBits < toBits(__builtin_inf()) << 1;
+  if (len < shortestStretch || !isUsual) return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
   const Exponent<Float64> y = splitExponent(value);
   const HighWordRange range = safeRange(value);
-  if (len < shortestStretch || range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
+  if (range.first == range.end) return fixedExponentLoop<V>(src, value, dst, len, mxcsr);
 
   StretchScratch c;
   return stretchLoop<longestStretch, shortestStretch, vector>(

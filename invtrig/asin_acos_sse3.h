@@ -97,11 +97,19 @@ INLINE ArcTerms<V> arcTerms(V a) {
   const V t = (1.0 - a) * 0.5, s = 4.0 * t;  // the root is of no use where a isn't big
   return arcTerms(a, negativeRoot(s, rootSeed(s)), arcSeries(select(isBig(a), t, a * a)));
 }
+// A single number goes one of the two ways.
+INLINE ArcTerms<Float64> arcTerms(Float64 a) {
+  if (a <= 0.5) return {0.0, a, 0.0, arcSeries(a * a) * a};
+  const Float64 t = (1.0 - a) * 0.5, s = 4.0 * t;
+  const auto [hi, lo] = negativeRoot(s, rootSeed(s));
+  return {fromBits(~uint64_t{0}), hi, lo, arcSeries(t) * (hi + lo)};
+}
 
 // Stretches without outliers. A vector's chain of operations takes more than a hundred cycles, and
 // the processor doesn't look far enough ahead to fill them with other vectors. So it is cut into
-// loops over what stands in memory. The operations are those of arcTerms, and so are the bits.
-constexpr int64_t longestStretch = 192, shortestStretch = 24, vector = laneCount<Four>;
+// loops over what stands in memory, the series before the root, which would wait for its seed. The
+// operations are those of arcTerms, and so are the bits.
+constexpr int64_t longestStretch = 192, shortestStretch = 8, vector = laneCount<Four>;
 
 template <auto finish>
 INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
@@ -117,14 +125,14 @@ INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
     store(his + i, s);
     store(ys + i, rootSeed(s));
   }
+  for (int64_t i = 0; i < count; i += vector) store(zs + i, arcSeries(load<Four>(zs + i)));
   for (int64_t i = 0; i < count; i += vector) {
     const auto root = negativeRoot(load<Four>(his + i), load<Four>(ys + i));
     store(his + i, root.hi), store(los + i, root.lo);
   }
-  for (int64_t i = 0; i < count; i += vector) store(ys + i, arcSeries(load<Four>(zs + i)));
   for (int64_t i = 0; i < count; i += vector) {
     const Four x = load<Four>(src + i);
-    store(dst + i, finish(x, arcTerms(magnitude(x), {load<Four>(his + i), load<Four>(los + i)}, load<Four>(ys + i))));
+    store(dst + i, finish(x, arcTerms(magnitude(x), {load<Four>(his + i), load<Four>(los + i)}, load<Four>(zs + i))));
   }
   return true;
 }

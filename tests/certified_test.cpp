@@ -1,61 +1,25 @@
 // The complex functions in lanes: their bits are those of their extended routines, at every level,
 // wherever an element stands and whatever stands beside it.
-#include <cfenv>
-#include <cmath>
-#include <cstring>
-#include <random>
-
 #include "complex/certified/strip.h"
-#include "tests/test_support.h"
+#include "tests/certified_support.h"
 
 namespace qorvane::test {
 namespace {
 
-using ComplexUnary = nuvStatus (*)(const Complex64*, Complex64*, int32_t);
-
-struct Subject {
-  const char* name;
+struct Subject : Certified {
   Function function;
-  ComplexUnary served;
-  Complex64 (*element)(Complex64);
 };
 const Subject subjects[] = {
-    {"sinh", Function::sinh, nuvsSinh_64fc_A53, element<Function::sinh>},
-    {"cosh", Function::cosh, nuvsCosh_64fc_A53, element<Function::cosh>},
-    {"tanh", Function::tanh, nuvsTanh_64fc_A53, element<Function::tanh>},
-    {"sin", Function::sin, nuvsSin_64fc_A53, element<Function::sin>},
-    {"cos", Function::cos, nuvsCos_64fc_A53, element<Function::cos>},
-    {"tan", Function::tan, nuvsTan_64fc_A53, element<Function::tan>},
+    {{"sinh", nuvsSinh_64fc_A53, element<Function::sinh>}, Function::sinh},
+    {{"cosh", nuvsCosh_64fc_A53, element<Function::cosh>}, Function::cosh},
+    {{"tanh", nuvsTanh_64fc_A53, element<Function::tanh>}, Function::tanh},
+    {{"sin", nuvsSin_64fc_A53, element<Function::sin>}, Function::sin},
+    {{"cos", nuvsCos_64fc_A53, element<Function::cos>}, Function::cos},
+    {{"tan", nuvsTan_64fc_A53, element<Function::tan>}, Function::tan},
 };
 
-bool same(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
-
-void expectElements(const Subject& subject, const std::vector<Complex64>& z) {
-  std::vector<Complex64> expected(z.size());
-  for (size_t i = 0; i < z.size(); ++i) expected[i] = subject.element(z[i]);
-  for (int level : supportedLevels()) {
-    AtLevel at(level);
-    std::vector<Complex64> results = z;
-    ASSERT_EQ(subject.served(results.data(), results.data(), static_cast<int32_t>(z.size())), nuvStatusOk);
-    int shown = 0;
-    for (size_t i = 0; i < z.size() && shown < 5; ++i) {
-      if (same(results[i].re, expected[i].re) && same(results[i].im, expected[i].im)) continue;
-      ++shown;
-      ADD_FAILURE() << std::hexfloat << subject.name << "(" << z[i].re << ", " << z[i].im << ") at level " << level
-                    << ", place " << i << " of " << z.size() << ": " << results[i].re << ", " << results[i].im
-                    << ", extended " << expected[i].re << ", " << expected[i].im;
-    }
-  }
-}
-
-double uniform(std::mt19937_64& random, double low, double high) {
-  return low + (high - low) * static_cast<double>(random() >> 11) * 0x1p-53;
-}
-double ofAnySize(std::mt19937_64& random, double from, double to) {
-  return std::copysign(std::exp2(uniform(random, from, to)), (random() & 1) != 0 ? 1.0 : -1.0);
-}
 // Where paths and rows change: the ends of the lanes' range, halves and wholes of the steps, zeros.
-double special(std::mt19937_64& random) {
+double special(Random& random) {
   const double values[] = {0.0,
                            -0.0,
                            0x1p-100,
@@ -87,13 +51,13 @@ double special(std::mt19937_64& random) {
 
 TEST(Certified, OrdinaryElementsHaveTheirExtendedBits) {
   for (const Subject& subject : subjects) {
-    std::mt19937_64 random(1);
+    Random random(1);
     std::vector<Complex64> z(60000);
     for (size_t i = 0; i < z.size(); ++i) {
       const double size = i % 3 == 0 ? 1 : i % 3 == 1 ? 20 : 256;
       z[i] = {uniform(random, -size, size), uniform(random, -size, size)};
-      if (i % 7 == 0) z[i].re = ofAnySize(random, -110, 9);
-      if (i % 5 == 0) z[i].im = ofAnySize(random, -110, 9);
+      if (i % 7 == 0) z[i].re = signedPower(random, -110, 9);
+      if (i % 5 == 0) z[i].im = signedPower(random, -110, 9);
     }
     expectElements(subject, z);
   }
@@ -120,7 +84,7 @@ bool isCertain(Function function, double x, double y, double share) {
 // small would take wrongly.
 TEST(Certified, BarelyAndUncertainElementsHaveTheirExtendedBits) {
   for (const Subject& subject : subjects) {
-    std::mt19937_64 random(2);
+    Random random(2);
     std::vector<Complex64> z;
     for (int i = 0; i < 400000; ++i) {
       const double size = i % 2 == 0 ? 1 : 20, x = uniform(random, -size, size), y = uniform(random, -size, size);
@@ -133,25 +97,13 @@ TEST(Certified, BarelyAndUncertainElementsHaveTheirExtendedBits) {
 }
 
 TEST(Certified, EveryLengthAndNeighbourGivesTheSameBits) {
-  for (const Subject& subject : subjects) {
-    std::mt19937_64 random(3);
-    for (int round = 0; round < 300; ++round) {
-      std::vector<Complex64> z(1 + static_cast<size_t>(round) % 75);
-      const uint64_t rare = random() % 4;
-      for (Complex64& element : z) {
-        element = {uniform(random, -20, 20), uniform(random, -20, 20)};
-        if (random() % 4 < rare) element.re = special(random);
-        if (random() % 4 < rare) element.im = special(random);
-      }
-      expectElements(subject, z);
-    }
-  }
+  for (const Subject& subject : subjects) expectEveryLength(subject, 20, special);
 }
 
 // From |x| = 256 up tanh's small part is scaled, from 354 up subnormal, from 373 up 0: flags as the routine's.
 // A part below all normal numbers is no zero.
 TEST(Certified, LargeAndTinyPartsHaveTheirBitsAndFlags) {
-  std::mt19937_64 random(5);
+  Random random(5);
   const double edges[] = {
       256, std::nextafter(512, 0), std::nextafter(256, 0), 512, 354.19, 354.2, 354.89, 372.7, 373.1, 0x1p-1074};
   const double others[] = {0, -0.0, 1, -1, 2, -2, 1.5707963267948966, 0x1p-100, -200};
@@ -170,58 +122,34 @@ TEST(Certified, LargeAndTinyPartsHaveTheirBitsAndFlags) {
         std::feclearexcept(FE_ALL_EXCEPT);
         subject.served(&z, &result, 1);
         EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), flags) << subject.name << std::hexfloat << z.re << ", " << z.im;
-        EXPECT_TRUE(same(result.re, expected.re) && same(result.im, expected.im))
+        EXPECT_TRUE(same(result, expected))
             << subject.name << std::hexfloat << "(" << z.re << ", " << z.im << "): " << result.re << ", " << result.im
             << ", extended " << expected.re << ", " << expected.im;
       }
     }
 }
 
-// The caller's rounding holds where it isn't to nearest.
 TEST(Certified, OtherRoundingsAreTheExtendedRoutines) {
-  std::mt19937_64 random(4);
-  std::vector<Complex64> z(100), results(100);
-  for (Complex64& element : z) element = {uniform(random, -20, 20), uniform(random, -20, 20)};
-  for (const Subject& subject : subjects)
-    for (int level : supportedLevels()) {
-      AtLevel at(level);
-      for (const uint32_t rounding : {0x2000u, 0x4000u, 0x6000u, 0x8040u}) {
-        const uint32_t saved = _mm_getcsr();
-        _mm_setcsr(saved | rounding);
-        subject.served(z.data(), results.data(), 100);
-        std::vector<Complex64> expected(100);
-        for (int i = 0; i < 100; ++i) expected[i] = subject.element(z[i]);
-        _mm_setcsr(saved);
-        EXPECT_EQ(std::memcmp(results.data(), expected.data(), sizeof results[0] * 100), 0)
-            << subject.name << " at level " << level << ", mode " << std::hex << rounding;
-      }
-    }
+  for (const Subject& subject : subjects) expectCallersRounding(subject);
 }
 
+// Parts at the ends of the lanes' range, and quiet NaNs, which raise nothing by themselves; zeros are exact.
 TEST(Certified, LanesRaiseInexactOnly) {
-  for (const Subject& subject : subjects)
-    for (int level : supportedLevels()) {
-      AtLevel at(level);
-      // Parts at the ends of the lanes' range, and quiet NaNs, which raise nothing by themselves.
-      const double nan = std::nan(""), last = std::nextafter(256, 0);
-      std::vector<Complex64> z = {
-          {0x1p-100, 0x1p-100}, {nan, nan}, {last, last}, {-last, 0x1p-100}, {0, 3}, {3, 0}, {nan, 1},
-          {0x1p-100, -last},    {0, 0}};
-      std::feclearexcept(FE_ALL_EXCEPT);
-      subject.served(z.data(), z.data(), static_cast<int32_t>(z.size()));
-      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), FE_INEXACT) << subject.name << " at level " << level;
-    }
-}
-
-TEST(Certified, ZerosAreExact) {
-  for (const Subject& subject : subjects)
-    for (int level : supportedLevels()) {
-      AtLevel at(level);
-      std::vector<Complex64> z(9, Complex64{0.0, -0.0});
-      std::feclearexcept(FE_ALL_EXCEPT);
-      subject.served(z.data(), z.data(), 9);
-      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), 0) << subject.name << " at level " << level;
-    }
+  const double nan = std::nan(""), last = std::nextafter(256, 0);
+  for (const Subject& subject : subjects) {
+    expectFlags(subject,
+                {{0x1p-100, 0x1p-100},
+                 {nan, nan},
+                 {last, last},
+                 {-last, 0x1p-100},
+                 {0, 3},
+                 {3, 0},
+                 {nan, 1},
+                 {0x1p-100, -last},
+                 {0, 0}},
+                FE_INEXACT);
+    expectFlags(subject, std::vector<Complex64>(9, Complex64{0.0, -0.0}), 0);
+  }
 }
 
 }  // namespace

@@ -189,12 +189,18 @@ TEST(ComplexExp, SubnormalPartsRaiseUnderflow) {
     bool underflows;
   };
   const Case cases[] = {
-      {nuvsExp_64fc_A53, {-720, 600}, true},     {nuvsExp_64fc_A53, {-700, 601}, false},
-      {nuvsExp_64fc_A53, {-708, 0.785}, false},  // both just above 2^-1022
-      {nuvsSinh_64fc_A53, {0x1p-1040, 1}, true}, {nuvsSinh_64fc_A53, {1, 0x1p-1040}, true},
-      {nuvsCosh_64fc_A53, {1, 0x1p-1040}, true}, {nuvsCosh_64fc_A53, {0x1p-1000, 0x1p-40}, true},
-      {nuvsTanh_64fc_A53, {0x1p-1040, 1}, true}, {nuvsTanh_64fc_A53, {1, 0x1p-1040}, true},
-      {nuvsTanh_64fc_A53, {100, 1}, false},      {nuvsTanh_64fc_A53, {1, 1}, false},
+      {nuvsExp_64fc_A53, {-720, 600}, true},
+      {nuvsExp_64fc_A53, {-700, 601}, false},
+      {nuvsExp_64fc_A53, {-708, 0.785}, false},                  // both just above 2^-1022
+      {nuvsExp_64fc_A53, {-708.2, 0x1.199999a33d99ap+0}, true},  // the real part is subnormal in all 64 bits
+      {nuvsSinh_64fc_A53, {0x1p-1040, 1}, true},
+      {nuvsSinh_64fc_A53, {1, 0x1p-1040}, true},
+      {nuvsCosh_64fc_A53, {1, 0x1p-1040}, true},
+      {nuvsCosh_64fc_A53, {0x1p-1000, 0x1p-40}, true},
+      {nuvsTanh_64fc_A53, {0x1p-1040, 1}, true},
+      {nuvsTanh_64fc_A53, {1, 0x1p-1040}, true},
+      {nuvsTanh_64fc_A53, {100, 1}, false},
+      {nuvsTanh_64fc_A53, {1, 1}, false},
   };
   for (int level : supportedLevels()) {
     AtLevel at(level);

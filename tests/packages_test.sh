@@ -31,4 +31,4 @@ version=$(dpkg -f "$work"/libqorvane-dev_*.deb Version)
 for package in "${packages[@]}"; do dpkg -x "$package" "$work/system"; done
 dpkg -c "$work"/libtarnwell.qorvane1_*.deb | awk '{print $6}' | grep -vE '/$|/doc/|/libTarnwell\.Qorvane\.so\.1' && fail "libtarnwell.qorvane1 has more than the library"
 "$source/tests/package_test.sh" "$work/system/usr" "$source" cc Shared Static
-[ "$(find "$work/system/usr/share/man/man3" -name '*.3.gz' | wc -l)" -ge 100 ] || fail "the manual pages aren't there"
+[ "$(find "$work/system/usr/share/man" -name '*.[13].gz' | wc -l)" -ge 100 ] && [ -e "$work/system/usr/share/man/man1/qorvane-info.1.gz" ] || fail "the manual pages aren't there"

@@ -1,0 +1,52 @@
+// The complex functions in lanes as qorvane-certainty sees them.
+#pragma once
+#include <cmath>
+#include <cstdint>
+#include <random>
+#include <span>
+
+#include "complex/certified/elements.h"
+
+namespace qorvane::certainty {
+
+// Of the bounds that the lanes use.
+constexpr double shares[] = {1, 0.85, 0.75, 0.6, 0.5, 0.4, 0.3, 0.2, 0.1};
+constexpr int shareCount = sizeof shares / sizeof *shares;
+
+struct Counts {
+  int64_t elements = 0, differences = 0, unsure[shareCount] = {}, wrong[shareCount] = {};
+
+  void add(int share, bool isSure, bool isRight) {
+    unsure[share] += !isSure;
+    wrong[share] += isSure && !isRight;
+  }
+};
+
+using Random = std::mt19937_64;
+struct Distribution {
+  const char* name;
+  Complex64 (*draw)(Random&);
+};
+inline double uniform(Random& random, double low, double high) {
+  return low + (high - low) * static_cast<double>(random() >> 11) * 0x1p-53;
+}
+inline double signedPower(Random& random, double from, double to) {
+  const double magnitude = std::exp2(uniform(random, from, to));
+  return (random() & 1) != 0 ? -magnitude : magnitude;
+}
+
+using Kernel = nuvStatus(const Complex64*, Complex64*, int32_t);
+struct Subject {
+  const char* name;
+  Complex64 (*element)(Complex64);
+  // What the lanes make of one element with each share of the bounds.
+  void (*takeShares)(Complex64 z, Complex64 expected, Counts&);
+  bool isTurned;  // takes a distribution's points with their parts exchanged
+  Kernel *sse3, *avx;
+  std::span<const Distribution> distributions;
+};
+
+std::span<const Subject> exponentialSubjects();  // sinh, cosh, tanh, sin, cos, tan
+std::span<const Subject> inverseSubjects();      // asinh, asin, acosh, acos, atan
+
+}  // namespace qorvane::certainty

@@ -1,0 +1,88 @@
+// qorvane-certainty's share of sinh, cosh, tanh, sin, cos and tan.
+#include "complex/certified/strip.h"
+#include "tools/certainty.h"
+
+namespace qorvane {
+#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##Avx
+KERNELS(complexSinh);
+KERNELS(complexCosh);
+KERNELS(complexSin);
+KERNELS(complexCos);
+KERNELS(complexTanh);
+KERNELS(complexTan);
+
+namespace certainty {
+namespace {
+
+// Of |x| and |y|.
+template <Function function>
+void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
+  const bool turned = isTurned(function);
+  const Float64 x = std::abs(turned ? z.im : z.re), y = std::abs(turned ? z.re : z.im);
+  if (x >= 256 || y >= 256) return;
+  const auto h = hyperbolicPairs(x);
+  const auto t = trigonometricPairs(y);
+  const auto &besideSinh = hasSinhCos(function) ? t.cos : t.sin, &besideCosh = hasSinhCos(function) ? t.sin : t.cos;
+  const auto q = quotients(h.sinh, h.cosh, t.sin, t.cos, t.cos);
+  const bool sinhIsReal = function == Function::sinh || function == Function::tanh;
+  for (int i = 0; i < shareCount; ++i) {
+    const auto s = isQuotient(function) ? certainPair(q.ofSinhCosh, 0.0, q.boundOfSinhCosh() * shares[i])
+                                        : certainProduct(h.sinh, besideSinh, 0.0, boundWithSinh * shares[i]);
+    const auto c = isQuotient(function) ? certainPair(q.ofSinCos, 0.0, q.boundOfSinCos() * shares[i])
+                                        : certainProduct(h.cosh, besideCosh, 0.0, boundWithCosh * shares[i]);
+    counts.add(i, toBits(s.isCertain) != 0 && toBits(c.isCertain) != 0 && toBits(t.isUnsure) == 0,
+               s.value == std::abs(sinhIsReal ? expected.re : expected.im) &&
+                   c.value == std::abs(sinhIsReal ? expected.im : expected.re));
+  }
+}
+
+template <double part(Random&)>
+Complex64 bothParts(Random& random) {
+  const double re = part(random);
+  return {re, part(random)};
+}
+template <int size>
+double within(Random& random) {
+  return uniform(random, -size, size);
+}
+double ofAnySize(Random& random) { return signedPower(random, -30, 8); }
+// Next to a multiple of pi/512, where a remainder is largest or smallest.
+double nextToSteps(Random& random) {
+  return std::round(uniform(random, -3000, 3000)) * 0.006135923151542565 * (1 + uniform(random, -0x1p-20, 0x1p-20));
+}
+constexpr Distribution distributions[] = {
+    {"parts within 20", bothParts<within<20>>},
+    {"parts within 1", bothParts<within<1>>},
+    {"parts within 256", bothParts<within<256>>},
+    {"parts within 512", bothParts<within<512>>},
+    {"parts of any size", bothParts<ofAnySize>},
+    {"next to steps", bothParts<nextToSteps>},
+    {"real axis",
+     [](Random& random) {
+       return Complex64{uniform(random, -20, 20), 0};
+     }},
+    {"imaginary axis",
+     [](Random& random) {
+       return Complex64{0, uniform(random, -20, 20)};
+     }},
+};
+
+template <Function function>
+constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx) {
+  return {name, element<function>, takeShares<function>, false, sse3, avx, distributions};
+}
+constexpr Subject subjects[] = {
+    subject<Function::sinh>("sinh", complexSinhSse3, complexSinhAvx),
+    subject<Function::cosh>("cosh", complexCoshSse3, complexCoshAvx),
+    subject<Function::sin>("sin", complexSinSse3, complexSinAvx),
+    subject<Function::cos>("cos", complexCosSse3, complexCosAvx),
+    subject<Function::tanh>("tanh", complexTanhSse3, complexTanhAvx),
+    subject<Function::tan>("tan", complexTanSse3, complexTanAvx),
+};
+
+}  // namespace
+
+std::span<const Subject> exponentialSubjects() { return subjects; }
+
+}  // namespace certainty
+}  // namespace qorvane
