@@ -1,44 +1,15 @@
 // The complex logarithm in lanes: its bits are those of the extended routine, at every level, wherever an
 // element stands and whatever stands beside it.
-#include <cfenv>
-#include <cmath>
-#include <cstring>
-#include <random>
-
 #include "complex/certified/log_strip.h"
-#include "tests/test_support.h"
+#include "tests/certified_support.h"
 
 namespace qorvane::test {
 namespace {
 
-bool same(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
+const Certified log10OfComplex = {"log10", nuvsLog10_64fc_A53, element<Function::log10>};
 
-void expectElements(const std::vector<Complex64>& z) {
-  std::vector<Complex64> expected(z.size());
-  for (size_t i = 0; i < z.size(); ++i) expected[i] = element<Function::log10>(z[i]);
-  for (int level : supportedLevels()) {
-    AtLevel at(level);
-    std::vector<Complex64> results = z;
-    ASSERT_EQ(nuvsLog10_64fc_A53(results.data(), results.data(), static_cast<int32_t>(z.size())), nuvStatusOk);
-    int shown = 0;
-    for (size_t i = 0; i < z.size() && shown < 5; ++i) {
-      if (same(results[i].re, expected[i].re) && same(results[i].im, expected[i].im)) continue;
-      ++shown;
-      ADD_FAILURE() << std::hexfloat << "log10(" << z[i].re << ", " << z[i].im << ") at level " << level << ", place "
-                    << i << " of " << z.size() << ": " << results[i].re << ", " << results[i].im << ", extended "
-                    << expected[i].re << ", " << expected[i].im;
-    }
-  }
-}
-
-double uniform(std::mt19937_64& random, double low, double high) {
-  return low + (high - low) * static_cast<double>(random() >> 11) * 0x1p-53;
-}
-double signedPower(std::mt19937_64& random, double from, double to) {
-  return std::copysign(std::exp2(uniform(random, from, to)), (random() & 1) != 0 ? 1.0 : -1.0);
-}
 // The ends of the lanes' range, zeros, 1, powers of 10, and what only the routine takes.
-double special(std::mt19937_64& random) {
+double special(Random& random) {
   const double values[] = {0,
                            1,
                            0.5,
@@ -59,7 +30,7 @@ double special(std::mt19937_64& random) {
   return std::copysign(values[random() % (sizeof values / sizeof *values)], (random() & 1) != 0 ? 1.0 : -1.0);
 }
 // Everywhere that formulas, in the lanes or in the routine, change or lose digits.
-Complex64 anyPoint(std::mt19937_64& random) {
+Complex64 anyPoint(Random& random) {
   double x = uniform(random, -20, 20), y = uniform(random, -20, 20);
   switch (random() % 9) {
     case 0: break;
@@ -96,28 +67,28 @@ bool isCertain(Complex64 z, double share) {
 }
 
 TEST(CertifiedLog, ElementsHaveTheirExtendedBits) {
-  std::mt19937_64 random(1);
+  Random random(1);
   std::vector<Complex64> z(300000);
   for (Complex64& element : z) element = anyPoint(random);
-  expectElements(z);
+  expectElements(log10OfComplex, z);
 }
 
 // Elements near a boundary between two numbers: those that are just certain, and those that a bound too
 // small would take wrongly.
 TEST(CertifiedLog, BarelyAndUncertainElementsHaveTheirExtendedBits) {
-  std::mt19937_64 random(2);
+  Random random(2);
   std::vector<Complex64> z;
   while (z.size() < 4000) {
     const Complex64 element = anyPoint(random);
     if (!isCertain(element, 1.25)) z.push_back(element);
   }
-  expectElements(z);
+  expectElements(log10OfComplex, z);
 }
 
 // A test of the test, and of the lanes: without a bound all elements are taken, and with it, hardly more than
 // one in a hundred isn't; so the lanes' sums are good.
 TEST(CertifiedLog, TheBoundsAreOfTheRightSize) {
-  std::mt19937_64 random(3);
+  Random random(3);
   int unsure = 0;
   for (int i = 0; i < 20000; ++i) {
     const Complex64 z = {uniform(random, -20, 20), uniform(random, -20, 20)};
@@ -130,7 +101,7 @@ TEST(CertifiedLog, TheBoundsAreOfTheRightSize) {
 
 // Strips of every length, with and without zeros and elements for the routine; on the axes alone, too.
 TEST(CertifiedLog, EveryLengthAndNeighbourGivesTheSameBits) {
-  std::mt19937_64 random(4);
+  Random random(4);
   for (int round = 0; round < 600; ++round) {
     std::vector<Complex64> z(1 + static_cast<size_t>(round) % 75);
     const uint64_t rare = random() % 4;
@@ -144,52 +115,39 @@ TEST(CertifiedLog, EveryLengthAndNeighbourGivesTheSameBits) {
         if (round % 2 == 0 && element.re == 0 && element.im == 0) element.re = -1;
       }
     }
-    expectElements(z);
+    expectElements(log10OfComplex, z);
   }
 }
 
-// The caller's rounding holds where it isn't to nearest.
-TEST(CertifiedLog, OtherRoundingsAreTheExtendedRoutines) {
-  std::mt19937_64 random(5);
-  std::vector<Complex64> z(100), results(100), expected(100);
-  for (Complex64& element : z) element = {uniform(random, -20, 20), uniform(random, -20, 20)};
-  for (int level : supportedLevels()) {
-    AtLevel at(level);
-    for (const uint32_t rounding : {0x2000u, 0x4000u, 0x6000u, 0x8040u}) {
-      const uint32_t saved = _mm_getcsr();
-      _mm_setcsr(saved | rounding);
-      nuvsLog10_64fc_A53(z.data(), results.data(), 100);
-      for (size_t i = 0; i < 100; ++i) expected[i] = element<Function::log10>(z[i]);
-      _mm_setcsr(saved);
-      EXPECT_EQ(std::memcmp(results.data(), expected.data(), sizeof results[0] * 100), 0)
-          << "level " << level << ", mode " << std::hex << rounding;
-    }
-  }
-}
+TEST(CertifiedLog, OtherRoundingsAreTheExtendedRoutines) { expectCallersRounding(log10OfComplex); }
 
 // At the ends of the lanes' range, outside of it, where squares would leave that of double precision, and
 // beside quiet NaNs, which raise nothing by themselves; the logarithm of 1 is exact.
 TEST(CertifiedLog, LanesRaiseInexactOnlyAndWhereTheRoutineDoes) {
   const double low = 0x1p-100, high = std::nextafter(0x1p100, 0), nan = std::nan("");
-  for (int level : supportedLevels()) {
-    AtLevel at(level);
-    std::vector<Complex64> z = {{low, low},   {high, high},  {low, -high}, {-high, low}, {nan, nan},
-                                {0, low},     {1e200, 1},    {1, 1e200},   {0.5, 1e-200}, {low, 0},
-                                {1, low},     {low, 1},      {1, 1},       {0, high},    {high, 0},
-                                {1, 0},       {-1, 0},       {0, 1}};
-    std::feclearexcept(FE_ALL_EXCEPT);
-    nuvsLog10_64fc_A53(z.data(), z.data(), static_cast<int32_t>(z.size()));
-    EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), FE_INEXACT) << "level " << level;
-    for (const size_t length : {1u, 4u, 33u}) {
-      std::vector<Complex64> ones(length, Complex64{1, -0.0});
-      std::feclearexcept(FE_ALL_EXCEPT);
-      nuvsLog10_64fc_A53(ones.data(), ones.data(), static_cast<int32_t>(length));
-      EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), 0) << "level " << level;
-    }
-    std::vector<Complex64> turned(5, Complex64{-1, 0});
-    std::feclearexcept(FE_ALL_EXCEPT);
-    nuvsLog10_64fc_A53(turned.data(), turned.data(), 5);
-    EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), FE_INEXACT) << "level " << level;
+  expectFlags(log10OfComplex,
+              {{low, low},
+               {high, high},
+               {low, -high},
+               {-high, low},
+               {nan, nan},
+               {0, low},
+               {1e200, 1},
+               {1, 1e200},
+               {0.5, 1e-200},
+               {low, 0},
+               {1, low},
+               {low, 1},
+               {1, 1},
+               {0, high},
+               {high, 0},
+               {1, 0},
+               {-1, 0},
+               {0, 1}},
+              FE_INEXACT);
+  for (const size_t length : {1u, 4u, 33u}) {
+    expectFlags(log10OfComplex, std::vector<Complex64>(length, Complex64{1, -0.0}), 0);
+    expectFlags(log10OfComplex, std::vector<Complex64>(length, Complex64{-1, 0}), FE_INEXACT);
   }
 }
 

@@ -19,8 +19,7 @@ template <class W, class V>
 
 template <class V>
 [[gnu::noinline]] uint64_t storeAxes(const LogStrip& s, Complex64* dst, int count) {
-  for (int i = 0; i < count; i += laneCount<V>)
-    storeParts(dst + i, Parts<V>{load<V>(s.log + i), load<V>(s.angle + i)});
+  for (int i = 0; i < count; i += laneCount<V>) storeParts(dst + i, Parts<V>{load<V>(s.log + i), load<V>(s.angle + i)});
   return 0;
 }
 
@@ -43,9 +42,8 @@ template <class W, class V>
     storeStrip(dst, count, whole, [&](Complex64* results) INLINED { return storeAxes<V>(s, results, whole); });
   } else if (left != allOf(whole)) {
     left |= realParts<Base::ten, W, V>(s, whole);
-    left |= storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
-      return log10AngleStage<Pack<V, 4>, V>(s, results, whole);
-    });
+    left |= storeStrip(dst, count, whole,
+                       [&](Complex64* results) INLINED { return log10AngleStage<Pack<V, 4>, V>(s, results, whole); });
   }
   left &= allOf(whole);
   if (left == 0) return;

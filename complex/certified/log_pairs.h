@@ -35,7 +35,6 @@ INLINE Sum<V> lnOfRow(V base, V baseRest, ShortPair<V> z) {
 constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903, a multiple of 2^-42
 constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14
 
-
 template <class V>
 INLINE ShortPair<V> splitSum(Sum<V> x) {
   const V head = headOf(x.high);

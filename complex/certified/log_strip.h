@@ -88,12 +88,15 @@ template <Base base, class V>
 INLINE CertainAxis<V> certainOnAxis(V x, V y, Float64 part = 1) {
   constexpr const LogBounds& bounds = logBounds<base>;
   constexpr Float64 quarterTurn = fromBits(base == Base::ten ? 0x3fe5d47c4cb2fba1 : 0x3ff921fb54442d18);
+  constexpr Float64 quarterRest =
+      fromBits(base == Base::ten ? 0xbc83c4a373b7fc66 : 0x3c91a62633145c07);  // makes it inexact
   const V zero = broadcast<V>(0.0), larger = largerLanes(magnitude(x), magnitude(y));
   const auto log = toBase<base>(lnPair<true>(Sum<V>{larger, zero}), 1);
   const V isNear = lessLanes(magnitude(larger - 1.0), broadcast<V>(endOfCircle / 2 - 0x1p-12));
   const V absolute = withoutBits(broadcast<V>(bounds.absolute * part), isNear);
   const V quarters = select(equalLanes(x, zero), broadcast<V>(1.0), andBits(lessLanes(x, zero), broadcast<V>(2.0)));
-  return {certainSum(log, magnitude(log.high) * (bounds.ofLogByLess * part) + absolute), quarters * quarterTurn};
+  return {certainSum(log, magnitude(log.high) * (bounds.ofLogByLess * part) + absolute),
+          quarters * quarterTurn + quarters * quarterRest};
 }
 
 // Arguments and their logarithms.
