@@ -295,6 +295,33 @@ INLINE V lessLanes(V a, V b) {
   else
     return _mm_cmplt_pd(a, b);
 }
+// Neither a nor b is a NaN.
+template <class V>
+INLINE V largerLanes(V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return largerLanes(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return a > b ? a : b;
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_max_pd(a, b);
+#endif
+  else
+    return _mm_max_pd(a, b);
+}
+template <class V>
+INLINE V smallerLanes(V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return smallerLanes(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return a < b ? a : b;
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_min_pd(a, b);
+#endif
+  else
+    return _mm_min_pd(a, b);
+}
 // a where the mask is set, b elsewhere
 template <class V>
 INLINE V select(V mask, V a, V b) {
