@@ -10,17 +10,11 @@
 //
 // Error: docs/certainty_inverse.md has the proof.
 #pragma once
-#include "complex/certified/inverse_tables.h"
-#include "complex/certified/pairs.h"
+#include "complex/certified/log_pairs.h"
 
 namespace qorvane {
 namespace {
 
-template <class V>
-INLINE ShortPair<V> splitOf(V x) {
-  const V head = headOf(x);
-  return {head, x - head};
-}
 // An exact sum as a pair.
 template <class V>
 INLINE ShortPair<V> pairOf(Sum<V> x) {
@@ -153,27 +147,14 @@ INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
 // within 2^-40 of 1 + e.
 template <class V>
 INLINE Sum<V> log1pPair(ShortPair<V> e, V near) {
-  constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903, a multiple of 2^-42
-  constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14
-  constexpr Float64 c9 = fromBits(0x3fbc71c71c71c71c);     // 1/9
-  constexpr Float64 c8 = -0.125;
-  constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
-  constexpr Float64 c6 = fromBits(0xbfc5555555555555);  // -1/6
-  constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
-  constexpr Float64 c4 = -0.25;
-  constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
   const auto word = highWords(near) + 0x1000;
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
   const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
-  const V k = factor * row.of[0], base = n * ln2Hi + row.of[1];
+  const V k = factor * row.of[0];
   const auto less = fastSum(broadcast<V>(-1.0), k);
-  const V zHi = e.head * k + less.high, head = headOf(zHi), rest = (zHi - head) + (e.rest * k + less.low);
-  const V z = head + rest, z2 = z * z;
-  const V odd = ((c9 * z2 + c7) * z2 + c5) * z2 + c3, even = (c8 * z2 + c6) * z2 + c4;
-  const V cubic = (odd + even * z) * (z2 * z);
-  const auto sum = fastSum(base, head), all = fastSum(sum.high, head * head * -0.5);
-  const V low = ((all.low + sum.low) + (n * ln2Lo + row.of[2])) + ((rest - rest * (head + 0.5 * rest)) + cubic);
-  return fastSum(all.high, low);
+  const V z = e.head * k + less.high, head = headOf(z);
+  return lnOfRow(n * ln2Hi + row.of[1], n * ln2Lo + row.of[2],
+                 ShortPair<V>{head, (z - head) + (e.rest * k + less.low)});
 }
 template <class V>
 INLINE Sum<V> log1pPair(ShortPair<V> e) {
