@@ -295,32 +295,32 @@ INLINE V lessLanes(V a, V b) {
   else
     return _mm_cmplt_pd(a, b);
 }
-// Neither a nor b is a NaN.
-template <class V>
-INLINE V largerLanes(V a, V b) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return largerLanes(a.part[i], b.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return a > b ? a : b;
-#ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_max_pd(a, b);
-#endif
-  else
-    return _mm_max_pd(a, b);
-}
+// The smaller and the larger of two numbers, not NaNs.
 template <class V>
 INLINE V smallerLanes(V a, V b) {
   if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) INLINED { return smallerLanes(a.part[i], b.part[i]); });
   else if constexpr (laneCount<V> == 1)
-    return a < b ? a : b;
+    return _mm_cvtsd_f64(_mm_min_sd(_mm_set_sd(a), _mm_set_sd(b)));
 #ifdef __AVX__
   else if constexpr (laneCount<V> == 4)
     return _mm256_min_pd(a, b);
 #endif
   else
     return _mm_min_pd(a, b);
+}
+template <class V>
+INLINE V largerLanes(V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return largerLanes(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return _mm_cvtsd_f64(_mm_max_sd(_mm_set_sd(a), _mm_set_sd(b)));
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_max_pd(a, b);
+#endif
+  else
+    return _mm_max_pd(a, b);
 }
 // a where the mask is set, b elsewhere
 template <class V>
