@@ -72,28 +72,6 @@ INLINE V chain(const Float64 (&c)[count], V z) {
   return sum;
 }
 
-// M^2 + m^2 - 1 for M and m near the unit circle. All seven terms are exact.
-template <class V>
-INLINE Sum<V> lessOne(V M, V m) {
-  const auto [Mh, Ml] = nearestHalves(M);
-  const auto [mh, ml] = nearestHalves(m);
-  const V terms[] = {ml * ml, Ml * Ml, 2.0 * mh * ml, 2.0 * Mh * Ml, mh * mh, broadcast<V>(-1.0), Mh * Mh};
-  V sum = terms[0], lost[6];
-#pragma GCC unroll 6
-  for (int i = 0; i < 6; ++i) {
-    const Sum<V> s = exactSum(sum, terms[i + 1]);
-    sum = s.high, lost[i] = s.low;
-  }
-  V rest = lost[0], lostAgain = broadcast<V>(0.0);
-#pragma GCC unroll 5
-  for (int i = 1; i < 6; ++i) {
-    const Sum<V> s = exactSum(rest, lost[i]);
-    rest = s.high, lostAgain = lostAgain + s.low;
-  }
-  const Sum<V> s = exactSum(sum, rest);
-  return {s.high, s.low + lostAgain};
-}
-
 // ln(M^2 + m^2)/2
 template <class V>
 INLINE V halfLog(V M, V m) {

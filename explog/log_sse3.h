@@ -62,16 +62,23 @@ INLINE TwoTerms<V> withPolynomial(LeadingTerms<V> t, V p) {
   return {((t.r * p) + t.low) + t.elsewhere, t.T};
 }
 
+// One element, in a function of its own, so that the loop's registers stay the loop's.
+template <class Fast>
+[[gnu::noinline]] nuvStatus single(const Float64* src, Float64* dst, Fast fast) {
+  *dst = fast(*src);
+  return nuvStatusOk;
+}
+
 // core(V x) -> TwoTerms<V>; special(Float64 x) -> Element, for an element outside the fast range.
 template <class CoreFunction, class Special>
 INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, CoreFunction core, Special special) {
-  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
-      src, dst, len,
-      [=](auto x) INLINED {
-        const auto c = core(x);
-        return c.rest + c.T;
-      },
-      [](auto x) INLINED { return anyOutsideFastRange(x); }, special);
+  const auto fast = [=](auto x) INLINED {
+    const auto c = core(x);
+    return c.rest + c.T;
+  };
+  const auto isOutside = [](auto x) INLINED { return anyOutsideFastRange(x); };
+  if (len == 1 && !isOutside(*src)) return single(src, dst, fast);
+  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(src, dst, len, fast, isOutside, special);
 }
 
 // The positive subnormal numbers go through the same core, times 2^52; logOf2To52 is what that

@@ -143,6 +143,14 @@ void writeCertified(FILE* out) {
     const Exact head = roundSignificant(cosine, 26), high = roundToUnit(angle, -42);
     writeRow(out, {nearest(head), nearest(cosine - head), nearest(high), nearest(angle - high)});
   }
+  std::fprintf(out,
+               "};\n\n"
+               "// Row j: atan(j/128) as a multiple of 2^-42 and the rest.\n"
+               "const TangentRow tangentRows[129] = {\n");
+  for (int j = 0; j <= 128; ++j) {
+    const Exact angle = call(mpfr_atan, Exact(j) / Exact(128)), high = roundToUnit(angle, -42);
+    writeRow(out, {nearest(high), nearest(angle - high)});
+  }
   std::fprintf(out, "};\n");
 }
 

@@ -5,7 +5,7 @@
 
 namespace qorvane {
 
-enum class Function { sinh, cosh, tanh, sin, cos, tan, asinh, asin, acosh, acos, atan };
+enum class Function { sinh, cosh, tanh, sin, cos, tan, asinh, asin, acosh, acos, atan, log10 };
 
 // Whether the parts are sinh cos and cosh sin, or else cosh cos and sinh sin.
 constexpr bool hasSinhCos(Function function) { return function == Function::sinh || function == Function::sin; }
@@ -46,6 +46,8 @@ template <> Complex64 element<Function::acos>(Complex64);
 template <> nuvStatus elements<Function::acos>(const Complex64*, Complex64*, int64_t);
 template <> Complex64 element<Function::atan>(Complex64);
 template <> nuvStatus elements<Function::atan>(const Complex64*, Complex64*, int64_t);
+template <> Complex64 element<Function::log10>(Complex64);
+template <> nuvStatus elements<Function::log10>(const Complex64*, Complex64*, int64_t);
 // clang-format on
 
 }  // namespace qorvane

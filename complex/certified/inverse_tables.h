@@ -1,4 +1,4 @@
-// The tables of the inverse functions in lanes.
+// The tables of the logarithms and the inverse functions in lanes.
 #pragma once
 #include "frame/bits.h"
 
@@ -12,7 +12,12 @@ struct alignas(32) Log1pRow {
 struct alignas(32) AngleRow {
   Float64 cosHead, cosRest, angleHi, angleLo;
 };
+// atan(j/128) as a multiple of 2^-42 and the rest.
+struct alignas(16) TangentRow {
+  Float64 angleHi, angleLo;
+};
 extern const Log1pRow log1pRows[128];
 extern const AngleRow angleRows[92];
+extern const TangentRow tangentRows[129];
 
 }  // namespace qorvane

@@ -25,6 +25,11 @@ template <class V>
 struct ShortPair {
   V head, rest;
 };
+template <class V>
+INLINE ShortPair<V> splitOf(V x) {
+  const V head = headOf(x);
+  return {head, x - head};
+}
 // v + low; low is below 2^-12 of v, or v and low are 0.
 template <class V>
 INLINE ShortPair<V> shortPair(V v, V low) {

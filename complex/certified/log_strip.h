@@ -1,0 +1,203 @@
+// The logarithm of strips of complex numbers in lanes, with the bits of the extended routines: for log10 z
+// and for the powers. As in complex/certified/strip.h, a part is taken where every number within both
+// errors rounds to it.
+#pragma once
+#include "complex/certified/log_pairs.h"
+#include "complex/certified/strips.h"
+
+namespace qorvane {
+namespace {
+
+// Bounds of the errors (docs/certainty_log.md), of |ln |z|| and absolute; next to the unit circle, where
+// the routine forms N - 1; and of the angle and of its quotient q.
+struct LogBounds {
+  Float64 ofLog, absolute, ofLogByLess, ofAngle, ofQuotient;
+};
+constexpr Float64 log10Head = fromBits(0x3fdbcb7b18000000);  // 0.4342944845557213, 26 bits
+constexpr Float64 log10OfE = fromBits(0x3fdbcb7b1526e50e);   // 0.4342944819032518
+constexpr Float64 log10Rest = fromBits(0xbe26c8d78e6acaa4);  // -2.6524694553078553e-09
+constexpr LogBounds lnBounds = {3 * 0x1p-64, 1.8125 * 0x1p-64, 3.1875 * 0x1p-64, 1.03125 * 0x1p-64, 4.25 * 0x1p-64};
+constexpr LogBounds log10Bounds = {4.25 * 0x1p-64, 0.7875 * 0x1p-64, 4.4375 * 0x1p-64, 2.28125 * 0x1p-64,
+                                   1.875 * 0x1p-64};
+// N is good to 2^-76 by itself, N - 1 from its exact terms to 2^-128; the ends of these ranges of |N - 1|.
+constexpr Float64 absoluteOfNorm = 0x1p-75, absoluteOfLess = 0x1p-127;
+constexpr Float64 endOfCircle = 0.0299, endOfLess = 0x1p-9;
+
+// Which logarithm: times log10 e, or as it is.
+enum class Base { e, ten };
+template <Base base>
+constexpr const LogBounds& logBounds = base == Base::ten ? log10Bounds : lnBounds;
+// That many times x, to the base.
+template <Base base, class V>
+INLINE Sum<V> toBase(Sum<V> x, Float64 times) {
+  if constexpr (base == Base::e) return {x.high * times, x.low * times};
+  const ShortPair<V> p = splitSum(x);
+  return fastSum(p.head * (log10Head * times), p.head * (log10Rest * times) + p.rest * (log10OfE * times));
+}
+
+// ln |z|, with the given part of its bounds: all of it, but in tests and tools; and whether z is so near the
+// circle that it takes the other function.
+template <class V>
+struct CertainLog {
+  Certain<V> log;
+  V isNearCircle;
+};
+template <Base base, class V>
+INLINE Certain<V> certainHalf(Sum<V> ln, Float64 bound, V absolute) {
+  const auto log = toBase<base>(ln, 0.5);
+  return certainSum(log, magnitude(log.high) * bound + absolute);
+}
+template <class V>
+INLINE V distanceToCircle(Sum<V> norm) {
+  return magnitude(norm.high - 1.0);
+}
+template <Base base, class V>
+INLINE CertainLog<V> certainLog(BySize<V> z, Float64 part = 1) {
+  constexpr const LogBounds& bounds = logBounds<base>;
+  const auto norm = squaredModulus(z);
+  return {certainHalf<base>(lnPair<false>(norm), bounds.ofLog * part, broadcast<V>(bounds.absolute * part)),
+          lessLanes(distanceToCircle(norm), broadcast<V>(endOfCircle))};
+}
+// Nothing is lost in N - 1 where the larger part is 1.
+template <Base base, class V>
+INLINE CertainLog<V> certainLogNearCircle(BySize<V> z, Float64 part = 1) {
+  const auto norm = squaredModulus(z), byNorm = lnPair<true>(norm), byLess = lnNextToCircle(z);
+  const V distance = distanceToCircle(norm), isNext = lessLanes(distance, broadcast<V>(endOfLess));
+  const V absolute = select(isNext, broadcast<V>(absoluteOfLess * part), broadcast<V>(absoluteOfNorm * part));
+  const Sum<V> ln = {select(isNext, byLess.high, byNorm.high), select(isNext, byLess.low, byNorm.low)};
+  return {certainHalf<base>(ln, logBounds<base>.ofLogByLess * part,
+                            withoutBits(absolute, equalLanes(z.larger, broadcast<V>(1.0)))),
+          lessLanes(distance, broadcast<V>(endOfCircle))};
+}
+// The angle's magnitude.
+template <Base base, class V>
+INLINE Certain<V> certainAngle(V x, V y, Float64 part = 1) {
+  constexpr const LogBounds& bounds = logBounds<base>;
+  const auto a = angleSum(x, y, bySize(x, y));
+  const auto angle = base == Base::e ? a.angle : toBase<base>(a.angle, 1);
+  return certainSum(angle, angle.high * (bounds.ofAngle * part) + a.quotient * (bounds.ofQuotient * part));
+}
+
+// Both parts where one part of z is 0. Nothing is lost in N - 1 there.
+template <class V>
+struct CertainAxis {
+  Certain<V> log;
+  V angle;
+};
+template <Base base, class V>
+INLINE CertainAxis<V> certainOnAxis(V x, V y, Float64 part = 1) {
+  constexpr const LogBounds& bounds = logBounds<base>;
+  constexpr Float64 quarterTurn = fromBits(base == Base::ten ? 0x3fe5d47c4cb2fba1 : 0x3ff921fb54442d18);
+  constexpr Float64 quarterRest =
+      fromBits(base == Base::ten ? 0xbc83c4a373b7fc66 : 0x3c91a62633145c07);  // makes it inexact
+  const V zero = broadcast<V>(0.0), larger = largerLanes(magnitude(x), magnitude(y));
+  const auto log = toBase<base>(lnPair<true>(Sum<V>{larger, zero}), 1);
+  const V isNear = lessLanes(magnitude(larger - 1.0), broadcast<V>(endOfCircle / 2 - 0x1p-12));
+  const V absolute = withoutBits(broadcast<V>(bounds.absolute * part), isNear);
+  const V quarters = select(equalLanes(x, zero), broadcast<V>(1.0), andBits(lessLanes(x, zero), broadcast<V>(2.0)));
+  return {certainSum(log, magnitude(log.high) * (bounds.ofLogByLess * part) + absolute),
+          quarters * quarterTurn + quarters * quarterRest};
+}
+
+// Arguments and their logarithms.
+struct LogStrip {
+  alignas(32) Float64 x[stripLength], y[stripLength], log[stripLength], angle[stripLength];
+};
+
+// The parts that the lanes serve: 2^-100 <= |part| < 2^100, and one zero. The logarithm of 1 is exact: a strip
+// of nothing else leaves it to the routine.
+constexpr uint32_t limitOfLog = 0x46300000;
+INLINE bool isOutsideOfLog(Float64 x, Float64 y) {
+  const bool yIsZero = toBits(y) << 1 == 0;
+  return isOutside(x, limitOfLog) || isOutside(y, limitOfLog) || (yIsZero && (toBits(x) << 1 == 0 || x == 1));
+}
+// Whether the lanes serve the whole strip, zeros and all; whether all its elements have a zero.
+struct ServedStrip {
+  bool whole, onAxes;
+};
+template <class V>
+INLINE ServedStrip servedStrip(const LogStrip& s, int count) {
+  WordsOf<V> isOther{}, isOff{}, isInexact{};
+  for (int i = 0; i < count; i += laneCount<V>) {
+    const V x = load<V>(s.x + i), y = load<V>(s.y + i);
+    const auto low = lowWords(x), high = highWords(x);
+    const auto anyX = ((high & 0x7fffffff) | low) != 0, anyY = ((highWords(y) & 0x7fffffff) | lowWords(y)) != 0;
+    isOther = isOther | (outside<limitOfLog>(x) & anyX) | (outside<limitOfLog>(y) & anyY) | ~(anyX | anyY);
+    isOff = isOff | (anyX & anyY);
+    isInexact = isInexact | anyY | (((high ^ 0x3ff00000) | low) != 0);
+  }
+  return {!any(isOther) && any(isInexact), !any(isOff)};
+}
+
+// What a strip with zeros or elements outside leaves: a mask of these, which become 1 + i in the strip;
+// whether all the others are on axes; and the arguments as they were.
+struct OutsideOfLog {
+  uint64_t mask = 0;
+  bool onAxes = false;
+  Float64 x[stripLength], y[stripLength];
+};
+template <class V>
+[[gnu::noinline]] void takeOutsideOfLog(LogStrip& s, OutsideOfLog& out, int count) {
+  const ServedStrip served = servedStrip<V>(s, count);
+  if (served.whole) {
+    out.onAxes = served.onAxes;
+    return;
+  }
+  for (int i = 0; i < count; ++i) {
+    out.x[i] = s.x[i], out.y[i] = s.y[i];
+    if (!isOutsideOfLog(s.x[i], s.y[i])) continue;
+    out.mask |= uint64_t{1} << i;
+    s.x[i] = s.y[i] = 1;
+  }
+}
+
+// Masks of the elements that aren't certain, and of those near the unit circle.
+struct LogMasks {
+  uint64_t unsure, nearCircle;
+};
+template <Base base, class W, class V>
+[[gnu::noinline]] LogMasks logStage(LogStrip& s, int count) {
+  uint64_t certain = 0, nearCircle = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto log = certainLog<base>(bySize(load<U>(s.x + i), load<U>(s.y + i)));
+    store(s.log + i, log.log.value);
+    certain |= signMask(log.log.isCertain) << i;
+    nearCircle |= signMask(log.isNearCircle) << i;
+  });
+  return {~certain, nearCircle};
+}
+// Of those near the circle, the ones that aren't certain.
+template <Base base, class V>
+[[gnu::noinline]] uint64_t circleStage(LogStrip& s, uint64_t elements, int count) {
+  uint64_t certain = 0;
+  for (int i = 0; i < count; i += laneCount<V>) {
+    if ((elements >> i & allOf(laneCount<V>)) == 0) continue;
+    const auto log = certainLogNearCircle<base>(bySize(load<V>(s.x + i), load<V>(s.y + i)));
+    store(s.log + i, select(log.isNearCircle, log.log.value, load<V>(s.log + i)));
+    certain |= signMask(log.log.isCertain) << i;
+  }
+  return elements & ~certain;
+}
+// Both parts on the axes; a mask of the elements that aren't certain.
+template <Base base, class W, class V>
+[[gnu::noinline]] uint64_t axisStage(LogStrip& s, int count) {
+  uint64_t certain = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const U y = load<U>(s.y + i);
+    const auto both = certainOnAxis<base>(load<U>(s.x + i), y);
+    store(s.log + i, both.log.value), store(s.angle + i, orBits(both.angle, signOf(y)));
+    certain |= signMask(both.log.isCertain) << i;
+  });
+  return ~certain;
+}
+// The real parts elsewhere; a mask of the elements that aren't certain.
+template <Base base, class W, class V>
+INLINE uint64_t realParts(LogStrip& s, int count) {
+  const LogMasks masks = logStage<base, W, V>(s, count);
+  if (masks.nearCircle == 0) [[likely]]
+    return masks.unsure;
+  return (masks.unsure & ~masks.nearCircle) | circleStage<base, V>(s, masks.nearCircle, count);
+}
+
+}  // namespace
+}  // namespace qorvane

@@ -1,0 +1,155 @@
+// The complex logarithm in lanes: its bits are those of the extended routine, at every level, wherever an
+// element stands and whatever stands beside it.
+#include "complex/certified/log_strip.h"
+#include "tests/certified_support.h"
+
+namespace qorvane::test {
+namespace {
+
+const Certified log10OfComplex = {"log10", nuvsLog10_64fc_A53, element<Function::log10>};
+
+// The ends of the lanes' range, zeros, 1, powers of 10, and what only the routine takes.
+double special(Random& random) {
+  const double values[] = {0,
+                           1,
+                           0.5,
+                           2,
+                           10,
+                           1e10,
+                           0x1p-100,
+                           std::nextafter(0x1p-100, 0),
+                           0x1p100,
+                           std::nextafter(0x1p100, 0),
+                           0x1p-1074,
+                           1e300,
+                           HUGE_VAL,
+                           std::nan(""),
+                           0x1p-1030,
+                           std::nextafter(1, 0),
+                           std::nextafter(1, 2)};
+  return std::copysign(values[random() % (sizeof values / sizeof *values)], (random() & 1) != 0 ? 1.0 : -1.0);
+}
+// Everywhere that formulas, in the lanes or in the routine, change or lose digits.
+Complex64 anyPoint(Random& random) {
+  double x = uniform(random, -20, 20), y = uniform(random, -20, 20);
+  switch (random() % 9) {
+    case 0: break;
+    case 1: x = uniform(random, -2, 2), y = uniform(random, -2, 2); break;
+    case 2: x = signedPower(random, -102, 102), y = signedPower(random, -102, 102); break;
+    case 3: x = signedPower(random, -20, 20), y = signedPower(random, -20, 20); break;
+    case 4: {  // the unit circle, and where | |z|^2 - 1 | is about 2^-9 or 0.03
+      const double angle = uniform(random, 0, 7), offs[] = {0, 0.015, 0x1p-10};
+      const double off = std::copysign(offs[random() % 3], uniform(random, -1, 1));
+      const double r = 1 + off + signedPower(random, -60, -8);
+      x = r * std::cos(angle), y = r * std::sin(angle);
+      break;
+    }
+    case 5: x = (random() & 1 ? 1 : -1) * (1 + signedPower(random, -54, -3)), y = signedPower(random, -99, -2); break;
+    case 6: {  // next to a row of the angles, and between two
+      const double c = static_cast<double>(random() % 257) * 0x1p-8;
+      y = x * (c + signedPower(random, -60, -12));
+      break;
+    }
+    case 7: y = signedPower(random, -50, 0); break;
+    default: y = 0, x = (random() & 1) != 0 ? x : 1 + signedPower(random, -54, -3); break;
+  }
+  if ((random() & 1) != 0) std::swap(x, y);
+  return {x, y};
+}
+
+// Whether the lanes are certain of both parts with that share of their bounds.
+bool isCertain(Complex64 z, double share) {
+  const auto parts = bySize(z.re, z.im);
+  const auto log = certainLog<Base::ten>(parts, share);
+  const bool ofLog =
+      toBits((toBits(log.isNearCircle) != 0 ? certainLogNearCircle<Base::ten>(parts, share) : log).log.isCertain) != 0;
+  return ofLog && toBits(certainAngle<Base::ten>(z.re, z.im, share).isCertain) != 0;
+}
+
+TEST(CertifiedLog, ElementsHaveTheirExtendedBits) {
+  Random random(1);
+  std::vector<Complex64> z(300000);
+  for (Complex64& element : z) element = anyPoint(random);
+  expectElements(log10OfComplex, z);
+}
+
+// Elements near a boundary between two numbers: those that are just certain, and those that a bound too
+// small would take wrongly.
+TEST(CertifiedLog, BarelyAndUncertainElementsHaveTheirExtendedBits) {
+  Random random(2);
+  std::vector<Complex64> z;
+  while (z.size() < 4000) {
+    const Complex64 element = anyPoint(random);
+    if (!isCertain(element, 1.25)) z.push_back(element);
+  }
+  expectElements(log10OfComplex, z);
+}
+
+// A test of the test, and of the lanes: without a bound all elements are taken, and with it, hardly more than
+// one in a hundred isn't; so the lanes' sums are good.
+TEST(CertifiedLog, TheBoundsAreOfTheRightSize) {
+  Random random(3);
+  int unsure = 0;
+  for (int i = 0; i < 20000; ++i) {
+    const Complex64 z = {uniform(random, -20, 20), uniform(random, -20, 20)};
+    unsure += !isCertain(z, 1);
+    EXPECT_TRUE(isCertain(z, 0));
+  }
+  EXPECT_LT(unsure, 150);
+  EXPECT_GT(unsure, 50);
+}
+
+// Strips of every length, with and without zeros and elements for the routine; on the axes alone, too.
+TEST(CertifiedLog, EveryLengthAndNeighbourGivesTheSameBits) {
+  Random random(4);
+  for (int round = 0; round < 600; ++round) {
+    std::vector<Complex64> z(1 + static_cast<size_t>(round) % 75);
+    const uint64_t rare = random() % 4;
+    for (Complex64& element : z) {
+      element = {uniform(random, -2, 2), uniform(random, -2, 2)};
+      if (random() % 4 < rare) element.re = special(random);
+      if (random() % 4 < rare) element.im = special(random);
+      if (round % 3 == 0) {
+        double& part = (random() & 1) != 0 ? element.re : element.im;
+        part = std::copysign(0.0, part);
+        if (round % 2 == 0 && element.re == 0 && element.im == 0) element.re = -1;
+      }
+    }
+    expectElements(log10OfComplex, z);
+  }
+}
+
+TEST(CertifiedLog, OtherRoundingsAreTheExtendedRoutines) { expectCallersRounding(log10OfComplex); }
+
+// At the ends of the lanes' range, outside of it, where squares would leave that of double precision, and
+// beside quiet NaNs, which raise nothing by themselves; the logarithm of 1 is exact.
+TEST(CertifiedLog, LanesRaiseInexactOnlyAndWhereTheRoutineDoes) {
+  const double low = 0x1p-100, high = std::nextafter(0x1p100, 0), nan = std::nan("");
+  expectFlags(log10OfComplex,
+              {{low, low},
+               {high, high},
+               {low, -high},
+               {-high, low},
+               {nan, nan},
+               {0, low},
+               {1e200, 1},
+               {1, 1e200},
+               {0.5, 1e-200},
+               {low, 0},
+               {1, low},
+               {low, 1},
+               {1, 1},
+               {0, high},
+               {high, 0},
+               {1, 0},
+               {-1, 0},
+               {0, 1}},
+              FE_INEXACT);
+  for (const size_t length : {1u, 4u, 33u}) {
+    expectFlags(log10OfComplex, std::vector<Complex64>(length, Complex64{1, -0.0}), 0);
+    expectFlags(log10OfComplex, std::vector<Complex64>(length, Complex64{-1, 0}), FE_INEXACT);
+  }
+}
+
+}  // namespace
+}  // namespace qorvane::test
