@@ -353,6 +353,9 @@ INLINE V lowestBitAsSign(V v) {
 
 #ifdef __FMA__
 // a * b + c, a * b - c and c - a * b with one rounding. Sources with the ending _fma only.
+INLINE Lanes2 fused(Lanes2 a, Lanes2 b, Lanes2 c) { return _mm_fmadd_pd(a, b, c); }
+INLINE Lanes2 fusedLess(Lanes2 a, Lanes2 b, Lanes2 c) { return _mm_fmsub_pd(a, b, c); }
+INLINE Lanes2 fusedFrom(Lanes2 c, Lanes2 a, Lanes2 b) { return _mm_fnmadd_pd(a, b, c); }
 INLINE Lanes4 fused(Lanes4 a, Lanes4 b, Lanes4 c) { return _mm256_fmadd_pd(a, b, c); }
 INLINE Lanes4 fusedLess(Lanes4 a, Lanes4 b, Lanes4 c) { return _mm256_fmsub_pd(a, b, c); }
 INLINE Lanes4 fusedFrom(Lanes4 c, Lanes4 a, Lanes4 b) { return _mm256_fnmadd_pd(a, b, c); }
