@@ -48,10 +48,13 @@ sys.exit(0 if m and int(m[1], 16) <= value < int(m[1], 16) + int(m[2], 16) else 
 PY
 done
 
-# ... and one kernel is chosen by the loader, while it relocates them: Tan at level 5, with or without fused multiply-adds.
-table=$(nm -C "$lib" | awk '/ qorvane::tanKernels$/ {print $1}')
+# ... and two kernels of level 5 are chosen by the loader, while it relocates them: those with or without fused multiply-adds.
 chosen=$(readelf -rW "$lib" | awk '/R_X86_64_IRELATIV/ {print $1}')
-[ "$(printf '%d' "0x$chosen")" = $((0x$table + 40)) ] || fail "the loader doesn't choose Tan's kernel, or more than that"
+[ "$(echo "$chosen" | wc -w)" = 2 ] || fail "the loader doesn't choose two kernels"
+for stem in tan atanh; do
+  table=$(nm -C "$lib" | awk -v name="qorvane::${stem}Kernels" '$3 == name {print $1}')
+  echo "$chosen" | grep -q "$(printf '%x$' $((0x$table + 40)))" || fail "the loader doesn't choose the kernel of $stem"
+done
 
 # A stub is one load of DispatchLevel and one jump through the table; a twin adjusts pointers before that.
 for name in $(grep -v NumThreads "$build/names.exported"); do

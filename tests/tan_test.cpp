@@ -7,13 +7,6 @@
 #include "frame/kernel_frame.h"
 #include "tests/test_support.h"
 
-namespace qorvane {
-nuvStatus tanAvxX87(const Float64* src, Float64* dst, int32_t len);
-nuvStatus tanAvxFma(const Float64* src, Float64* dst, int32_t len);
-bool fusedFormFits(uint32_t ecx1, uint32_t xcr0, uint32_t ebx7);
-}  // namespace qorvane
-extern "C" qorvane::shapes::realUnary* qorvaneChooseTan();
-
 namespace qorvane::test {
 namespace {
 
@@ -169,56 +162,6 @@ TEST(Tan, FiniteArgumentsRaiseNeitherInvalidNorDivideByZero) {
       EXPECT_EQ(std::fetestexcept(FE_INVALID | FE_DIVBYZERO), 0) << "level " << level << ", from " << src[i];
     }
   }
-}
-
-// The two kernels of level 5 give the same bits, statuses and flags, of arguments of all kinds, at all lengths, in place.
-TEST(Tan, BothFormsOfLevel5Agree) {
-  __builtin_cpu_init();
-  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) GTEST_SKIP() << "no fused multiply-adds";
-  std::mt19937_64 random(47);
-  const auto unit = [&] { return std::ldexp(static_cast<double>(random() >> 11), -53); };
-  const double rare[] = {0.0,       -0.0,      5e-324, -1e-310, 1e-150,  0x1p-100, -0x1.fffffffffffffp-101,
-                         127999.99, -128000.0, 2e5,    NAN,     HUGE_VAL};
-  const auto draw = [&](int kind) {
-    const double sign = random() % 2 == 0 ? 1 : -1, multiple = static_cast<double>(random() % 81487);
-    switch (kind) {
-      case 0: return sign * unit() * 20;
-      case 1: return sign * unit() * 127999;
-      case 2: return sign * std::exp2(unit() * 60 - 43);
-      case 3: return sign * (multiple * 1.5707963267948966 + (unit() - 0.5) * std::exp2(-50 * unit()));
-      case 4: return sign * ((multiple + 0.5) * 1.5707963267948966 + (unit() - 0.5) * std::exp2(-30 * unit()));
-      case 5: return number(random() % 0x40ff400000000000);
-      default: return random() % 40 == 0 ? rare[random() % std::size(rare)] : sign * unit() * 100;
-    }
-  };
-  for (int round = 0; round < 4000; ++round) {
-    std::vector<double> src(round < 260 ? static_cast<size_t>(round) + 1 : 1 + random() % 600), expected(src.size());
-    for (double& x : src) x = draw(round % 7);
-    const auto len = static_cast<int32_t>(src.size());
-    std::feclearexcept(FE_ALL_EXCEPT);
-    const nuvStatus status = tanAvxX87(src.data(), expected.data(), len);
-    const int flags = std::fetestexcept(FE_ALL_EXCEPT);
-    std::vector<double> copy = src, other(src.size());
-    double* dst = round % 2 == 0 ? copy.data() : other.data();
-    std::feclearexcept(FE_ALL_EXCEPT);
-    EXPECT_EQ(tanAvxFma(copy.data(), dst, len), status);
-    EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), flags) << "round " << round;
-    for (size_t i = 0; i < src.size(); ++i)
-      ASSERT_EQ(bits(dst[i]), bits(expected[i])) << "round " << round << ", element " << i << ", x = " << src[i];
-  }
-}
-
-TEST(Tan, TheFormThatFitsWasChosen) {
-  __builtin_cpu_init();
-  const bool fits = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-  EXPECT_EQ(qorvaneChooseTan(), fits ? tanAvxFma : tanAvxX87);
-
-  constexpr uint32_t fma = 1u << 12, osxsave = 1u << 27, avx = 1u << 28, avx2 = 1u << 5;
-  EXPECT_TRUE(fusedFormFits(fma | osxsave | avx, 6, avx2));
-  EXPECT_TRUE(fusedFormFits(~0u, 0xe7, ~0u));
-  for (const uint32_t missing : {fma, osxsave, avx}) EXPECT_FALSE(fusedFormFits(~missing, 7, ~0u)) << missing;
-  for (const uint32_t saved : {0u, 3u, 5u}) EXPECT_FALSE(fusedFormFits(~0u, saved, ~0u)) << saved;
-  EXPECT_FALSE(fusedFormFits(~0u, 7, ~avx2));
 }
 
 }  // namespace
