@@ -84,13 +84,14 @@ INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Re
   }
 }
 
+// x = n ln 2 / 64 + r for |x| < 512.
 template <class V>
-struct HyperbolicPairs {
-  ShortPair<V> sinh, cosh;
+struct Reduced {
+  WordsOf<V> n;
+  Remainder<V> r;
 };
-// Of x >= 0.
 template <class V>
-INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+INLINE Reduced<V> reducedByLn2(V x) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
   constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
   constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
@@ -102,11 +103,19 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);          // 1/24
   constexpr Float64 p2 = 0.5;
   const V s = x * invLn2By64 + shifter, k = s - shifter;
-  const auto n = lowWords(s);
   const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
   const V head = headOf(r), rest = (r0 - head) - r1, q = r * r;
-  const Remainder<V> remainder = {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
+  return {lowWords(s), {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q}};
+}
 
+template <class V>
+struct HyperbolicPairs {
+  ShortPair<V> sinh, cosh;
+};
+// Of x >= 0.
+template <class V>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+  const auto [n, remainder] = reducedByLn2(x);
   const auto exponent = (n << 14) & 0x7ff00000;
   const V up = fromHighWords<V>(exponent + 0x3fe00000), down = fromHighWords<V>(0x3fe00000 - exponent);
   const auto row = columns<4, V>(hyperbolicRows, (n & 63) << 5);
@@ -120,6 +129,18 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   const RowNumber<V> cosh = number(c, ((rising - c) + falling) + (risingRest + fallingRest));
   const RowNumber<V> sinh = number(d, ((rising - d) - falling) + (risingRest - fallingRest));
   return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
+}
+
+// e^x for |x| < 512. Both rows' parts are one: f = g.
+template <class V>
+INLINE ShortPair<V> exponentialPair(V x) {
+  const Reduced<V> a = reducedByLn2(x);
+  const auto row = twoColumns<V>(hyperbolicRows, (a.n & 63) << 5);
+  const V f = row.first, low = row.second, product = f * a.r.head, v = f + product;
+  const auto pair =
+      shortPair(v, ((f - v) + product) + ((low + low * a.r.head) + (f + low) * ((a.r.p + a.r.t) + a.r.rest)));
+  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000);
+  return {pair.head * scale, pair.rest * scale};
 }
 
 template <class V>

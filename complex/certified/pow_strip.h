@@ -1,0 +1,209 @@
+// complexPow and complexPowx in lanes, with the bits of complex/pow.cpp: the loop over strips.
+//
+// ln a, rounded to double precision, its product with b in double precision, and e to that: the logarithm
+// and the exponential are each taken where they are certain, and else come from complexLn and complexExp.
+#pragma once
+#include "complex/certified/log_strip.h"
+#include "complex/exp.h"
+#include "complex/ln.h"
+#include "complex/pow.h"
+
+namespace qorvane {
+namespace {
+
+// Of a part of e^x (cos y + i sin y) (docs/certainty_log.md).
+constexpr Float64 boundOfExponential = 5.25 * 0x1p-64;
+
+// Logarithms of the bases; exponents; their product x + iy, and its functions.
+struct PowStrip {
+  LogStrip base;
+  alignas(32) Float64 re[stripLength], im[stripLength];
+  alignas(32) Float64 x[stripLength], y[stripLength];
+  alignas(32) Float64 expHead[stripLength], expRest[stripLength];
+  alignas(32) Float64 sinHead[stripLength], sinRest[stripLength], cosHead[stripLength], cosRest[stripLength];
+};
+
+// The exponents of a strip: one for each element, or one for all.
+struct Exponents {
+  const Complex64* each;
+  Complex64 all;
+};
+
+template <class W, class V>
+[[gnu::noinline]] uint64_t angleStage(LogStrip& s, int count) {
+  uint64_t certain = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const U x = load<U>(s.x + i), y = load<U>(s.y + i);
+    const auto angle = certainAngle<Base::e>(x, y);
+    store(s.angle + i, orBits(angle.value, signOf(y)));
+    certain |= signMask(angle.isCertain) << i;
+  });
+  return ~certain;
+}
+// The logarithms of the bases, rounded.
+template <class V>
+INLINE void logarithms(LogStrip& s, int count) {
+  WordsOf<V> isOutsideOrZero{};
+  for (int i = 0; i < count; i += laneCount<V>)
+    isOutsideOrZero = isOutsideOrZero | outside<limitOfLog>(load<V>(s.x + i)) | outside<limitOfLog>(load<V>(s.y + i));
+  OutsideOfLog out;
+  if (any(isOutsideOrZero)) [[unlikely]]
+    takeOutsideOfLog<V>(s, out, count);
+  uint64_t left = out.mask;
+  if (out.onAxes) {
+    left = axisStage<Base::e, Pack<V, 2>, V>(s, count);
+  } else if (left != allOf(count)) {
+    left |= realParts<Base::e, Pack<V, 2>, V>(s, count);
+    left |= angleStage<Pack<V, 4>, V>(s, count);
+  }
+  left &= allOf(count);
+  const Float64 *x = out.mask == 0 ? s.x : out.x, *y = out.mask == 0 ? s.y : out.y;
+  for (; left != 0; left &= left - 1) {
+    const int i = __builtin_ctzll(left);
+    const Complex64 log = complexLn({x[i], y[i]});
+    s.log[i] = log.re, s.angle[i] = log.im;
+  }
+}
+
+// The parts of the product that the lanes serve, beside zeros: 2^-200 <= |part| < 512.
+constexpr uint32_t firstOfPower = 0x33700000, limitOfPower = 0x40800000;
+template <class V>
+INLINE auto outsideOfPower(V part) {
+  const auto word = highWords(part) & 0x7fffffff;
+  return (word > static_cast<int>(limitOfPower - 1)) | (static_cast<int>(firstOfPower) > word);
+}
+// b ln a, operation for operation that of complexPow; whether any part is outside, or zero.
+template <class V>
+[[gnu::noinline]] bool multiplyStage(PowStrip& s, int count) {
+  WordsOf<V> isOutside{};
+  for (int i = 0; i < count; i += laneCount<V>) {
+    const V re = load<V>(s.re + i), im = load<V>(s.im + i), log = load<V>(s.base.log + i);
+    const V angle = load<V>(s.base.angle + i);
+    const V x = re * log - im * angle, y = re * angle + im * log;
+    store(s.x + i, x), store(s.y + i, y);
+    isOutside = isOutside | outsideOfPower(x) | outsideOfPower(y);
+  }
+  return any(isOutside);
+}
+// Whether the lanes serve the whole strip, zeros and all; e^0 is exact.
+template <class V>
+INLINE bool servesPowers(const PowStrip& s, int count) {
+  WordsOf<V> isOther{};
+  for (int i = 0; i < count; i += laneCount<V>) {
+    const V x = load<V>(s.x + i), y = load<V>(s.y + i);
+    const auto anyX = ((highWords(x) & 0x7fffffff) | lowWords(x)) != 0;
+    const auto anyY = ((highWords(y) & 0x7fffffff) | lowWords(y)) != 0;
+    isOther = isOther | (outsideOfPower(x) & anyX) | (outsideOfPower(y) & anyY) | ~(anyX | anyY);
+  }
+  return !any(isOther);
+}
+// A mask of the elements outside, which become 0; the product as it was.
+struct OutsideOfPower {
+  uint64_t mask = 0;
+  Float64 x[stripLength], y[stripLength];
+};
+template <class V>
+[[gnu::noinline]] void takeOutsideOfPower(PowStrip& s, OutsideOfPower& out, int count) {
+  if (servesPowers<V>(s, count)) return;
+  for (int i = 0; i < count; ++i) {
+    out.x[i] = s.x[i], out.y[i] = s.y[i];
+    const auto isZero = [](Float64 x) INLINED { return toBits(x) << 1 == 0; };
+    const bool xIsZero = isZero(s.x[i]), yIsZero = isZero(s.y[i]);
+    if ((xIsZero || !outsideOfPower(s.x[i])) && (yIsZero || !outsideOfPower(s.y[i])) && !(xIsZero && yIsZero)) continue;
+    out.mask |= uint64_t{1} << i;
+    s.x[i] = s.y[i] = 0;
+  }
+}
+
+template <class W, class V>
+[[gnu::noinline]] void exponentialStage(PowStrip& s, int count) {
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto e = exponentialPair(load<U>(s.x + i));
+    store(s.expHead + i, e.head), store(s.expRest + i, e.rest);
+  });
+}
+template <class W, class V>
+[[gnu::noinline]] uint64_t turnStage(PowStrip& s, int count) {
+  uint64_t unsure = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto t = trigonometricPairs(magnitude(load<U>(s.y + i)));
+    store(s.sinHead + i, t.sin.head), store(s.sinRest + i, t.sin.rest);
+    store(s.cosHead + i, t.cos.head), store(s.cosRest + i, t.cos.rest);
+    unsure |= signMask(t.isUnsure) << i;
+  });
+  return unsure;
+}
+template <class W, class V>
+[[gnu::noinline]] uint64_t powerStage(const PowStrip& s, Complex64* dst, int count) {
+  uint64_t certain = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto e = loadPair<U>(s.expHead + i, s.expRest + i);
+    const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
+    const auto re = certainProduct(e, cos, signOf(cos.head), boundOfExponential);
+    const auto im = certainProduct(e, sin, signOf(xorBits(sin.head, load<U>(s.y + i))), boundOfExponential);
+    storeParts(dst + i, Parts<U>{re.value, im.value});
+    certain |= signMask(andBits(re.isCertain, im.isCertain)) << i;
+  });
+  return ~certain;
+}
+
+template <class V>
+[[gnu::noinline]] void evaluatePowers(const Complex64* a, Exponents b, Complex64* dst, int count) {
+  using W = Pack<V, 2>;
+  PowStrip s;
+  const int whole = loadStrip<V>(a, count, [&](const Complex64* from, int i) INLINED {
+    const Parts<V> z = loadParts<V>(from);
+    store(s.base.x + i, z.re), store(s.base.y + i, z.im);
+  });
+  if (b.each != nullptr) {
+    loadStrip<V>(b.each, count, [&](const Complex64* from, int i) INLINED {
+      const Parts<V> z = loadParts<V>(from);
+      store(s.re + i, z.re), store(s.im + i, z.im);
+    });
+  } else {
+    for (int i = 0; i < whole; i += laneCount<V>)
+      store(s.re + i, broadcast<V>(b.all.re)), store(s.im + i, broadcast<V>(b.all.im));
+  }
+  logarithms<V>(s.base, whole);
+  OutsideOfPower out;
+  if (multiplyStage<V>(s, whole)) [[unlikely]]
+    takeOutsideOfPower<V>(s, out, whole);
+  uint64_t left = out.mask;
+  if (left != allOf(whole)) {
+    exponentialStage<W, V>(s, whole);
+    left |= turnStage<W, V>(s, whole);
+    left |=
+        storeStrip(dst, count, whole, [&](Complex64* results) INLINED { return powerStage<W, V>(s, results, whole); });
+    left &= allOf(whole);
+  }
+  if (left == 0) return;
+  const Float64 *x = out.mask == 0 ? s.x : out.x, *y = out.mask == 0 ? s.y : out.y;
+  for (int i = 0; i < count; ++i) {
+    const int place = placeOf<V>(i);
+    if ((left >> place & 1) != 0) dst[i] = complexExp({x[place], y[place]});
+  }
+}
+
+template <class V>
+INLINE nuvStatus powLoop(const Complex64* a, const Complex64* b, Complex64* dst, int64_t len) {
+  if (!isAllowed()) [[unlikely]]
+    return powElements(a, b, dst, len);
+  for (int count; len > 0; a += count, b += count, dst += count, len -= count) {
+    count = len < stripLength ? static_cast<int>(len) : stripLength;
+    evaluatePowers<V>(a, {b, {}}, dst, count);
+  }
+  return nuvStatusOk;
+}
+template <class V>
+INLINE nuvStatus powxLoop(const Complex64* a, Complex64 b, Complex64* dst, int64_t len) {
+  if (!isAllowed()) [[unlikely]]
+    return powxElements(a, b, dst, len);
+  for (int count; len > 0; a += count, dst += count, len -= count) {
+    count = len < stripLength ? static_cast<int>(len) : stripLength;
+    evaluatePowers<V>(a, {nullptr, b}, dst, count);
+  }
+  return nuvStatusOk;
+}
+
+}  // namespace
+}  // namespace qorvane
