@@ -14,7 +14,8 @@
 
 namespace qorvane {
 
-Complex64 complexPow(Complex64 a, Complex64 b) {
+// Not inlined: which of two NaNs becomes the result depends on the order of operands.
+[[gnu::noinline]] Complex64 complexPow(Complex64 a, Complex64 b) {
   const Complex64 l = complexLn(a);
   const Float64 reRe = b.re * l.re, imIm = b.im * l.im, reIm = b.re * l.im, imRe = b.im * l.re;
   return complexExp({reRe - imIm, reIm + imRe});

@@ -62,7 +62,7 @@ bool isCertain(Complex64 z, double share) {
   const auto parts = bySize(z.re, z.im);
   const auto log = certainLog<Base::ten>(parts, share);
   const bool ofLog =
-      toBits((toBits(log.isNearCircle) != 0 ? certainLogNearCircle<Base::ten>(parts, share) : log).log.isCertain) != 0;
+      toBits((toBits(log.isNearCircle) != 0 ? certainLogNearCircle<Base::ten>(parts, share) : log.log).isCertain) != 0;
   return ofLog && toBits(certainAngle<Base::ten>(z.re, z.im, share).isCertain) != 0;
 }
 

@@ -146,11 +146,11 @@ INLINE ShortPair<V> exponentialPair(V x) {
 template <class V>
 struct TrigonometricPairs {
   ShortPair<V> sin, cos;
-  V isUnsure;  // a mask: so near a multiple of pi/256 that the remainder isn't good to 2^-75 of itself
+  V isUnsure;  // a mask: |remainder| < nearest y
 };
-// Of y >= 0.
+// Of y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y.
 template <class V>
-INLINE TrigonometricPairs<V> trigonometricPairs(V y) {
+INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
   constexpr Float64 pieces = fromBits(0x40545f306dc9c883);   // 81.48733086305042 = 256 / pi
   constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);      // 0.012271846303065104, 37 bits: n times it is exact
@@ -162,7 +162,6 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y) {
   constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);       // -1/720
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);       // 1/24
   constexpr Float64 p2 = -0.5;
-  constexpr Float64 nearest = 0x1p-45;
   const V s = y * pieces + shifter, n = s - shifter;
   const V r0 = y - n * pi1, r1 = n * pi2, r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
   const V head = headOf(r), q = r * r;

@@ -13,20 +13,32 @@ namespace {
 
 // Of a part of e^x (cos y + i sin y) (docs/certainty_log.md).
 constexpr Float64 boundOfExponential = 5.25 * 0x1p-64;
+// Powers of numbers on the axes often have angles next to multiples of pi/2.
+constexpr Float64 nearestToSteps = 0x1p-57;
 
 // Logarithms of the bases; exponents; their product x + iy, and its functions.
 struct PowStrip {
   LogStrip base;
-  alignas(32) Float64 re[stripLength], im[stripLength];
+  alignas(32) Float64 re[stripLength], im[stripLength];  // but one exponent for all
   alignas(32) Float64 x[stripLength], y[stripLength];
   alignas(32) Float64 expHead[stripLength], expRest[stripLength];
   alignas(32) Float64 sinHead[stripLength], sinRest[stripLength], cosHead[stripLength], cosRest[stripLength];
 };
 
-// The exponents of a strip: one for each element, or one for all.
-struct Exponents {
-  const Complex64* each;
-  Complex64 all;
+// The exponents from place i on: one for each element, or one for all.
+struct EachExponent {
+  const Float64 *re, *im;
+  template <class V>
+  INLINE Parts<V> at(int i) const {
+    return {load<V>(re + i), load<V>(im + i)};
+  }
+};
+struct OneExponent {
+  Complex64 b;
+  template <class V>
+  INLINE Parts<V> at(int) const {
+    return {broadcast<V>(b.re), broadcast<V>(b.im)};
+  }
 };
 
 template <class W, class V>
@@ -42,12 +54,8 @@ template <class W, class V>
 }
 // The logarithms of the bases, rounded.
 template <class V>
-INLINE void logarithms(LogStrip& s, int count) {
-  WordsOf<V> isOutsideOrZero{};
-  for (int i = 0; i < count; i += laneCount<V>)
-    isOutsideOrZero = isOutsideOrZero | outside<limitOfLog>(load<V>(s.x + i)) | outside<limitOfLog>(load<V>(s.y + i));
-  OutsideOfLog out;
-  if (any(isOutsideOrZero)) [[unlikely]]
+INLINE void logarithms(LogStrip& s, OutsideOfLog& out, bool isOutsideOrZero, int count) {
+  if (isOutsideOrZero) [[unlikely]]
     takeOutsideOfLog<V>(s, out, count);
   uint64_t left = out.mask;
   if (out.onAxes) {
@@ -73,12 +81,12 @@ INLINE auto outsideOfPower(V part) {
   return (word > static_cast<int>(limitOfPower - 1)) | (static_cast<int>(firstOfPower) > word);
 }
 // b ln a, operation for operation that of complexPow; whether any part is outside, or zero.
-template <class V>
-[[gnu::noinline]] bool multiplyStage(PowStrip& s, int count) {
+template <class V, class Exponents>
+INLINE bool multiplyStage(PowStrip& s, Exponents exponents, int count) {
   WordsOf<V> isOutside{};
   for (int i = 0; i < count; i += laneCount<V>) {
-    const V re = load<V>(s.re + i), im = load<V>(s.im + i), log = load<V>(s.base.log + i);
-    const V angle = load<V>(s.base.angle + i);
+    const auto [re, im] = exponents.template at<V>(i);
+    const V log = load<V>(s.base.log + i), angle = load<V>(s.base.angle + i);
     const V x = re * log - im * angle, y = re * angle + im * log;
     store(s.x + i, x), store(s.y + i, y);
     isOutside = isOutside | outsideOfPower(x) | outsideOfPower(y);
@@ -126,7 +134,7 @@ template <class W, class V>
 [[gnu::noinline]] uint64_t turnStage(PowStrip& s, int count) {
   uint64_t unsure = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto t = trigonometricPairs(magnitude(load<U>(s.y + i)));
+    const auto t = trigonometricPairs(magnitude(load<U>(s.y + i)), nearestToSteps);
     store(s.sinHead + i, t.sin.head), store(s.sinRest + i, t.sin.rest);
     store(s.cosHead + i, t.cos.head), store(s.cosRest + i, t.cos.rest);
     unsure |= signMask(t.isUnsure) << i;
@@ -147,26 +155,19 @@ template <class W, class V>
   return ~certain;
 }
 
-template <class V>
-[[gnu::noinline]] void evaluatePowers(const Complex64* a, Exponents b, Complex64* dst, int count) {
+template <class V, class Exponents>
+INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents, Complex64* dst, int count) {
   using W = Pack<V, 2>;
-  PowStrip s;
+  WordsOf<V> isOutsideOrZero{};
   const int whole = loadStrip<V>(a, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
     store(s.base.x + i, z.re), store(s.base.y + i, z.im);
+    isOutsideOrZero = isOutsideOrZero | outside<limitOfLog>(z.re) | outside<limitOfLog>(z.im);
   });
-  if (b.each != nullptr) {
-    loadStrip<V>(b.each, count, [&](const Complex64* from, int i) INLINED {
-      const Parts<V> z = loadParts<V>(from);
-      store(s.re + i, z.re), store(s.im + i, z.im);
-    });
-  } else {
-    for (int i = 0; i < whole; i += laneCount<V>)
-      store(s.re + i, broadcast<V>(b.all.re)), store(s.im + i, broadcast<V>(b.all.im));
-  }
-  logarithms<V>(s.base, whole);
+  OutsideOfLog outOfLog;
+  logarithms<V>(s.base, outOfLog, any(isOutsideOrZero), whole);
   OutsideOfPower out;
-  if (multiplyStage<V>(s, whole)) [[unlikely]]
+  if (multiplyStage<V>(s, exponents, whole)) [[unlikely]]
     takeOutsideOfPower<V>(s, out, whole);
   uint64_t left = out.mask;
   if (left != allOf(whole)) {
@@ -178,10 +179,29 @@ template <class V>
   }
   if (left == 0) return;
   const Float64 *x = out.mask == 0 ? s.x : out.x, *y = out.mask == 0 ? s.y : out.y;
+  const Float64 *re = outOfLog.mask == 0 ? s.base.x : outOfLog.x, *im = outOfLog.mask == 0 ? s.base.y : outOfLog.y;
   for (int i = 0; i < count; ++i) {
     const int place = placeOf<V>(i);
-    if ((left >> place & 1) != 0) dst[i] = complexExp({x[place], y[place]});
+    if ((left >> place & 1) == 0) continue;
+    // Which NaN becomes the result depends on the order of operands.
+    const bool isOrdered = x[place] == x[place] && y[place] == y[place];
+    const auto b = exponents.template at<Float64>(place);
+    dst[i] = isOrdered ? complexExp({x[place], y[place]}) : complexPow({re[place], im[place]}, {b.re, b.im});
   }
+}
+template <class V>
+[[gnu::noinline]] void evaluatePow(const Complex64* a, const Complex64* b, Complex64* dst, int count) {
+  PowStrip s;
+  loadStrip<V>(b, count, [&](const Complex64* from, int i) INLINED {
+    const Parts<V> z = loadParts<V>(from);
+    store(s.re + i, z.re), store(s.im + i, z.im);
+  });
+  evaluatePowers<V>(s, a, EachExponent{s.re, s.im}, dst, count);
+}
+template <class V>
+[[gnu::noinline]] void evaluatePowx(const Complex64* a, Complex64 b, Complex64* dst, int count) {
+  PowStrip s;
+  evaluatePowers<V>(s, a, OneExponent{b}, dst, count);
 }
 
 template <class V>
@@ -190,7 +210,7 @@ INLINE nuvStatus powLoop(const Complex64* a, const Complex64* b, Complex64* dst,
     return powElements(a, b, dst, len);
   for (int count; len > 0; a += count, b += count, dst += count, len -= count) {
     count = len < stripLength ? static_cast<int>(len) : stripLength;
-    evaluatePowers<V>(a, {b, {}}, dst, count);
+    evaluatePow<V>(a, b, dst, count);
   }
   return nuvStatusOk;
 }
@@ -200,7 +220,7 @@ INLINE nuvStatus powxLoop(const Complex64* a, Complex64 b, Complex64* dst, int64
     return powxElements(a, b, dst, len);
   for (int count; len > 0; a += count, dst += count, len -= count) {
     count = len < stripLength ? static_cast<int>(len) : stripLength;
-    evaluatePowers<V>(a, {nullptr, b}, dst, count);
+    evaluatePowx<V>(a, b, dst, count);
   }
   return nuvStatusOk;
 }
