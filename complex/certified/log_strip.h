@@ -168,7 +168,10 @@ template <Base base, class V>
   uint64_t certain = 0;
   for (int i = 0; i < count; i += laneCount<V>) {
     if ((elements >> i & allOf(laneCount<V>)) == 0) continue;
-    const auto log = certainLogNearCircle<base>(bySize(load<V>(s.x + i), load<V>(s.y + i)));
+    const auto parts = bySize(load<V>(s.x + i), load<V>(s.y + i));
+    const V two = broadcast<V>(2.0);  // the other elements, so that nothing overflows
+    const auto log =
+        certainLogNearCircle<base>(BySize<V>{smallerLanes(parts.larger, two), smallerLanes(parts.smaller, two)});
     Float64 values[laneCount<V>];
     store(values, log.value);
     for (int lane = 0; lane < laneCount<V>; ++lane)

@@ -73,12 +73,13 @@ INLINE void logarithms(LogStrip& s, OutsideOfLog& out, bool isOutsideOrZero, int
   }
 }
 
-// The parts of the product that the lanes serve, beside zeros: 2^-200 <= |part| < 512.
-constexpr uint32_t firstOfPower = 0x33700000, limitOfPower = 0x40800000;
-template <class V>
+// The parts of the product that the lanes serve, beside zeros: 2^-200 <= |x| < 512 and 2^-80 <= |y| < 512. The
+// sine's rest may be as small as y^3/6, times e^-512.
+constexpr uint32_t firstOfX = 0x33700000, firstOfY = 0x3af00000, limitOfPower = 0x40800000;
+template <uint32_t first, class V>
 INLINE auto outsideOfPower(V part) {
   const auto word = highWords(part) & 0x7fffffff;
-  return (word > static_cast<int>(limitOfPower - 1)) | (static_cast<int>(firstOfPower) > word);
+  return (word > static_cast<int>(limitOfPower - 1)) | (static_cast<int>(first) > word);
 }
 // b ln a, operation for operation that of complexPow; whether any part is outside, or zero.
 template <class V, class Exponents>
@@ -89,7 +90,7 @@ INLINE bool multiplyStage(PowStrip& s, Exponents exponents, int count) {
     const V log = load<V>(s.base.log + i), angle = load<V>(s.base.angle + i);
     const V x = re * log - im * angle, y = re * angle + im * log;
     store(s.x + i, x), store(s.y + i, y);
-    isOutside = isOutside | outsideOfPower(x) | outsideOfPower(y);
+    isOutside = isOutside | outsideOfPower<firstOfX>(x) | outsideOfPower<firstOfY>(y);
   }
   return any(isOutside);
 }
@@ -101,7 +102,7 @@ INLINE bool servesPowers(const PowStrip& s, int count) {
     const V x = load<V>(s.x + i), y = load<V>(s.y + i);
     const auto anyX = ((highWords(x) & 0x7fffffff) | lowWords(x)) != 0;
     const auto anyY = ((highWords(y) & 0x7fffffff) | lowWords(y)) != 0;
-    isOther = isOther | (outsideOfPower(x) & anyX) | (outsideOfPower(y) & anyY) | ~(anyX | anyY);
+    isOther = isOther | (outsideOfPower<firstOfX>(x) & anyX) | (outsideOfPower<firstOfY>(y) & anyY) | ~(anyX | anyY);
   }
   return !any(isOther);
 }
@@ -117,7 +118,9 @@ template <class V>
     out.x[i] = s.x[i], out.y[i] = s.y[i];
     const auto isZero = [](Float64 x) INLINED { return toBits(x) << 1 == 0; };
     const bool xIsZero = isZero(s.x[i]), yIsZero = isZero(s.y[i]);
-    if ((xIsZero || !outsideOfPower(s.x[i])) && (yIsZero || !outsideOfPower(s.y[i])) && !(xIsZero && yIsZero)) continue;
+    if ((xIsZero || !outsideOfPower<firstOfX>(s.x[i])) && (yIsZero || !outsideOfPower<firstOfY>(s.y[i])) &&
+        !(xIsZero && yIsZero))
+      continue;
     out.mask |= uint64_t{1} << i;
     s.x[i] = s.y[i] = 0;
   }
