@@ -183,9 +183,9 @@ INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents,
   if (left == 0) return;
   const Float64 *x = out.mask == 0 ? s.x : out.x, *y = out.mask == 0 ? s.y : out.y;
   const Float64 *re = outOfLog.mask == 0 ? s.base.x : outOfLog.x, *im = outOfLog.mask == 0 ? s.base.y : outOfLog.y;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) == 0) continue;
+  for (; left != 0; left &= left - 1) {
+    const int place = __builtin_ctzll(left), i = placeOf<V>(place);  // which is its own inverse
+    if (i >= count) continue;
     // Which NaN becomes the result depends on the order of operands.
     const bool isOrdered = x[place] == x[place] && y[place] == y[place];
     const auto b = exponents.template at<Float64>(place);
