@@ -1,6 +1,4 @@
 // qorvane-certainty's share of the powers. The exponent of each base is made of its bits.
-#include <vector>
-
 #include "complex/certified/pow_strip.h"
 #include "tools/certainty.h"
 
@@ -11,11 +9,19 @@ nuvStatus complexPowAvx(const Complex64*, const Complex64*, Complex64*, int32_t)
 namespace certainty {
 namespace {
 
+// 53 bits from a counter, scrambled.
+double fraction(uint64_t& counter) {
+  uint64_t bits = counter += 0x9e3779b97f4a7c15;
+  bits = (bits ^ bits >> 30) * 0xbf58476d1ce4e5b9;
+  bits = (bits ^ bits >> 27) * 0x94d049bb133111eb;
+  return static_cast<double>((bits ^ bits >> 31) >> 11) * 0x1p-53;
+}
 Complex64 exponentOf(Complex64 z) {
-  Random random(toBits(z.re) ^ toBits(z.im) << 7);
-  if (random() % 8 == 0) return {static_cast<double>(random() % 13) - 6, 0};
-  const double size = random() % 8 == 0 ? 50 : 2, re = uniform(random, -size, size);
-  return {re, random() % 4 == 0 ? 0 : uniform(random, -size, size)};
+  uint64_t counter = toBits(z.re) ^ toBits(z.im) << 7;
+  const double kind = fraction(counter), size = kind < 0.2 ? 50 : 2;
+  const Complex64 b = {(2 * fraction(counter) - 1) * size, (2 * fraction(counter) - 1) * size};
+  if (kind > 0.85) return {std::round(4 * b.re), 0};
+  return {b.re, kind > 0.7 ? 0 : b.im};
 }
 Complex64 power(Complex64 z) { return complexPow(z, exponentOf(z)); }
 template <nuvStatus kernel(const Complex64*, const Complex64*, Complex64*, int32_t)>
