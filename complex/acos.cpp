@@ -22,11 +22,15 @@ struct AngleAndLog {
 };
 
 template <class Kernels>
+INLINE Float64 angleOfHull(const Hull& h, bool isNegative) {
+  const Extended80 angle = acosPart<Kernels>(h);
+  return static_cast<Float64>(isNegative ? -angle + extendedPi : angle);
+}
+template <class Kernels>
 INLINE AngleAndLog ofFinite(Complex64 z) {
   const Hull h = hullOf<Kernels>(__builtin_fabs(z.re), __builtin_fabs(z.im));
-  const Extended80 angle = acosPart<Kernels>(h);
-  const Float64 rounded = static_cast<Float64>(isNegative(z.re) ? -angle + extendedPi : angle);
-  return {rounded, static_cast<Float64>(acoshPart<Kernels>(h))};
+  const Float64 angle = angleOfHull<Kernels>(h, isNegative(z.re));
+  return {angle, static_cast<Float64>(acoshPart<Kernels>(h))};
 }
 
 // On the axes, at infinity and next to it; z has no NaN.
@@ -73,6 +77,10 @@ INLINE Complex64 withUnderflow(Complex64 result) {
 }
 
 }  // namespace
+
+Float64 acosAngle(Float64 a, Float64 b) {
+  return angleOfHull<OrdinaryKernels>(hullOf<OrdinaryKernels>(__builtin_fabs(a), __builtin_fabs(b)), isNegative(a));
+}
 
 Complex64 complexAcos(Complex64 z) {
   if (!isOrdinaryPoint(z)) [[unlikely]]

@@ -42,6 +42,14 @@ INLINE Complex64 asinhOfMagnitudes(Complex64 z) {
 
 }  // namespace
 
+Float64 inverseLog(Float64 a, Float64 b) {
+  return static_cast<Float64>(
+      acoshPart<OrdinaryKernels>(hullOf<OrdinaryKernels>(__builtin_fabs(a), __builtin_fabs(b))));
+}
+Float64 asinAngle(Float64 a, Float64 b) {
+  return static_cast<Float64>(asinPart<OrdinaryKernels>(hullOf<OrdinaryKernels>(__builtin_fabs(a), __builtin_fabs(b))));
+}
+
 Complex64 complexAsinh(Complex64 z) {
   Complex64 result;
   if (isOrdinaryPoint(z)) [[likely]] {

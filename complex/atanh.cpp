@@ -59,6 +59,15 @@ INLINE Float64 imaginaryPart(Extended80 x, Extended80 y, Extended80 y2) {
 
 }  // namespace
 
+Float64 atanhReal(Float64 x, Float64 y) {
+  const Extended80 y2 = Extended80{y} * y;
+  return realPart<OrdinaryKernels>(x, y2);
+}
+Float64 atanhImaginary(Float64 x, Float64 y) {
+  const Extended80 magnitude = __builtin_fabs(y), y2 = magnitude * magnitude;
+  return imaginaryPart(x, magnitude, y2);
+}
+
 Complex64 complexAtanh(Complex64 z) {
   Complex64 result;
   if (isOrdinaryPoint(z)) [[likely]] {

@@ -35,9 +35,9 @@ INLINE ErfReduced<V> erfReduce(V a) {
   constexpr Float64 belowRow1 = 15.0 / 128, row1 = 0.125, lastRow = 6.0;
   constexpr int first = static_cast<int>(highWord(belowRow1)), shift = 10;  // high words are 2^17 apart, rows 2^7 bytes
   const auto all = [](Float64 x) INLINED { return broadcast<V>(x); };
-  const V b = smaller(a, all(lastRow));
-  const V row = andBits(larger(b, all(belowRow1)), all(rowBits));
-  const V centre = smaller(orBits(row, all(halfRow)), all(lastCentre));
+  const V b = smallerLanes(a, all(lastRow));
+  const V row = andBits(largerLanes(b, all(belowRow1)), all(rowBits));
+  const V centre = smallerLanes(orBits(row, all(halfRow)), all(lastCentre));
   return {b - withoutBits(centre, lessLanes(b, all(row1))), (highWords(row) - first) >> shift};
 }
 

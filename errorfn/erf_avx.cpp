@@ -61,6 +61,8 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !anyHighWordOutside(*src, fastFrom, fastTo))
+    return *dst = erfCore(*src, fromBits(~uint64_t{0})), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortestStretch, vector>(
       len,
       [](int64_t count, const Float64* x, Float64* y) INLINED {

@@ -24,7 +24,7 @@ constexpr int fastFrom = 0x00800000, fastTo = 0x7ff00000;  // the high words of 
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Four, Raises::no>(
+  return oneOrSeveral<Four, Raises::no>(
       src, dst, len, [](auto x) INLINED { return erfCore(x, highWordWithin(magnitude(x), fastFrom, fastTo)); },
       [](auto x) INLINED { return anyHighWordOutside(x, fastFrom, fastTo); }, erfSpecialLane);
 }

@@ -41,7 +41,7 @@ template <class V>
 INLINE ErfcArgument<V> erfcArgument(V a) {
   constexpr Float64 rowBits = fromBits(0x7ffc000000000000), belowRow1 = fromBits(0x3fcc000000000000), row1 = 0.25;
   constexpr int first = static_cast<int>(highWord(belowRow1)), shift = 11;  // high words are 2^18 apart, rows 2^7 bytes
-  const V row = andBits(larger(a, broadcast<V>(belowRow1)), broadcast<V>(rowBits));
+  const V row = andBits(largerLanes(a, broadcast<V>(belowRow1)), broadcast<V>(rowBits));
   return {a - withoutBits(row, lessLanes(a, broadcast<V>(row1))), (highWords(row) - first) >> shift};
 }
 

@@ -17,7 +17,7 @@ namespace qorvane {
 namespace {
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Four, Raises::no>(
+  return oneOrSeveral<Four, Raises::no>(
       src, dst, len, [](auto x) INLINED { return erfcCore(x); }, erfcIsFlagged, erfcSpecialLane);
 }
 

@@ -29,7 +29,7 @@ template <class V>
 INLINE ErfInvReduced<V> erfInvReduce(V a) {
   const auto all = [](Float64 x) INLINED { return broadcast<V>(x); };
   const auto bits = [](uint64_t pattern) INLINED { return broadcast<V>(fromBits(pattern)); };
-  a = larger(a, bits(uint64_t{erfInvFastFrom} << 32));
+  a = largerLanes(a, bits(uint64_t{erfInvFastFrom} << 32));
   const V w = all(1.0) - a;
   const V t0 = orBits(andBits(w, bits(0x0003ffffffffffff)), all(1.0)) - all(1.125);
   // The error times the inverse of w's binade. Exponent bits complemented make twice the inverse,

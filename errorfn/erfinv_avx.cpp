@@ -75,6 +75,7 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !erfInvIsFlagged(*src)) return *dst = erfInvCore(*src), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortestStretch, vector>(
       len,
       [](int64_t count, const Float64* x, Float64* y) INLINED {

@@ -40,7 +40,7 @@ namespace {
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Four, Raises::yes>(
+  return oneOrSeveral<Four, Raises::yes>(
       src, dst, len, [](auto x) INLINED { return erfInvCore(x); }, erfInvIsFlagged, erfInvSpecialLane);
 }
 

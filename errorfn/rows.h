@@ -29,6 +29,8 @@ INLINE TwoColumns<V> slots(Rows rows, int k) {
       columns.first.part[i] = ofPart.first, columns.second.part[i] = ofPart.second;
     }
     return columns;
+  } else if constexpr (laneCount<V> == 1) {
+    return {rowOf(rows, 0)[k], rowOf(rows, 0)[k + 1]};
   } else if constexpr (laneCount<V> == 2) {
     const __m128d a = _mm_loadu_pd(rowOf(rows, 0) + k), b = _mm_loadu_pd(rowOf(rows, 1) + k);
     return {_mm_unpacklo_pd(a, b), _mm_unpackhi_pd(a, b)};
@@ -54,6 +56,8 @@ INLINE V slot(Rows rows, int k) {
                        INLINED { return _mm_loadh_pd(_mm_load_sd(rowOf(rows, lane) + k), rowOf(rows, lane + 1) + k); };
   if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) INLINED { return slot<PartOf<V>>(rowsOfPart<V>(rows, i), k); });
+  else if constexpr (laneCount<V> == 1)
+    return rowOf(rows, 0)[k];
   else if constexpr (laneCount<V> == 2)
     return two(0);
 #ifdef __AVX__
@@ -62,23 +66,9 @@ INLINE V slot(Rows rows, int k) {
 #endif
 }
 
-// The operands are no NaNs.
-INLINE Lanes2 smaller(Lanes2 a, Lanes2 b) { return _mm_min_pd(a, b); }
-INLINE Lanes2 larger(Lanes2 a, Lanes2 b) { return _mm_max_pd(a, b); }
-#ifdef __AVX__
-INLINE Lanes4 smaller(Lanes4 a, Lanes4 b) { return _mm256_min_pd(a, b); }
-INLINE Lanes4 larger(Lanes4 a, Lanes4 b) { return _mm256_max_pd(a, b); }
-#endif
-template <class V, int K>
-INLINE Pack<V, K> smaller(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) INLINED { return smaller(a.part[i], b.part[i]); });
-}
-template <class V, int K>
-INLINE Pack<V, K> larger(Pack<V, K> a, Pack<V, K> b) {
-  return makePack<K>([&](int i) INLINED { return larger(a.part[i], b.part[i]); });
-}
-
-// All bits where the high word of a lies in [from, to), a >= +0; no flag is raised.
+// All bits where the high word of a lies in [from, to), a >= +0; no flag is raised. A number alone
+// comes here only if it does.
+INLINE Float64 highWordWithin(Float64, int, int) { return fromBits(~uint64_t{0}); }
 INLINE Lanes2 highWordWithin(Lanes2 a, int from, int to) {
   const Words4 words = reinterpret_cast<Words4>(_mm_shuffle_epi32(_mm_castpd_si128(a), 0xf5));
   return reinterpret_cast<Lanes2>((words > from - 1) & (to > words));

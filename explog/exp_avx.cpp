@@ -160,6 +160,7 @@ INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !isFlagged(*src)) return *dst = core(*src), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortestStretch, 4>(
       len,
       [](int64_t count, const Float64* x, Float64* y) INLINED {

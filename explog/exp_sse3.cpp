@@ -81,7 +81,7 @@ INLINE V scale(BitsOf<V> shifted) {
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
+  return oneOrSeveral<Pack<Lanes2, 4>, Raises::no>(
       src, dst, len,
       [](auto x) INLINED {
         const auto c = core(x);

@@ -34,16 +34,16 @@ constexpr Float64 a2 = fromBits(0xbfdffffffffff81f);  // -0.49999999999988803
 // The pattern of R has R - 512 in bits 14 to 23.
 constexpr Reduction reduction = {1, 10, 512, lnTableInteger};
 
-INLINE Lanes4 core(const Reduced& reduced) {
+constexpr auto core = []<class V>(const Reduced<V>& reduced) INLINED {
   const auto& [f, R, E, high, low] = reduced;
-  const Lanes4 fh = _mm256_and_pd(f, broadcast<Lanes4>(fromBits(~uint64_t{0x3ffffff}))), fl = f - fh;
-  const Lanes4 uh = (fh * R) - 1.0, ul = fl * R, r = uh + ul;
-  const Lanes4 A = (E * ln2Hi) + high, B = (E * ln2Lo) + low;
-  const Lanes4 S = A + r, g = r - (S - A);
-  const Lanes4 r2 = r * r;
-  const Lanes4 Q = (((a5 * r) + a4) * r2) + ((a3 * r) + a2);
+  const V fh = andBits(f, broadcast<V>(fromBits(~uint64_t{0x3ffffff}))), fl = f - fh;
+  const V uh = (fh * R) - 1.0, ul = fl * R, r = uh + ul;
+  const V A = (E * ln2Hi) + high, B = (E * ln2Lo) + low;
+  const V S = A + r, g = r - (S - A);
+  const V r2 = r * r;
+  const V Q = (((a5 * r) + a4) * r2) + ((a3 * r) + a2);
   return ((B + g) + (Q * r2)) + S;
-}
+};
 
 [[gnu::noinline, gnu::cold]] Element lnSpecialLane(Float64 x) {
   // ln(1 + r) = r + r^2 (b2 + ... + b8 r^6), |r| <= 2^-7: error 2^-63.2

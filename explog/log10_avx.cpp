@@ -42,16 +42,16 @@ constexpr Float64 p1 = fromBits(0x3f5a7a6cbf2e410c);  // 0.0016161024074997114
 // bytes apart, and 32 below 256.
 constexpr Reduction reduction = {0.43359375f, 11, 222, log10TableInteger};
 
-INLINE Lanes4 core(const Reduced& reduced) {
+constexpr auto core = []<class V>(const Reduced<V>& reduced) INLINED {
   const auto& [f, R, E, high, low] = reduced;
-  const Lanes4 fh = _mm256_and_pd(f, broadcast<Lanes4>(fromBits(~uint64_t{0x3ffffff}))), fl = f - fh;
-  const Lanes4 uh = (fh * R) - scale, ul = fl * R, r = uh + ul;
-  const Lanes4 A = (E * log10Of2Hi) + high, B = (E * log10Of2Lo) + low;
-  const Lanes4 S = A + r, g = r - (S - A);
-  const Lanes4 r2 = r * r;
-  const Lanes4 Q = (((((p6 * r) + p5) * r2) + ((p4 * r) + p3)) * r2) + ((p2 * r) + p1);
+  const V fh = andBits(f, broadcast<V>(fromBits(~uint64_t{0x3ffffff}))), fl = f - fh;
+  const V uh = (fh * R) - scale, ul = fl * R, r = uh + ul;
+  const V A = (E * log10Of2Hi) + high, B = (E * log10Of2Lo) + low;
+  const V S = A + r, g = r - (S - A);
+  const V r2 = r * r;
+  const V Q = (((((p6 * r) + p5) * r2) + ((p4 * r) + p3)) * r2) + ((p2 * r) + p1);
   return ((B + g) + (Q * r)) + S;
-}
+};
 
 [[gnu::noinline, gnu::cold]] Element log10SpecialLane(Float64 x) {
   // log10(1 + r / C0) = r + r (b1 + ... + b8 r^7), |r| <= C0 / 128: error 2^-60.6

@@ -20,8 +20,9 @@ struct Scratch {
   alignas(32) int E[chunkSize];
 };
 
+template <class V>
 struct Reduced {
-  Lanes4 f, R, E, high, low;  // high, low: the columns of R's row
+  V f, R, E, high, low;  // high, low: the columns of R's row
 };
 
 // What differs in the first stage of the two functions. The pattern of R in single precision,
@@ -39,15 +40,26 @@ struct Reduction {
 constexpr int fastRangeFrom = 0x00100000, fastRangeLength = 0x7fe00000;
 INLINE bool outsideFastRange(Float64 x) { return highWord(x) - fastRangeFrom >= fastRangeLength; }
 
+template <const Reduction& reduction>
+INLINE __m128 estimateOf(__m128 f) {
+  __m128 estimate = _mm_rcp_ps(f);
+  if (reduction.scale != 1) estimate = _mm_mul_ps(estimate, _mm_set1_ps(reduction.scale));
+  return _mm_round_ps(estimate, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
+}
+// From R in single precision to the byte offset of its row.
+template <const Reduction& reduction>
+INLINE uint64_t rowOf(float R) {
+  constexpr uint64_t first = __builtin_bit_cast(uint32_t, reduction.firstR) >> reduction.shift;
+  return (__builtin_bit_cast(uint32_t, R) >> reduction.shift) - first;
+}
+
 // Four elements of the first stage. The result is, as unsigned numbers, how far their high words
 // are up from the fast range's lower end.
 template <const Reduction& reduction>
 INLINE __m128i reduce(const Float64* x, Scratch& scratch, int64_t i) {
   const Lanes4 mantissa = _mm256_and_pd(load<Lanes4>(x), broadcast<Lanes4>(fromBits(0x000fffffffffffff)));
   const Lanes4 f = _mm256_or_pd(mantissa, broadcast<Lanes4>(0x1p-10));
-  __m128 estimate = _mm_rcp_ps(_mm256_cvtpd_ps(f));
-  if (reduction.scale != 1) estimate = _mm_mul_ps(estimate, _mm_set1_ps(reduction.scale));
-  const __m128 R = _mm_round_ps(estimate, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
+  const __m128 R = estimateOf<reduction>(_mm256_cvtpd_ps(f));
   const __m128i words = reinterpret_cast<__m128i>(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)));
   store<Lanes4>(scratch.f + i, f);
   _mm_store_ps(scratch.R + i, R);
@@ -57,19 +69,26 @@ INLINE __m128i reduce(const Float64* x, Scratch& scratch, int64_t i) {
 
 // Four elements for the second stage.
 template <const Reduction& reduction>
-INLINE Reduced reduced(const Scratch& scratch, int64_t i) {
-  constexpr uint64_t offsetOfFirst = __builtin_bit_cast(uint32_t, reduction.firstR) >> reduction.shift;
-  const auto row = twoColumns<Lanes4>(reduction.table, [&](int lane) INLINED {
-    return (__builtin_bit_cast(uint32_t, scratch.R[i + lane]) >> reduction.shift) - offsetOfFirst;
-  });
+INLINE Reduced<Lanes4> reduced(const Scratch& scratch, int64_t i) {
+  const auto row =
+      twoColumns<Lanes4>(reduction.table, [&](int lane) INLINED { return rowOf<reduction>(scratch.R[i + lane]); });
   return {load<Lanes4>(scratch.f + i), _mm256_cvtps_pd(_mm_load_ps(scratch.R + i)), numbersAt<Lanes4>(scratch.E + i),
           row.first, row.second};
 }
 
-// evaluate(Reduced) -> Lanes4; special(Float64 x) -> Element, for an element outside the fast
-// range.
+// Both stages of one element.
+template <const Reduction& reduction>
+INLINE Reduced<Float64> reduced(Float64 x) {
+  const Float64 f = fromBits((toBits(x) & 0x000fffffffffffff) | toBits(0x1p-10));
+  const float R = _mm_cvtss_f32(estimateOf<reduction>(_mm_cvtpd_ps(broadcast<Lanes2>(f))));
+  const Float64* row = addressAt(reduction.table, rowOf<reduction>(R));
+  return {f, R, static_cast<Float64>(static_cast<int>(highWord(x) >> 20)), row[0], row[1]};
+}
+
+// evaluate(Reduced<V>) -> V; special(Float64 x) -> Element, for an element outside the fast range.
 template <const Reduction& reduction, class Evaluate, class Special>
-INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate, Special special) {
+[[gnu::noinline, gnu::flatten]] nuvStatus chunkLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate,
+                                                    Special special) {
   nuvStatus status = nuvStatusOk;
   Scratch scratch;
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
@@ -95,6 +114,12 @@ INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate
                                    special);
   }
   return status;
+}
+
+template <const Reduction& reduction, class Evaluate, class Special>
+INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, Evaluate evaluate, Special special) {
+  if (len == 1 && !outsideFastRange(*src)) return *dst = evaluate(reduced<reduction>(*src)), nuvStatusOk;
+  return chunkLoop<reduction>(src, dst, len, evaluate, special);
 }
 
 // For what isn't a positive number: the results raise their flags. With DAZ subnormal numbers come

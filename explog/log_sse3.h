@@ -65,7 +65,7 @@ INLINE TwoTerms<V> withPolynomial(LeadingTerms<V> t, V p) {
 // core(V x) -> TwoTerms<V>; special(Float64 x) -> Element, for an element outside the fast range.
 template <class CoreFunction, class Special>
 INLINE nuvStatus logLoop(const Float64* src, Float64* dst, int64_t len, CoreFunction core, Special special) {
-  return unaryLoop<Pack<Lanes2, 4>, Raises::no>(
+  return oneOrSeveral<Pack<Lanes2, 4>, Raises::no>(
       src, dst, len,
       [=](auto x) INLINED {
         const auto c = core(x);

@@ -295,32 +295,32 @@ INLINE V lessLanes(V a, V b) {
   else
     return _mm_cmplt_pd(a, b);
 }
-// Neither a nor b is a NaN.
-template <class V>
-INLINE V largerLanes(V a, V b) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return largerLanes(a.part[i], b.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return a > b ? a : b;
-#ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_max_pd(a, b);
-#endif
-  else
-    return _mm_max_pd(a, b);
-}
+// The smaller and the larger of two numbers, not NaNs.
 template <class V>
 INLINE V smallerLanes(V a, V b) {
   if constexpr (isPack<V>)
     return makePack<packSize<V>>([&](int i) INLINED { return smallerLanes(a.part[i], b.part[i]); });
   else if constexpr (laneCount<V> == 1)
-    return a < b ? a : b;
+    return _mm_cvtsd_f64(_mm_min_sd(_mm_set_sd(a), _mm_set_sd(b)));
 #ifdef __AVX__
   else if constexpr (laneCount<V> == 4)
     return _mm256_min_pd(a, b);
 #endif
   else
     return _mm_min_pd(a, b);
+}
+template <class V>
+INLINE V largerLanes(V a, V b) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return largerLanes(a.part[i], b.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return _mm_cvtsd_f64(_mm_max_sd(_mm_set_sd(a), _mm_set_sd(b)));
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_max_pd(a, b);
+#endif
+  else
+    return _mm_max_pd(a, b);
 }
 // a where the mask is set, b elsewhere
 template <class V>
@@ -337,6 +337,33 @@ INLINE V select(V mask, V a, V b) {
   else
     return orBits(andBits(mask, a), withoutBits(b, mask));
 }
+
+// The lowest bit of the pattern as the sign bit, the others zero.
+template <class V>
+INLINE V lowestBitAsSign(V v) {
+#ifdef __AVX2__
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return lowestBitAsSign(v.part[i]); });
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_castsi256_pd(_mm256_slli_epi64(_mm256_castpd_si256(v), 63));
+  else
+#endif
+    return valueOf<V>(bitsOf(v) << 63);
+}
+
+#ifdef __FMA__
+// a * b + c, a * b - c and c - a * b with one rounding. Sources with the ending _fma only.
+INLINE Lanes2 fused(Lanes2 a, Lanes2 b, Lanes2 c) { return _mm_fmadd_pd(a, b, c); }
+INLINE Lanes2 fusedLess(Lanes2 a, Lanes2 b, Lanes2 c) { return _mm_fmsub_pd(a, b, c); }
+INLINE Lanes2 fusedFrom(Lanes2 c, Lanes2 a, Lanes2 b) { return _mm_fnmadd_pd(a, b, c); }
+INLINE Lanes4 fused(Lanes4 a, Lanes4 b, Lanes4 c) { return _mm256_fmadd_pd(a, b, c); }
+INLINE Lanes4 fusedLess(Lanes4 a, Lanes4 b, Lanes4 c) { return _mm256_fmsub_pd(a, b, c); }
+INLINE Lanes4 fusedFrom(Lanes4 c, Lanes4 a, Lanes4 b) { return _mm256_fnmadd_pd(a, b, c); }
+template <int K>
+INLINE Pack<Lanes4, K> fused(Pack<Lanes4, K> a, Pack<Lanes4, K> b, Pack<Lanes4, K> c) {
+  return makePack<K>([&](int i) INLINED { return fused(a.part[i], b.part[i], c.part[i]); });
+}
+#endif
 
 // The sign bits of the lanes, lane 0 lowest.
 template <class V>

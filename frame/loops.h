@@ -75,6 +75,20 @@ INLINE nuvStatus binaryLoop(const Float64* srcA, const Float64* srcB, Float64* d
   return elementLoop<V, raises>(dst, len, fast, flagged, special, srcA, srcB);
 }
 
+// The same, where an unflagged element alone goes straight to `fast`. The loop has a function of its
+// own: it would otherwise share registers and be laid out worse.
+template <class V, Raises raises, class Fast, class Flagged, class Special>
+[[gnu::noinline, gnu::flatten]] nuvStatus severalElements(const Float64* src, Float64* dst, int64_t len, Fast fast,
+                                                          Flagged flagged, Special special) {
+  return unaryLoop<V, raises>(src, dst, len, fast, flagged, special);
+}
+template <class V, Raises raises, class Fast, class Flagged, class Special>
+INLINE nuvStatus oneOrSeveral(const Float64* src, Float64* dst, int64_t len, Fast fast, Flagged flagged,
+                              Special special) {
+  if (len == 1 && !flagged(*src)) return *dst = fast(*src), nuvStatusOk;
+  return severalElements<V, raises>(src, dst, len, fast, flagged, special);
+}
+
 // The same for functions that make no operation on a block before its test, so that arguments
 // outside the fast range leave no flag but their own: a flagged block goes through the fix lane
 // whole.

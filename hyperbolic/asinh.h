@@ -11,7 +11,7 @@ namespace {
 template <class V>
 INLINE Pair<V> squareAnd1(V a) {
   const V head = masked(a, 0xfffffffff8000000), t = (a - head) * (a + head), q = head * head, s = q + 1.0;
-  const V one = broadcast<V>(1.0), rest = t + (smaller(q, one) - (s - larger(q, one)));
+  const V one = broadcast<V>(1.0), rest = t + (smallerLanes(q, one) - (s - largerLanes(q, one)));
   const V hi = rest + s;
   return {hi, (s - hi) + rest};
 }

@@ -1,5 +1,5 @@
-// atanh(x), level 5. hyperbolic/atanh.h tells the method, hyperbolic/atanh_extended.cpp where its
-// bits come from.
+// atanh(x), level 5, for processors without fused multiply-adds. hyperbolic/atanh.h tells the
+// method, hyperbolic/atanh_extended.cpp where its bits come from.
 //
 // Error: at most 0.697 ulp, near 2^-7, falling to 0.51 at 0.2. The kernel runs in round-to-nearest
 // with subnormals honoured and 64-bit significands, whatever the caller's mode.
@@ -12,7 +12,7 @@
 
 namespace qorvane {
 
-nuvStatus atanhAvx(const Float64* src, Float64* dst, int32_t len) {
+nuvStatus atanhAvxPlain(const Float64* src, Float64* dst, int32_t len) {
   return runKernel<Check::pointersFirst, Mode::clearMode, atanhLoop, X87::fix>(len, src, dst);
 }
 

@@ -18,34 +18,6 @@ struct Pair {
   V hi, lo;
 };
 
-// Of numbers, not NaNs.
-template <class V>
-INLINE V smaller(V a, V b) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return smaller(a.part[i], b.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return _mm_cvtsd_f64(_mm_min_sd(_mm_set_sd(a), _mm_set_sd(b)));
-#ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_min_pd(a, b);
-#endif
-  else
-    return _mm_min_pd(a, b);
-}
-template <class V>
-INLINE V larger(V a, V b) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return larger(a.part[i], b.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return _mm_cvtsd_f64(_mm_max_sd(_mm_set_sd(a), _mm_set_sd(b)));
-#ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_max_pd(a, b);
-#endif
-  else
-    return _mm_max_pd(a, b);
-}
-
 template <class V>
 INLINE V masked(V x, uint64_t kept) {
   return andBits(x, broadcast<V>(fromBits(kept)));

@@ -43,18 +43,27 @@ constexpr auto isFlagged = [](auto y, auto x) INLINED {
   return any(ofY | ofX);
 };
 
+INLINE Float64 element(Float64 y, Float64 x) {
+  return isFlagged(y, x) ? atan2SpecialLane(y, x).value : atan2Core(y, x, intervalOf);
+}
 [[gnu::noinline, gnu::cold]] void eachElement(const Float64* y, const Float64* x, Float64* dst, int64_t count) {
-  for (int64_t i = 0; i < count; ++i)
-    dst[i] = isFlagged(y[i], x[i]) ? atan2SpecialLane(y[i], x[i]).value : atan2Core(y[i], x[i], intervalOf);
+  for (int64_t i = 0; i < count; ++i) dst[i] = element(y[i], x[i]);
+}
+template <class V>
+INLINE void block(V y, V x, const Float64* srcA, const Float64* srcB, Float64* dst, int64_t count) {
+  if (isFlagged(y, x)) [[unlikely]]
+    eachElement(srcA, srcB, dst, count);
+  else
+    put(dst, atan2Core(y, x, intervalOf), count);
 }
 constexpr auto blocks = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
-  for (int64_t i = 0, count; i < len; i += count) {
+  int64_t i = 0;
+  using Eight = Pack<Lanes4, 2>;
+  for (; i + laneCount<Eight> <= len; i += laneCount<Eight>)
+    block(load<Eight>(srcA + i), load<Eight>(srcB + i), srcA + i, srcB + i, dst + i, laneCount<Eight>);
+  for (int64_t count; i < len; i += count) {
     count = len - i < vector ? len - i : vector;
-    const Lanes4 y = loadPart<Lanes4>(srcA + i, count), x = loadPart<Lanes4>(srcB + i, count);
-    if (isFlagged(y, x)) [[unlikely]]
-      eachElement(srcA + i, srcB + i, dst + i, count);
-    else
-      storePart(dst + i, atan2Core(y, x, intervalOf), count);
+    block(loadPart<Lanes4>(srcA + i, count), loadPart<Lanes4>(srcB + i, count), srcA + i, srcB + i, dst + i, count);
   }
   return nuvStatusOk;
 };
@@ -73,6 +82,7 @@ constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* s
 };
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+  if (len == 1) return *dst = element(*srcA, *srcB), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, blocks, srcA, srcB, dst);
 }
 

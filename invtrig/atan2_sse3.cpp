@@ -17,6 +17,7 @@ namespace {
 #include "invtrig/atan_tables.inc"
 
 // Mask of a > b.
+INLINE int above(int a, int b) { return -int{a > b}; }
 INLINE Words4 above(Words4 a, Words4 b) { return a > b; }
 template <int K>
 INLINE Pack<Words4, K> above(Pack<Words4, K> a, Pack<Words4, K> b) {
@@ -45,6 +46,13 @@ INLINE bool isFlagged(V y, V x) {
 }
 constexpr auto groups = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   int64_t i = 0;
+  using Eight = Pack<Lanes2, 4>;  // two groups side by side
+  for (; i + laneCount<Eight> <= len; i += laneCount<Eight>) {
+    const Eight y = load<Eight>(srcA + i), x = load<Eight>(srcB + i);
+    if (isFlagged(y, x)) [[unlikely]]
+      break;
+    store(dst + i, atan2Core(y, x, intervalOf));
+  }
   for (; i + laneCount<Four> <= len; i += laneCount<Four>) {
     const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i);
     if (isFlagged(y, x)) [[unlikely]]
@@ -81,6 +89,7 @@ constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* s
 };
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
+  if (len == 1 && !isFlagged(*srcA, *srcB)) return *dst = atan2Core(*srcA, *srcB, intervalOf), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortestStretch, vector>(len, stretch, groups, srcA, srcB, dst);
 }
 

@@ -11,7 +11,7 @@
 namespace qorvane {
 namespace {
 
-constexpr int64_t longestStretch = 200, shortestStretch = 24, vector = laneCount<Four>;
+constexpr int64_t longestStretch = 200, shortestStretch = 12, vector = laneCount<Four>;
 using Column = Float64[longestStretch];
 
 struct Stages {

@@ -9,6 +9,8 @@ namespace {
 // Whether the lanes are certain of both parts of f(a + ib), parts of their bounds given.
 template <Function function>
 bool isCertain(double a, double b, double ofLog, double ofAngle) {
+  if (a == 0) return toBits(axisParts<function, true>(a, b, ofLog).isCertain) != 0;
+  if (b == 0) return toBits(axisParts<function, false>(a, b, ofLog).isCertain) != 0;
   Point<double> point;
   double share = 0;
   if constexpr (function == Function::atan) {
@@ -119,6 +121,47 @@ TEST(CertifiedInverse, TheBoundsAreOfTheRightSize) {
   }
 }
 
+// The same for strips on an axis, which have formulas of their own: all lengths, both signs of the zero,
+// both sides of the branch points in one vector, and neighbours that only the routine takes.
+TEST(CertifiedInverse, ElementsOnAnAxisHaveTheirExtendedBits) {
+  for (const Subject& subject : subjects) {
+    Random random(6);
+    for (int round = 0; round < 3000; ++round) {
+      std::vector<Complex64> z(1 + static_cast<size_t>(round) % 75);
+      const bool aIsZero = (random() & 1) != 0;
+      const uint64_t kind = random() % 5, rare = random() % 8;
+      for (Complex64& element : z) {
+        double x = uniform(random, -20, 20);
+        if (kind == 1) x = uniform(random, -1, 1);
+        if (kind == 2) x = signedPower(random, -102, 62);
+        if (kind == 3) x = (random() & 1 ? 1 : -1) * (1 + signedPower(random, -52, -1));
+        if (kind == 4) x = signedPower(random, -14, 14);
+        if (random() % 16 < rare) x = special(random);
+        const double zero = (random() & 1) != 0 ? 0.0 : -0.0;
+        element = aIsZero ? pointOf(subject, zero, x) : pointOf(subject, x, zero);
+      }
+      expectElements(subject, z);
+    }
+  }
+}
+TEST(CertifiedInverse, BarelyAndUncertainElementsOnAnAxisHaveTheirExtendedBits) {
+  for (const Subject& subject : subjects)
+    for (const bool aIsZero : {false, true}) {
+      Random random(7);
+      std::vector<Complex64> z;
+      int unsure = 0;
+      for (int i = 0; i < 100000; ++i) {
+        const double size = i % 2 == 0 ? 1 : 20, x = uniform(random, -size, size);
+        const double a = aIsZero ? 0 : x, b = aIsZero ? x : 0;
+        unsure += !subject.certain(a, b, 1, 1);
+        if (!subject.certain(a, b, 1.25, 1.25)) z.push_back(pointOf(subject, a, b));
+      }
+      EXPECT_GT(unsure, 100) << subject.name << (aIsZero ? ", A = 0" : ", B = 0");
+      EXPECT_LT(unsure, 1500) << subject.name << (aIsZero ? ", A = 0" : ", B = 0");
+      expectElements(subject, z);
+    }
+}
+
 TEST(CertifiedInverse, EveryLengthAndNeighbourGivesTheSameBits) {
   for (const Subject& subject : subjects) expectEveryLength(subject, 2, special);
 }
@@ -150,6 +193,19 @@ TEST(CertifiedInverse, LanesRaiseInexactOnly) {
                  {0, high},
                  {high, 0}},
                 FE_INEXACT);
+}
+// As there, on each axis, beside zeros and branch points.
+TEST(CertifiedInverse, LanesOnAnAxisRaiseInexactOnly) {
+  const double high = std::nextafter(0x1p60, 0), nan = std::nan("");
+  for (const Subject& subject : subjects)
+    for (const bool aIsZero : {false, true})
+      for (const double special : {nan, 1e300, HUGE_VAL, 0.0, 0.25, -1.0}) {
+        if (special == -1 && !aIsZero && subject.element == element<Function::atan>) continue;  // a pole
+        std::vector<Complex64> z;
+        for (const double x : {0.5, 0x1p-100, -high, special, 2.0, std::nextafter(1, 0), std::nextafter(1, 2)})
+          z.push_back(aIsZero ? pointOf(subject, -0.0, x) : pointOf(subject, x, 0));
+        expectFlags(subject, z, FE_INEXACT);
+      }
 }
 
 }  // namespace

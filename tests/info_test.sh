@@ -29,7 +29,7 @@ estimates=$(told 'bits from estimates' "$info")
 
 # An address sanitizer has no place in an emulator.
 command -v qemu-x86_64 > /dev/null && ! grep -q __asan_init "$info" || { echo "SKIP: no emulated processors"; exit 0; }
-for processor in 0.qemu64,-sse3 1.qemu64 2.Conroe 3.max,-avx,-sse4.1,-sse4.2 4.Nehalem 5.SandyBridge; do
+for processor in 0.qemu64,-sse3 1.qemu64 2.Conroe 3.max,-avx,-sse4.1,-sse4.2 4.Nehalem 5.SandyBridge 5.max; do
   level=${processor%%.*}
   emulated="qemu-x86_64 -cpu ${processor#*.} $info"
   [ "$(told level $emulated)" = "$level" ] || fail "$processor has level $(told level $emulated)"

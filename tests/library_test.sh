@@ -48,6 +48,14 @@ sys.exit(0 if m and int(m[1], 16) <= value < int(m[1], 16) + int(m[2], 16) else 
 PY
 done
 
+# ... and two kernels of level 5 are chosen by the loader, while it relocates them: those with or without fused multiply-adds.
+chosen=$(readelf -rW "$lib" | awk '/R_X86_64_IRELATIV/ {print $1}')
+[ "$(echo "$chosen" | wc -w)" = 2 ] || fail "the loader doesn't choose two kernels"
+for stem in tan atanh; do
+  table=$(nm -C "$lib" | awk -v name="qorvane::${stem}Kernels" '$3 == name {print $1}')
+  echo "$chosen" | grep -q "$(printf '%x$' $((0x$table + 40)))" || fail "the loader doesn't choose the kernel of $stem"
+done
+
 # A stub is one load of DispatchLevel and one jump through the table; a twin adjusts pointers before that.
 for name in $(grep -v NumThreads "$build/names.exported"); do
   code=$(objdump -d --no-show-raw-insn --disassemble="$name" "$lib" | grep -E '^ +[0-9a-f]+:' | grep -vE 'nop|xchg +%ax,%ax' | sed 's/^[^\t]*\t//')
@@ -62,7 +70,8 @@ for object in $(find "$build/CMakeFiles/qorvane_objects.dir" -name '*.o'); do
   weak=$(nm -C "$object" | grep -E ' [WVu] ' || true)
   [ -z "$weak" ] || fail "$object defines $weak"
   case $object in
-    *_avx.cpp.o) ;;
+    *_fma.cpp.o) ;;
+    *_avx.cpp.o) objdump -d --no-show-raw-insn "$object" | grep -qE '\svfn?m(add|sub)' && fail "$object uses FMA" ;;
     *) objdump -d --no-show-raw-insn "$object" | grep -qE '^ +[0-9a-f]+:\s+v[a-z]+ ' && fail "$object uses AVX" ;;
   esac
 done

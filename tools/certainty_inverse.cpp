@@ -13,12 +13,25 @@ KERNELS(complexAtan);
 namespace certainty {
 namespace {
 
+// Of points on an axis: one part is 0.
+template <Function function, bool aIsZero>
+void takeSharesOfAxis(Float64 a, Float64 b, Float64 expectedAngle, Float64 expectedLog, Counts& counts) {
+  for (int i = 0; i < shareCount; ++i) {
+    const auto p = axisParts<function, aIsZero>(a, b, shares[i]);
+    counts.add(i, toBits(p.isCertain) != 0, p.log == expectedLog && p.angle == expectedAngle);
+  }
+}
 // Of points in the lanes' range.
 template <Function function>
 void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   const Float64 signedA = imaginaryIsA(function) ? z.im : z.re;
   const Float64 a = std::abs(signedA), b = std::abs(imaginaryIsA(function) ? z.re : z.im);
   const auto isServed = [](Float64 x) { return x >= 0x1p-100 && x < 0x1p60; };
+  const Float64 expectedAngle = std::abs(angleIsReal(function) ? expected.re : expected.im);
+  const Float64 expectedLog = std::abs(angleIsReal(function) ? expected.im : expected.re);
+  if (a == 0 && isServed(b)) return takeSharesOfAxis<function, true>(a, b, expectedAngle, expectedLog, counts);
+  if (b == 0 && isServed(a) && a != 1)
+    return takeSharesOfAxis<function, false>(signedA, b, expectedAngle, expectedLog, counts);
   if (!isServed(a) || !isServed(b)) return;
   Point<Float64> point;
   Float64 share = 0;
@@ -28,8 +41,6 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   } else {
     point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
   }
-  const Float64 expectedAngle = std::abs(angleIsReal(function) ? expected.re : expected.im);
-  const Float64 expectedLog = std::abs(angleIsReal(function) ? expected.im : expected.re);
   for (int i = 0; i < shareCount; ++i) {
     const auto log = certainLog<function>(point.e, signedA, shares[i]);
     const auto angle = certainAngle<function>(point.cos, point.sin, signedA, share, shares[i]);
@@ -69,9 +80,21 @@ constexpr Distribution distributions[] = {
      [](Random& r) {
        return Complex64{uniform(r, -20, 20), 0};
      }},
+    {"axis of the cuts, any size",
+     [](Random& r) {
+       return Complex64{signedPower(r, -60, 58), -0.0};
+     }},
+    {"axis of the cuts, next to 1",
+     [](Random& r) {
+       return Complex64{1 + signedPower(r, -52, -2), 0};
+     }},
     {"the other axis",
      [](Random& r) {
        return Complex64{0, uniform(r, -20, 20)};
+     }},
+    {"the other axis, any size",
+     [](Random& r) {
+       return Complex64{-0.0, signedPower(r, -60, 58)};
      }},
 };
 

@@ -30,11 +30,22 @@ constexpr int tanFlaggedHighWord = 0x40ff4000;
 // tan(x) for any x.
 Element tanSpecialLane(Float64 x);
 
-// The x87 stage: the results of a chunk of `count` elements. The x87 unit has 64-bit significands
-// and rounds to nearest.
-nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count);
+// The x87 stage: the results of a chunk of `count` elements, or, where none is flagged, of the pairs
+// with an element whose bit is set; bits from `count` on don't matter. The x87 unit has 64-bit
+// significands and rounds to nearest.
+nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count,
+                       uint64_t set = ~uint64_t{0});
 
 namespace {
+
+// a * b + c where the product is exact, so that it doesn't matter whether it is fused.
+template <class V>
+INLINE V exactProductPlus(Float64 a, V b, V c) {
+#ifdef __FMA__
+  if constexpr (laneCount<PartOf<V>> == 4) return fused(broadcast<V>(a), b, c);
+#endif
+  return a * b + c;
+}
 
 template <class V>
 struct TanRemainder {
@@ -53,10 +64,10 @@ INLINE TanRemainder<V> tanRemainder(V x) {
   const V a = magnitude(x);
   const V shifted = a * twoOverPi + shifter;
   const V k = shifted - shifter;
-  const V t = minusPart1 * k + a;
-  const V p = minusPart2 * k, s = p + t, e = (t - s) + p;
+  const V t = exactProductPlus(minusPart1, k, a);
+  const V s = exactProductPlus(minusPart2, k, t), e = exactProductPlus(minusPart2, k, t - s);
   const V w = part3 * k - e, h = s - w, l = (s - h) - w;
-  const V odd = valueOf<V>(bitsOf(shifted) << 63), flip = xorBits(odd, signOf(x));
+  const V odd = lowestBitAsSign(shifted), flip = xorBits(odd, signOf(x));
   return {xorBits(h, flip), xorBits(l, flip), signMask(odd)};
 }
 

@@ -70,7 +70,7 @@ void single(const TanScratch& scratch, Float64* dst, int c) {
 
 }  // namespace
 
-nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count) {
+nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* dst, int count, uint64_t set) {
   nuvStatus status = nuvStatusOk;
   const auto flagged = [&](int c) { return anyMagnitudeFrom(src[c], tanFlaggedHighWord); };
   int paired = count & ~1;
@@ -81,7 +81,8 @@ nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* d
   }
 
   // One bit a pair, at the even places.
-  const uint64_t all = paired == 0 ? 0 : 0x5555555555555555 >> (tanChunkSize - paired);
+  const uint64_t wanted = set | set >> 1;
+  const uint64_t all = paired == 0 ? 0 : 0x5555555555555555 >> (tanChunkSize - paired) & wanted;
   const uint64_t firstOdd = scratch.odd & all, secondOdd = scratch.odd >> 1 & all;
   pairs<false, false>(scratch, dst, all & ~(firstOdd | secondOdd));
   pairs<true, true>(scratch, dst, firstOdd & secondOdd);
@@ -95,7 +96,7 @@ nuvStatus tanQuotients(const TanScratch& scratch, const Float64* src, Float64* d
   for (; c < count; ++c) {
     if (scratch.anyFlagged && flagged(c))
       takeElement<Raises::yes>(status, dst + c, tanSpecialLane(src[c]));
-    else
+    else if ((wanted >> c & 1) != 0)
       single(scratch, dst, c);
   }
   return status;

@@ -15,6 +15,12 @@
 namespace qorvane {
 namespace {
 
+// An exact sum as a pair.
+template <class V>
+INLINE ShortPair<V> pairOf(Sum<V> x) {
+  const V head = headOf(x.high);
+  return {head, (x.high - head) + x.low};
+}
 // |p| and a mask for p < 0.
 template <class V>
 INLINE ShortPair<V> magnitudeOf(ShortPair<V> p) {
@@ -45,12 +51,17 @@ INLINE V rootOf(V x) {
   else
     return _mm_sqrt_pd(x);
 }
-// sqrt(x) = s + l with a short s: l = (x - s^2) / (2s + l), x - s^2 being exact.
+// sqrt(x) = s + l with a short s: l = (x - s^2) / (2s + l), x - s^2 being exact. `whole` is the root in
+// double precision.
 template <class V>
-INLINE RootPair<V> rootPair(Sum<V> x) {
-  const V whole = rootOf(x.high + x.low), head = headOf(whole), half = 1.0 / (head + whole);
+INLINE RootPair<V> rootPair(Sum<V> x, V whole) {
+  const V head = headOf(whole), half = 1.0 / (head + whole);
   const V rest = ((x.high - head * head) + x.low) * half;
   return {{head, rest}, (half + half) * (1.0 - rest * half)};
+}
+template <class V>
+INLINE RootPair<V> rootPair(Sum<V> x) {
+  return rootPair(x, rootOf(x.high + x.low));
 }
 // q/2 and the parts it is made of.
 template <class V>
@@ -132,10 +143,11 @@ INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
 }
 
 // ln(1 + e) for e > 0: 1 + e = 2^n m with m from 1 - 2^-9 to 2, C = 1/m to 8 bits, z = m C - 1, of which
-// head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e.
+// head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e. n and C are taken for `near`, which is
+// within 2^-40 of 1 + e.
 template <class V>
-INLINE Sum<V> log1pPair(ShortPair<V> e) {
-  const auto word = highWords((e.head + e.rest) + 1.0) + 0x1000;
+INLINE Sum<V> log1pPair(ShortPair<V> e, V near) {
+  const auto word = highWords(near) + 0x1000;
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
   const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
   const V k = factor * row.of[0];
@@ -143,6 +155,10 @@ INLINE Sum<V> log1pPair(ShortPair<V> e) {
   const V z = e.head * k + less.high, head = headOf(z);
   return lnOfRow(n * ln2Hi + row.of[1], n * ln2Lo + row.of[2],
                  ShortPair<V>{head, (z - head) + (e.rest * k + less.low)});
+}
+template <class V>
+INLINE Sum<V> log1pPair(ShortPair<V> e) {
+  return log1pPair(e, (e.head + e.rest) + 1.0);
 }
 
 // Half of the angle of the point (cos, sin) of the unit circle, sin >= 0, plus `quarters` pi/4: with the

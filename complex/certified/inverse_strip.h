@@ -3,30 +3,16 @@
 // number within both errors rounds to it; the others, one element in 70 (of atan one in 25 to 70), go
 // through the routine.
 //
+// Strips that lie on an axis have formulas of their own (complex/certified/inverse_axis.h).
+//
 // A is the magnitude of the part along the function's cuts, B that of the other one. A zero is replaced
 // by 2^-130, which changes no part by more than 2^-77 of it but the one that is a zero itself; that one
 // is put right at the end.
 #pragma once
-#include "complex/certified/inverse_pairs.h"
-#include "complex/certified/strips.h"
+#include "complex/certified/inverse_axis.h"
 
 namespace qorvane {
 namespace {
-
-// Of the results (docs/certainty_inverse.md): logarithm, angles.
-constexpr Float64 boundOfLog = 9.5 * 0x1p-64, boundOfAsin = 8.875 * 0x1p-64, boundOfAcos = 11.25 * 0x1p-64;
-
-// Those of the inverse tangent: its logarithm comes from a series where it is small, and else has an
-// absolute term, from a logarithm next to 1; its angle's error depends on (1 + A^2 + B^2) / |1 - z^2|.
-constexpr Float64 boundOfSeries = 5.375 * 0x1p-64, endOfSeries = 0.00738;
-constexpr Float64 boundAboveOne = 2.75 * 0x1p-64, absoluteAboveOne = 1.28125 * 0x1p-64;  // quotients above 1: a < 0
-constexpr Float64 boundBelowOne = 3.125 * 0x1p-64, absoluteBelowOne = 1.6875 * 0x1p-64;  // and below 1
-constexpr Float64 boundOfTangentAngle = 6.25 * 0x1p-64, boundOfShare = 2 * 0x1p-64;
-
-constexpr bool isAcos(Function function) { return function == Function::acos || function == Function::acosh; }
-// Whether the real part is the angle, and which part is A.
-constexpr bool angleIsReal(Function function) { return function != Function::asinh && function != Function::acosh; }
-constexpr bool imaginaryIsA(Function function) { return function == Function::asinh || function == Function::atan; }
 
 // The arguments with their signs, ln's argument less 1, the point on the unit circle, and the logarithm.
 struct InverseStrip {
@@ -92,40 +78,6 @@ template <Function function, class W, class V>
   });
 }
 
-// The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools. `a`
-// has its sign.
-template <Function function, class V>
-INLINE Certain<V> certainLog(ShortPair<V> e, [[maybe_unused]] V a, Float64 part = 1) {
-  constexpr Float64 factor = function == Function::atan ? 0.25 : 0.5;
-  const auto log = log1pPair(e);
-  const Sum<V> result = {log.high * factor, log.low * factor};
-  if constexpr (function != Function::atan) return certainSum(result, result.high * (boundOfLog * part));
-  const V bySeries = result.high * (boundOfSeries * part);
-  const V isAboveOne = lessLanes(a, broadcast<V>(0.0));
-  const V byLog =
-      result.high * select(isAboveOne, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
-      select(isAboveOne, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part));
-  return certainSum(result, select(lessLanes(result.high, broadcast<V>(endOfSeries)), bySeries, byLog));
-}
-// Half of the angle of (cos, sin); of (-cos, sin) for acos |x|, and pi less that is pi/2 and half of the
-// angle of (cos, sin). `share` is inverseTangentPoint's.
-template <Function function, class V>
-INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, [[maybe_unused]] V share,
-                               Float64 part = 1) {
-  if constexpr (isAcos(function)) {
-    const V flip = signOf(xorBits(a, broadcast<V>(-0.0))), isNegative = lessLanes(a, broadcast<V>(0.0));
-    const ShortPair<V> flipped = {xorBits(cos.head, flip), xorBits(cos.rest, flip)};
-    const auto angle = halfAngle(flipped, sin, andBits(isNegative, broadcast<V>(2.0)));
-    return certainSum(angle, angle.high * (boundOfAcos * part));
-  } else {
-    const auto angle = halfAngle(cos, sin, broadcast<V>(0.0));
-    if constexpr (function == Function::asinh || function == Function::asin)
-      return certainSum(angle, angle.high * (boundOfAsin * part));
-    else
-      return certainSum(angle, angle.high * (share * (boundOfShare * part) + boundOfTangentAngle * part));
-  }
-}
-
 template <Function function, class W, class V>
 [[gnu::noinline]] uint64_t logStage(InverseStrip& s, int count) {
   uint64_t certain = 0;
@@ -143,21 +95,82 @@ template <Function function, class W, class V>
     const U a = load<U>(s.a + i), b = load<U>(s.b + i), log = load<U>(s.log + i);
     const auto angle = certainAngle<function>(loadPair<U>(s.cosHead + i, s.cosRest + i),
                                               loadPair<U>(s.sinHead + i, s.sinRest + i), a, load<U>(s.share + i));
-    Parts<U> parts;
-    if constexpr (function == Function::acos)
-      parts = {angle.value, xorBits(log, signOf(xorBits(b, broadcast<U>(-0.0))))};
-    else if constexpr (function == Function::acosh)
-      parts = {log, orBits(angle.value, signOf(b))};
-    else if constexpr (function == Function::asinh)
-      parts = {orBits(log, signOf(b)), orBits(angle.value, signOf(a))};
-    else if constexpr (function == Function::asin)
-      parts = {orBits(angle.value, signOf(a)), orBits(log, signOf(b))};
-    else
-      parts = {orBits(angle.value, signOf(b)), orBits(log, signOf(a))};
-    storeParts(dst + i, parts);
+    storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
     certain |= signMask(angle.isCertain) << i;
   });
   return ~certain;
+}
+
+// A strip with nothing but zeros in b, or in a.
+template <Function function, bool aIsZero, class W, class V>
+[[gnu::noinline]] uint64_t axisStage(const InverseStrip& s, Complex64* dst, int count) {
+  uint64_t certain = 0;
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const U a = load<U>(s.a + i), b = load<U>(s.b + i);
+    const auto p = axisParts<function, aIsZero>(a, b);
+    storeParts(dst + i, signedParts<function>(p.angle, p.log, a, b));
+    certain |= signMask(p.isCertain) << i;
+  });
+  return ~certain;
+}
+
+// Whether a or b is zero all over a strip, and whether the other one is anywhere outside of what the lanes
+// serve on that axis, or perhaps so.
+struct Axis {
+  bool aIsZero, bIsZero, hasOutside;
+};
+template <class V>
+INLINE Axis axisOf(const InverseStrip& s, int count) {
+  V anyA = broadcast<V>(0.0), anyB = anyA;
+  WordsOf<V> outsideA{}, outsideB{};
+  for (int i = 0; i < count; i += laneCount<V>) {
+    const V a = load<V>(s.a + i), b = load<V>(s.b + i);
+    anyA = orBits(anyA, a), anyB = orBits(anyB, b);
+    outsideA = outsideA | outside<limitOfInverse>(a) | ((highWords(a) & 0x7fffffff) == 0x3ff00000);
+    outsideB = outsideB | outside<limitOfInverse>(b);
+  }
+  const auto isZero = [](V part) INLINED { return !any(((highWords(part) & 0x7fffffff) | lowWords(part)) != 0); };
+  const bool aIsZero = isZero(anyA);
+  return {aIsZero, isZero(anyB), aIsZero ? any(outsideB) : any(outsideA)};
+}
+// An element's result, where the lanes have some of its parts or a zero was replaced.
+template <Function function>
+[[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool hasLog, bool hasAngle, bool hasZero) {
+  if (hasLog && hasAngle) return zeroExactly<function>(result, a);
+  if (hasZero || hasLog == hasAngle) {
+    result = element<function>(imaginaryIsA(function) ? Complex64{b, a} : Complex64{a, b});
+    return;
+  }
+  const auto p = signedParts<function>(hasAngle ? 0 : extendedAngle<function>(a, b),
+                                       hasLog ? 0 : extendedLog<function>(a, b), a, b);
+  (angleIsReal(function) == hasAngle ? result.im : result.re) = angleIsReal(function) == hasAngle ? p.im : p.re;
+}
+
+template <Function function, bool aIsZero, class W, class V>
+[[gnu::noinline]] void evaluateAxis(InverseStrip& s, Complex64* dst, int count, int whole, bool hasOutside) {
+  Float64 saved[stripLength];
+  Float64* const x = aIsZero ? s.b : s.a;
+  uint64_t outside = 0;
+  if (hasOutside) [[unlikely]]
+    for (int i = 0; i < whole; ++i) {
+      saved[i] = x[i];
+      if (isOutside(x[i], limitOfInverse) || toBits(x[i]) << 1 == 0 ||
+          (!aIsZero && toBits(x[i]) << 1 == toBits(1.0) << 1)) {
+        outside |= uint64_t{1} << i;
+        x[i] = 0.5;
+      }
+    }
+  uint64_t left = outside | storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
+                    return axisStage<function, aIsZero, W, V>(s, results, whole);
+                  });
+  left &= allOf(whole);
+  for (; left != 0; left &= left - 1) {
+    const int place = __builtin_ctzll(left), i = placeOf<V>(place);
+    if (i >= count) continue;
+    if ((outside >> place & 1) != 0) x[place] = saved[place];
+    const Float64 a = s.a[place], b = s.b[place];
+    dst[i] = element<function>(imaginaryIsA(function) ? Complex64{b, a} : Complex64{a, b});
+  }
 }
 
 template <Function function, class W, class V>
@@ -174,27 +187,27 @@ template <Function function, class W, class V>
   const Float64 *a = s.a, *b = s.b;
   Float64 savedA[stripLength], savedB[stripLength];
   if (any(isOutsideOrZero)) [[unlikely]] {
+    const Axis axis = axisOf<V>(s, whole);
+    if (axis.bIsZero) return evaluateAxis<function, false, W, V>(s, dst, count, whole, axis.hasOutside);
+    if (axis.aIsZero) return evaluateAxis<function, true, W, V>(s, dst, count, whole, axis.hasOutside);
     __builtin_memcpy(savedA, s.a, static_cast<size_t>(whole) * sizeof *s.a);
     __builtin_memcpy(savedB, s.b, static_cast<size_t>(whole) * sizeof *s.b);
     a = savedA, b = savedB;
     taken = takeOutsideOfInverse(s, whole);
   }
-  uint64_t left = taken.outside;
-  if (left != allOf(whole)) {
+  uint64_t leftLogs = taken.outside, leftAngles = leftLogs;
+  if (taken.outside != allOf(whole)) {
     pointStage<function, W, V>(s, whole);
-    left |= logStage<function, W, V>(s, whole);
-    left |= storeStrip(dst, count, whole,
-                       [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
-    left &= allOf(whole);
+    leftLogs |= logStage<function, W, V>(s, whole);
+    leftAngles |= storeStrip(dst, count, whole,
+                             [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
   }
-  if ((left | taken.zero) == 0) return;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) != 0)
-      dst[i] =
-          element<function>(imaginaryIsA(function) ? Complex64{b[place], a[place]} : Complex64{a[place], b[place]});
-    else if ((taken.zero >> place & 1) != 0)
-      zeroExactly<function>(dst[i], a[place]);
+  for (uint64_t rest = (leftLogs | leftAngles | taken.zero) & allOf(whole); rest != 0; rest &= rest - 1) {
+    const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
+    if (i >= count) continue;
+    const bool hasLog = (leftLogs >> place & 1) == 0, hasAngle = (leftAngles >> place & 1) == 0;
+    const bool hasZero = (taken.zero >> place & 1) != 0;
+    complete<function>(dst[i], a[place], b[place], hasLog, hasAngle, hasZero);
   }
 }
 
