@@ -45,11 +45,9 @@ template <class W, class V>
     left |= storeStrip(dst, count, whole,
                        [&](Complex64* results) INLINED { return log10AngleStage<Pack<V, 4>, V>(s, results, whole); });
   }
-  left &= allOf(whole);
-  if (left == 0) return;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) != 0) dst[i] = element<Function::log10>({x[place], y[place]});
+  for (left &= allOf(whole); left != 0; left &= left - 1) {
+    const int place = __builtin_ctzll(left), i = placeOf<V>(place);  // which is its own inverse
+    if (i < count) dst[i] = element<Function::log10>({x[place], y[place]});
   }
 }
 
