@@ -1,6 +1,8 @@
 // What the tests of the complex functions in lanes share: a subject's results against those of its
 // extended routine, at every level.
 #pragma once
+#include <immintrin.h>
+
 #include <cfenv>
 #include <cmath>
 #include <cstring>

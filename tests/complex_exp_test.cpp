@@ -3,6 +3,8 @@
 #include <cfenv>
 #include <cmath>
 
+#include "complex/exp.h"
+#include "tests/certified_support.h"
 #include "tests/complex_rows.h"
 
 namespace qorvane::test {
@@ -209,6 +211,38 @@ TEST(ComplexExp, SubnormalPartsRaiseUnderflow) {
       evaluate(c.f, c.z, &flags);
       EXPECT_EQ((flags & FE_UNDERFLOW) != 0, c.underflows) << "level " << level << ": " << c.z.re << ", " << c.z.im;
     }
+  }
+}
+
+// Angles from 512 to 100000 go through lanes of their own, whose bits are the routine's.
+TEST(ComplexExp, LargeAnglesHaveTheRoutinesBits) {
+  const Certified exp = {"exp", nuvsExp_64fc_A53, complexExp};
+  Random random(7);
+  std::vector<Complex64> z(40000);
+  for (Complex64& element : z) {
+    element = {uniform(random, -20, 20), std::copysign(uniform(random, 512, 100000), uniform(random, -1, 1))};
+    switch (random() % 8) {
+      case 0: element.re = uniform(random, -512, 512); break;
+      case 1: element.re = signedPower(random, -210, 11); break;
+      case 2: element.re = 0; break;
+      case 3: element.im = signedPower(random, 9, 18); break;
+      case 4: element.im = std::round(uniform(random, 326, 63661)) * 1.5707963267948966; break;
+      default: break;
+    }
+  }
+  expectElements(exp, z);
+  for (size_t length = 1; length < 20; ++length) expectElements(exp, {z.begin() + 10, z.begin() + 10 + length});
+  for (const double edge : {512.0, std::nextafter(100000, 0), 100000.0})
+    expectElements(exp, {{1, edge}, {0x1p-200, -edge}, {0x1p-201, edge}, {std::nextafter(512, 0), edge}, {-512, edge}});
+  expectFlags(exp, {{1, 1000}, {-511, 99999}, {0, -600}, {0x1p-200, 700}, {0x1p-400, 700}}, FE_INEXACT);
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    _mm_setcsr(0x1f80 | 0x4000);
+    Complex64 result;
+    nuvsExp_64fc_A53(&z[0], &result, 1);
+    const Complex64 expected = complexExp(z[0]);
+    _mm_setcsr(0x1f80);
+    EXPECT_EQ(std::memcmp(&result, &expected, sizeof result), 0) << "upward, level " << level;
   }
 }
 

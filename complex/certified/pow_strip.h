@@ -3,6 +3,7 @@
 // ln a, rounded to double precision, its product with b in double precision, and e to that: the logarithm
 // and the exponential are each taken where they are certain, and else come from complexLn and complexExp.
 #pragma once
+#include "complex/certified/exponential.h"
 #include "complex/certified/log_strip.h"
 #include "complex/exp.h"
 #include "complex/ln.h"
@@ -11,8 +12,6 @@
 namespace qorvane {
 namespace {
 
-// Of a part of e^x (cos y + i sin y) (docs/certainty_log.md).
-constexpr Float64 boundOfExponential = 5.25 * 0x1p-64;
 // Powers of numbers on the axes often have angles next to multiples of pi/2.
 constexpr Float64 nearestToSteps = 0x1p-57;
 
@@ -150,10 +149,9 @@ template <class W, class V>
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const auto e = loadPair<U>(s.expHead + i, s.expRest + i);
     const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
-    const auto re = certainProduct(e, cos, signOf(cos.head), boundOfExponential);
-    const auto im = certainProduct(e, sin, signOf(xorBits(sin.head, load<U>(s.y + i))), boundOfExponential);
-    storeParts(dst + i, Parts<U>{re.value, im.value});
-    certain |= signMask(andBits(re.isCertain, im.isCertain)) << i;
+    const auto power = certainExponential(e, sin, cos, load<U>(s.y + i));
+    storeParts(dst + i, power.parts);
+    certain |= signMask(power.isCertain) << i;
   });
   return ~certain;
 }
