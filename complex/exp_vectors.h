@@ -125,7 +125,7 @@ INLINE Parts<V> expOf(Parts<V> z) {
 // Of flagged elements, those whose y is still below 100000, as far as they are certain: as complexExp gives
 // them (docs/certainty_log.md). Returns a mask of them.
 INLINE bool hasLargeAngle(Complex64 z) {
-  constexpr uint32_t toY = 0x40f86a00, fromX = 0x03700000, toX = expFlaggedHighWord;  // |x| from 2^-200 to 512
+  constexpr uint32_t toY = 0x40f86a00, fromX = 0x33700000, toX = expFlaggedHighWord;  // |x| from 2^-200 to 512
   const uint32_t x = highWord(z.re) & 0x7fffffff, y = highWord(z.im) & 0x7fffffff;
   return y - expFlaggedHighWord < toY - expFlaggedHighWord && (x - fromX < toX - fromX || toBits(z.re) << 1 == 0);
 }
