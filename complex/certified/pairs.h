@@ -85,14 +85,14 @@ INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Re
   }
 }
 
+// x = n ln 2 / 64 + r for |x| <= 1024.
 template <class V>
-struct HyperbolicPairs {
-  ShortPair<V> sinh, cosh;
+struct Reduced {
+  WordsOf<V> n;
+  Remainder<V> r;
 };
-// Of x >= 0; in the form for large ones 2^-512 times from 256 up, where squares would overflow, and e^-x
-// is left out.
-template <bool large = false, class V>
-INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+template <class V>
+INLINE Reduced<V> reducedByLn2(V x) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
   constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
   constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
@@ -104,11 +104,20 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);          // 1/24
   constexpr Float64 p2 = 0.5;
   const V s = x * invLn2By64 + shifter, k = s - shifter;
-  const auto n = lowWords(s);
   const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
   const V head = headOf(r), rest = (r0 - head) - r1, q = r * r;
-  const Remainder<V> remainder = {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
+  return {lowWords(s), {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q}};
+}
 
+template <class V>
+struct HyperbolicPairs {
+  ShortPair<V> sinh, cosh;
+};
+// Of x >= 0; in the form for large ones 2^-512 times from 256 up, where squares would overflow, and e^-x
+// is left out.
+template <bool large = false, class V>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+  const auto [n, remainder] = reducedByLn2(x);
   const auto exponent = (n << 14) & 0x7ff00000;
   V up, down;
   if constexpr (large) {
@@ -131,14 +140,27 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
 }
 
+// e^x for |x| < 512. Both rows' parts are one: f = g.
+template <class V>
+INLINE ShortPair<V> exponentialPair(V x) {
+  const Reduced<V> a = reducedByLn2(x);
+  const auto row = twoColumns<V>(hyperbolicRows, (a.n & 63) << 5);
+  const V f = row.first, low = row.second, product = f * a.r.head, v = f + product;
+  const auto pair =
+      shortPair(v, ((f - v) + product) + ((low + low * a.r.head) + (f + low) * ((a.r.p + a.r.t) + a.r.rest)));
+  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000);
+  return {pair.head * scale, pair.rest * scale};
+}
+
 template <class V>
 struct TrigonometricPairs {
   ShortPair<V> sin, cos;
-  V isUnsure;  // a mask: so near a multiple of pi/256 that the remainder isn't good to 2^-75 of itself
+  V isUnsure;  // a mask: the remainder is below `nearest` y, or too small in the form for large numbers
 };
-// Of y >= 0.
+// Of y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large ones to
+// 2^-119 times that multiple's number.
 template <bool large = false, class V>
-INLINE TrigonometricPairs<V> trigonometricPairs(V y) {
+INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
   constexpr Float64 pieces = fromBits(0x40545f306dc9c883);    // 81.48733086305042 = 256 / pi
   constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);       // 0.012271846303065104, 37 bits: n times it is exact
@@ -153,7 +175,6 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y) {
   constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);        // -1/720
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);        // 1/24
   constexpr Float64 p2 = -0.5;
-  constexpr Float64 nearest = 0x1p-45;
   const V s = y * pieces + shifter, n = s - shifter;
   V r, r2;
   if constexpr (large) {

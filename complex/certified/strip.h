@@ -66,17 +66,6 @@ template <Function function>
   return set;
 }
 
-// |x| with the given sign, x being a fast sum's, and the bound of its error relative to it.
-template <class V, class Bound>
-INLINE Certain<V> certainWithSign(Sum<V> x, V sign, Bound bound) {
-  const Certain<V> sum = certainSum(x, x.high * bound);
-  return {orBits(magnitude(sum.value), sign), sum.isCertain};
-}
-template <class V>
-INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64 bound) {
-  const Sum<V> p = product(a, b);
-  return certainWithSign(fastSum(p.high, p.low), sign, bound);
-}
 template <class V>
 INLINE Certain<V> certainPair(ShortPair<V> a, V sign, V bound) {
   return certainWithSign(fastSum(a.head, a.rest), sign, bound);
