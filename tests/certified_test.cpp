@@ -136,7 +136,8 @@ TEST(Certified, LargeAndTinyPartsHaveTheirBitsAndFlags) {
                           std::nextafter(1024, 0),
                           1024,
                           1e5,
-                          1e300};
+                          1e300,
+                          1500};
   const double others[] = {0, -0.0, 1, -1, 2, -2, 1.5707963267948966, 0x1p-100, -200};
   for (const Subject& subject : subjects)
     for (int i = 0; i < 3000; ++i) {
