@@ -10,6 +10,7 @@
 
 #include "complex/extended/ext_exp.h"
 #include "complex/extended/ext_sin_cos.h"
+#include "complex/scalar.h"
 
 namespace qorvane {
 namespace {

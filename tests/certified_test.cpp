@@ -36,6 +36,14 @@ double special(Random& random) {
                            std::nan(""),
                            1e300,
                            500,
+                           -600,
+                           710,
+                           -720,
+                           std::nextafter(1024, 0),
+                           -1024,
+                           5000.5,
+                           std::nextafter(100000, 0),
+                           -100000,
                            1.5707963267948966,
                            3.141592653589793,
                            201.06192982974676,
@@ -58,6 +66,13 @@ TEST(Certified, OrdinaryElementsHaveTheirExtendedBits) {
       z[i] = {uniform(random, -size, size), uniform(random, -size, size)};
       if (i % 7 == 0) z[i].re = signedPower(random, -110, 9);
       if (i % 5 == 0) z[i].im = signedPower(random, -110, 9);
+    }
+    expectElements(subject, z);
+    for (Complex64& element : z) {  // large parts, a third of the trigonometric ones next to a zero
+      element = {uniform(random, -1024, 1024), signedPower(random, 0, 17)};
+      if (random() % 3 == 0)
+        element.im = std::round(uniform(random, -60000, 60000)) * 1.5707963267948966 + signedPower(random, -46, -8);
+      if (isTurned(subject.function)) element = {element.im, element.re};
     }
     expectElements(subject, z);
   }
@@ -100,18 +115,35 @@ TEST(Certified, EveryLengthAndNeighbourGivesTheSameBits) {
   for (const Subject& subject : subjects) expectEveryLength(subject, 20, special);
 }
 
-// From |x| = 256 up tanh's small part is scaled, from 354 up subnormal, from 373 up 0: flags as the routine's.
+// From |x| = 256 up tanh's small part is scaled, from 354 up subnormal, from 373 up 0, and from 709 up sinh
+// and cosh overflow: flags as the routine's.
 // A part below all normal numbers is no zero.
 TEST(Certified, LargeAndTinyPartsHaveTheirBitsAndFlags) {
   Random random(5);
-  const double edges[] = {
-      256, std::nextafter(512, 0), std::nextafter(256, 0), 512, 354.19, 354.2, 354.89, 372.7, 373.1, 0x1p-1074};
+  const double edges[] = {256,
+                          std::nextafter(512, 0),
+                          std::nextafter(256, 0),
+                          512,
+                          354.19,
+                          354.2,
+                          354.89,
+                          372.7,
+                          373.1,
+                          0x1p-1074,
+                          709.78,
+                          710.47,
+                          711,
+                          std::nextafter(1024, 0),
+                          1024,
+                          1e5,
+                          1e300};
   const double others[] = {0, -0.0, 1, -1, 2, -2, 1.5707963267948966, 0x1p-100, -200};
   for (const Subject& subject : subjects)
     for (int i = 0; i < 3000; ++i) {
-      double x = i < 90 ? edges[i / 9] : uniform(random, 256, 512);
+      const int edgeCount = sizeof edges / sizeof *edges * 9;
+      double x = i < edgeCount ? edges[i / 9] : i % 3 == 0 ? uniform(random, 354, 373) : uniform(random, 256, 800);
       if ((i & 1) != 0) x = -x;
-      const double y = i < 90 ? others[i % 9] : uniform(random, -20, 20);
+      const double y = i < edgeCount ? others[i % 9] : signedPower(random, -4, 16);
       const Complex64 z = isTurned(subject.function) ? Complex64{y, x} : Complex64{x, y};
       std::feclearexcept(FE_ALL_EXCEPT);
       const Complex64 expected = subject.element(z);

@@ -22,7 +22,7 @@ mkdir -p "$super/qorvane/CMakeFiles"
 # The code is that of the library by itself: a source of each ending.
 quietly cmake -S "$source" -B "$build/plain" -G "Unix Makefiles" -DQORVANE_DEVELOPMENT=OFF -DQORVANE_EXAMPLES=ON
 code() { objdump -d --no-show-raw-insn "$1/CMakeFiles/qorvane_objects.dir/$2.cpp.o" | tail -n +4; }
-for ending in sse3 ssse3 sse41 avx; do
+for ending in sse3 ssse3 sse41 avx fma; do
   object=$(cd "$source" && find . -name "*_$ending.cpp" -not -path "./build*" -not -path "./tests/*" | sort | head -n 1)
   [ -n "$object" ] || continue
   object=${object#./} object=${object%.cpp}

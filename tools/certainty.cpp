@@ -76,7 +76,7 @@ int main(int argumentCount, char** arguments) {
   if (argumentCount > 2) only = arguments[2];
   if (argumentCount > 3) seed = static_cast<uint64_t>(std::atoll(arguments[3]));
   bool isKnown = false;
-  for (const auto& subjects : {exponentialSubjects(), inverseSubjects(), logSubjects()})
+  for (const auto& subjects : {exponentialSubjects(), inverseSubjects(), logSubjects(), powSubjects()})
     for (const auto& subject : subjects) {
       if (*only != 0 && std::strcmp(only, subject.name) != 0) continue;
       isKnown = true;

@@ -14,28 +14,32 @@ KERNELS(complexTan);
 namespace certainty {
 namespace {
 
-// Of |x| and |y|.
 template <Function function>
 void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   const bool turned = isTurned(function);
   const Float64 x = std::abs(turned ? z.im : z.re), y = std::abs(turned ? z.re : z.im);
-  if (x >= 256 || y >= 256) return;
-  const auto h = hyperbolicPairs(x);
-  const auto t = trigonometricPairs(y);
-  const auto &besideSinh = hasSinhCos(function) ? t.cos : t.sin, &besideCosh = hasSinhCos(function) ? t.sin : t.cos;
-  const auto q = quotients(h.sinh, h.cosh, t.sin, t.cos, t.cos);
+  if (x >= (isQuotient(function) ? 512 : 1024) || y >= 100000) return;
+  const bool isLarge = x >= 256;
+  const auto h = isLarge ? hyperbolicPairs<true>(x) : hyperbolicPairs(x);
+  const auto t = y >= 256 ? trigonometricPairs<true>(y) : trigonometricPairs(y);
+  const auto &besideS = hasSinhCos(function) ? t.cos : t.sin, &besideC = hasSinhCos(function) ? t.sin : t.cos;
+  const auto q = quotients(h.sinh, h.cosh, t.sin, t.cos, besideSinh(isLargeX(x), t.cos));
   const bool sinhIsReal = function == Function::sinh || function == Function::tanh;
   for (int i = 0; i < shareCount; ++i) {
-    const auto s = isQuotient(function) ? certainPair(q.ofSinhCosh, 0.0, q.boundOfSinhCosh() * shares[i])
-                                        : certainProduct(h.sinh, besideSinh, 0.0, boundWithSinh * shares[i]);
-    const auto c = isQuotient(function) ? certainPair(q.ofSinCos, 0.0, q.boundOfSinCos() * shares[i])
-                                        : certainProduct(h.cosh, besideCosh, 0.0, boundWithCosh * shares[i]);
-    counts.add(i, toBits(s.isCertain) != 0 && toBits(c.isCertain) != 0 && toBits(t.isUnsure) == 0,
+    auto s = isQuotient(function) ? certainPair(q.ofSinhCosh, 0.0, q.boundOfSinhCosh() * shares[i])
+                                  : certainProduct(h.sinh, besideS, 0.0, boundWithSinh * shares[i]);
+    auto c = isQuotient(function) ? certainScaled(isLargeX(x), q.ofSinCos, 0.0, q.boundOfSinCos() * shares[i])
+                                  : certainProduct(h.cosh, besideC, 0.0, boundWithCosh * shares[i]);
+    bool isSure = toBits(s.isCertain) != 0 && toBits(c.isCertain) != 0 && toBits(t.isUnsure) == 0;
+    if (isLarge && isQuotient(function)) isSure &= scaleBack(c.value, y == 0);
+    if (isLarge && !isQuotient(function)) s.value *= 0x1p512, c.value *= 0x1p512;
+    counts.add(i, isSure,
                s.value == std::abs(sinhIsReal ? expected.re : expected.im) &&
                    c.value == std::abs(sinhIsReal ? expected.im : expected.re));
   }
 }
 
+// The hyperbolic functions' part is the first one.
 template <double part(Random&)>
 Complex64 bothParts(Random& random) {
   const double re = part(random);
@@ -57,19 +61,31 @@ constexpr Distribution distributions[] = {
     {"parts within 512", bothParts<within<512>>},
     {"parts of any size", bothParts<ofAnySize>},
     {"next to steps", bothParts<nextToSteps>},
-    {"real axis",
+    {"trigonometric part 0",
      [](Random& random) {
        return Complex64{uniform(random, -20, 20), 0};
      }},
-    {"imaginary axis",
+    {"hyperbolic part 0",
      [](Random& random) {
        return Complex64{0, uniform(random, -20, 20)};
+     }},
+    {"hyperbolic part large",
+     [](Random& random) {
+       return Complex64{uniform(random, 256, 712), uniform(random, -20, 20)};
+     }},
+    {"hyperbolic part from 354 to 373",
+     [](Random& random) {
+       return Complex64{uniform(random, -373, -354), uniform(random, -20, 20)};
+     }},
+    {"trigonometric part large",
+     [](Random& random) {
+       return Complex64{uniform(random, -20, 20), signedPower(random, 8, 17)};
      }},
 };
 
 template <Function function>
 constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx) {
-  return {name, element<function>, takeShares<function>, false, sse3, avx, distributions};
+  return {name, element<function>, takeShares<function>, isTurned(function), sse3, avx, distributions};
 }
 constexpr Subject subjects[] = {
     subject<Function::sinh>("sinh", complexSinhSse3, complexSinhAvx),

@@ -13,7 +13,7 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   const auto parts = bySize(z.re, z.im);
   for (int i = 0; i < shareCount; ++i) {
     auto log = certainLog<Base::ten>(parts, shares[i]);
-    if (toBits(log.isNearCircle) != 0) log = certainLogNearCircle<Base::ten>(parts, shares[i]);
+    if (toBits(log.isNearCircle) != 0) log.log = certainLogNearCircle<Base::ten>(parts, shares[i]);
     bool isSure = toBits(log.log.isCertain) != 0;
     Float64 re = log.log.value, im = 0;
     if (z.re == 0 || z.im == 0) {

@@ -25,6 +25,10 @@ template <class V>
 
 template <class W, class V>
 [[gnu::noinline]] void evaluateLog10Strip(const Complex64* src, Complex64* dst, int count) {
+  if (count == 1) {  // a vector for one element takes longer than the routine
+    *dst = element<Function::log10>(*src);
+    return;
+  }
   LogStrip s;
   WordsOf<V> isOutsideOrZero{};
   const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
@@ -45,11 +49,9 @@ template <class W, class V>
     left |= storeStrip(dst, count, whole,
                        [&](Complex64* results) INLINED { return log10AngleStage<Pack<V, 4>, V>(s, results, whole); });
   }
-  left &= allOf(whole);
-  if (left == 0) return;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) != 0) dst[i] = element<Function::log10>({x[place], y[place]});
+  for (left &= allOf(whole); left != 0; left &= left - 1) {
+    const int place = __builtin_ctzll(left), i = placeOf<V>(place);  // which is its own inverse
+    if (i < count) dst[i] = element<Function::log10>({x[place], y[place]});
   }
 }
 

@@ -66,13 +66,14 @@ INLINE Sum<V> squaredModulus(BySize<V> z) {
 template <bool isExact, class V>
 INLINE Sum<V> lnPair(Sum<V> x) {
   constexpr Float64 upper21 = fromBits(0xffffffff00000000);  // a mask
+  constexpr Float64 smallest = 0x1p-120;                     // so that no power of z is subnormal
   const auto word = highWords(x.high) + 0x1000;
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
   const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
   const V k = factor * row.of[0], base = n * ln2Hi + row.of[1], baseRest = n * ln2Lo + row.of[2];
   const V head = isExact ? headOf(x.high) : andBits(x.high, broadcast<V>(upper21));
   const V z = head * k - 1.0, rest = ((x.high - head) + x.low) * k;
-  if constexpr (!isExact) return lnOfRow(base, baseRest, ShortPair<V>{z, rest});
+  if constexpr (!isExact) return lnOfRow(base, baseRest, ShortPair<V>{z, rest + smallest});
   const Sum<V> sum = fastSum(z, rest);
   return lnOfRow(base, baseRest, splitSum(sum));
 }

@@ -19,14 +19,19 @@ constexpr Float64 log10Rest = fromBits(0xbe26c8d78e6acaa4);  // -2.6524694553078
 constexpr LogBounds lnBounds = {3 * 0x1p-64, 1.8125 * 0x1p-64, 3.1875 * 0x1p-64, 1.03125 * 0x1p-64, 4.25 * 0x1p-64};
 constexpr LogBounds log10Bounds = {4.25 * 0x1p-64, 0.7875 * 0x1p-64, 4.4375 * 0x1p-64, 2.28125 * 0x1p-64,
                                    1.875 * 0x1p-64};
-// N is good to 2^-76 by itself, N - 1 from its exact terms to 2^-128; the ends of these ranges of |N - 1|.
+// N is good to 2^-75 by itself, N - 1 from its exact terms to 2^-127; the ends of their ranges, of R = |ln |z||
+// and of |N - 1|. Where R is below its end, |N - 1| is below 0.0299.
 constexpr Float64 absoluteOfNorm = 0x1p-75, absoluteOfLess = 0x1p-127;
-constexpr Float64 endOfCircle = 0.0299, endOfLess = 0x1p-9;
+constexpr Float64 endOfCircle = 0.0147, endOfLess = 0x1p-9;
 
 // Which logarithm: times log10 e, or as it is.
 enum class Base { e, ten };
 template <Base base>
 constexpr const LogBounds& logBounds = base == Base::ten ? log10Bounds : lnBounds;
+template <Base base>
+constexpr Float64 toBase(Float64 ln) {
+  return base == Base::ten ? ln * log10OfE : ln;
+}
 // That many times x, to the base.
 template <Base base, class V>
 INLINE Sum<V> toBase(Sum<V> x, Float64 times) {
@@ -43,31 +48,22 @@ struct CertainLog {
   V isNearCircle;
 };
 template <Base base, class V>
-INLINE Certain<V> certainHalf(Sum<V> ln, Float64 bound, V absolute) {
-  const auto log = toBase<base>(ln, 0.5);
-  return certainSum(log, magnitude(log.high) * bound + absolute);
-}
-template <class V>
-INLINE V distanceToCircle(Sum<V> norm) {
-  return magnitude(norm.high - 1.0);
-}
-template <Base base, class V>
 INLINE CertainLog<V> certainLog(BySize<V> z, Float64 part = 1) {
   constexpr const LogBounds& bounds = logBounds<base>;
-  const auto norm = squaredModulus(z);
-  return {certainHalf<base>(lnPair<false>(norm), bounds.ofLog * part, broadcast<V>(bounds.absolute * part)),
-          lessLanes(distanceToCircle(norm), broadcast<V>(endOfCircle))};
+  const auto log = toBase<base>(lnPair<false>(squaredModulus(z)), 0.5);
+  const V size = magnitude(log.high), isNear = lessLanes(size, broadcast<V>(endOfCircle * toBase<base>(1.0)));
+  return {certainSum(log, size * (bounds.ofLog * part) + bounds.absolute * part), isNear};
 }
 // Nothing is lost in N - 1 where the larger part is 1.
 template <Base base, class V>
-INLINE CertainLog<V> certainLogNearCircle(BySize<V> z, Float64 part = 1) {
+INLINE Certain<V> certainLogNearCircle(BySize<V> z, Float64 part = 1) {
   const auto norm = squaredModulus(z), byNorm = lnPair<true>(norm), byLess = lnNextToCircle(z);
-  const V distance = distanceToCircle(norm), isNext = lessLanes(distance, broadcast<V>(endOfLess));
+  const V isNext = lessLanes(magnitude(norm.high - 1.0), broadcast<V>(endOfLess));
   const V absolute = select(isNext, broadcast<V>(absoluteOfLess * part), broadcast<V>(absoluteOfNorm * part));
-  const Sum<V> ln = {select(isNext, byLess.high, byNorm.high), select(isNext, byLess.low, byNorm.low)};
-  return {certainHalf<base>(ln, logBounds<base>.ofLogByLess * part,
-                            withoutBits(absolute, equalLanes(z.larger, broadcast<V>(1.0)))),
-          lessLanes(distance, broadcast<V>(endOfCircle))};
+  const auto log =
+      toBase<base>(Sum<V>{select(isNext, byLess.high, byNorm.high), select(isNext, byLess.low, byNorm.low)}, 0.5);
+  return certainSum(log, magnitude(log.high) * (logBounds<base>.ofLogByLess * part) +
+                             withoutBits(absolute, equalLanes(z.larger, broadcast<V>(1.0))));
 }
 // The angle's magnitude.
 template <Base base, class V>
@@ -92,7 +88,7 @@ INLINE CertainAxis<V> certainOnAxis(V x, V y, Float64 part = 1) {
       fromBits(base == Base::ten ? 0xbc83c4a373b7fc66 : 0x3c91a62633145c07);  // makes it inexact
   const V zero = broadcast<V>(0.0), larger = largerLanes(magnitude(x), magnitude(y));
   const auto log = toBase<base>(lnPair<true>(Sum<V>{larger, zero}), 1);
-  const V isNear = lessLanes(magnitude(larger - 1.0), broadcast<V>(endOfCircle / 2 - 0x1p-12));
+  const V isNear = lessLanes(magnitude(larger - 1.0), broadcast<V>(endOfCircle));
   const V absolute = withoutBits(broadcast<V>(bounds.absolute * part), isNear);
   const V quarters = select(equalLanes(x, zero), broadcast<V>(1.0), andBits(lessLanes(x, zero), broadcast<V>(2.0)));
   return {certainSum(log, magnitude(log.high) * (bounds.ofLogByLess * part) + absolute),
@@ -172,9 +168,15 @@ template <Base base, class V>
   uint64_t certain = 0;
   for (int i = 0; i < count; i += laneCount<V>) {
     if ((elements >> i & allOf(laneCount<V>)) == 0) continue;
-    const auto log = certainLogNearCircle<base>(bySize(load<V>(s.x + i), load<V>(s.y + i)));
-    store(s.log + i, select(log.isNearCircle, log.log.value, load<V>(s.log + i)));
-    certain |= signMask(log.log.isCertain) << i;
+    const auto parts = bySize(load<V>(s.x + i), load<V>(s.y + i));
+    const V two = broadcast<V>(2.0);  // the other elements, so that nothing overflows
+    const auto log =
+        certainLogNearCircle<base>(BySize<V>{smallerLanes(parts.larger, two), smallerLanes(parts.smaller, two)});
+    Float64 values[laneCount<V>];
+    store(values, log.value);
+    for (int lane = 0; lane < laneCount<V>; ++lane)
+      if ((elements >> (i + lane) & 1) != 0) s.log[i + lane] = values[lane];
+    certain |= signMask(log.isCertain) << i;
   }
   return elements & ~certain;
 }

@@ -8,7 +8,8 @@
 // all else is below 2^-14 of the result and made in plain double precision.
 //
 // Error: at most 0.62 * 2^-64 of sinh x, 0.25 of cosh x, 0.79 of sin y and cos y, for x and y that are 0
-// or from 2^-100 up to 256, x up to 512 (docs/certainty.md has the proof).
+// or from 2^-100 up to 256; in the forms for large numbers x up to 1024, y up to 100000 (docs/certainty.md
+// has the proof).
 #pragma once
 #include "complex/certified/tables.h"
 #include "complex/pairs.h"
@@ -84,13 +85,14 @@ INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Re
   }
 }
 
+// x = n ln 2 / 64 + r for |x| <= 1024.
 template <class V>
-struct HyperbolicPairs {
-  ShortPair<V> sinh, cosh;
+struct Reduced {
+  WordsOf<V> n;
+  Remainder<V> r;
 };
-// Of x >= 0.
 template <class V>
-INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+INLINE Reduced<V> reducedByLn2(V x) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
   constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
   constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
@@ -102,13 +104,29 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);          // 1/24
   constexpr Float64 p2 = 0.5;
   const V s = x * invLn2By64 + shifter, k = s - shifter;
-  const auto n = lowWords(s);
   const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
   const V head = headOf(r), rest = (r0 - head) - r1, q = r * r;
-  const Remainder<V> remainder = {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
+  return {lowWords(s), {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q}};
+}
 
+template <class V>
+struct HyperbolicPairs {
+  ShortPair<V> sinh, cosh;
+};
+// Of x >= 0; in the form for large ones 2^-512 times from 256 up, where squares would overflow, and e^-x
+// is left out.
+template <bool large = false, class V>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+  const auto [n, remainder] = reducedByLn2(x);
   const auto exponent = (n << 14) & 0x7ff00000;
-  const V up = fromHighWords<V>(exponent + 0x3fe00000), down = fromHighWords<V>(0x3fe00000 - exponent);
+  V up, down;
+  if constexpr (large) {
+    const auto isSmall = 0x40700000 > highWords(x);
+    up = fromHighWords<V>(exponent + 0x1fe00000 + (isSmall & 0x20000000));
+    down = fromHighWords<V>((0x3fe00000 - exponent) & isSmall);
+  } else {
+    up = fromHighWords<V>(exponent + 0x3fe00000), down = fromHighWords<V>(0x3fe00000 - exponent);
+  }
   const auto row = columns<4, V>(hyperbolicRows, (n & 63) << 5);
   const V rising = row.of[0] * up, risingRest = row.of[1] * up;
   const V falling = row.of[2] * down, fallingRest = row.of[3] * down;
@@ -122,36 +140,58 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
 }
 
+// e^x for |x| < 512. Both rows' parts are one: f = g.
+template <class V>
+INLINE ShortPair<V> exponentialPair(V x) {
+  const Reduced<V> a = reducedByLn2(x);
+  const auto row = twoColumns<V>(hyperbolicRows, (a.n & 63) << 5);
+  const V f = row.first, low = row.second, product = f * a.r.head, v = f + product;
+  const auto pair =
+      shortPair(v, ((f - v) + product) + ((low + low * a.r.head) + (f + low) * ((a.r.p + a.r.t) + a.r.rest)));
+  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000);
+  return {pair.head * scale, pair.rest * scale};
+}
+
 template <class V>
 struct TrigonometricPairs {
   ShortPair<V> sin, cos;
-  V isUnsure;  // a mask: so near a multiple of pi/256 that the remainder isn't good to 2^-75 of itself
+  V isUnsure;  // a mask: the remainder is below `nearest` y, or too small in the form for large numbers
 };
-// Of y >= 0.
-template <class V>
-INLINE TrigonometricPairs<V> trigonometricPairs(V y) {
-  constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
-  constexpr Float64 pieces = fromBits(0x40545f306dc9c883);   // 81.48733086305042 = 256 / pi
-  constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);      // 0.012271846303065104, 37 bits: n times it is exact
-  constexpr Float64 pi2 = fromBits(0x3d168c234c4c0000);      // 2.0026126184249655e-14, likewise
-  constexpr Float64 pi3 = fromBits(0x3ab98a2e03707345);      // 8.252343021083928e-26
-  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);       // -1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);       // 1/120
-  constexpr Float64 t3 = fromBits(0xbfc5555555555555);       // -1/6
-  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);       // -1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);       // 1/24
+// Of y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large ones to
+// 2^-119 times that multiple's number.
+template <bool large = false, class V>
+INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) {
+  constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
+  constexpr Float64 pieces = fromBits(0x40545f306dc9c883);    // 81.48733086305042 = 256 / pi
+  constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);       // 0.012271846303065104, 37 bits: n times it is exact
+  constexpr Float64 pi2 = fromBits(0x3d168c234c4c0000);       // 2.0026126184249655e-14, likewise
+  constexpr Float64 pi3 = fromBits(0x3ab98a2e03707345);       // 8.252343021083928e-26
+  constexpr Float64 pi1Large = fromBits(0x3f8921fb54000000);  // 0.012271846295334399, 30 bits: n up to 2^23
+  constexpr Float64 pi2Large = fromBits(0x3da10b4611800000);  // 7.750731087215017e-12, likewise
+  constexpr Float64 pi3Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
+  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);        // -1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);        // 1/120
+  constexpr Float64 t3 = fromBits(0xbfc5555555555555);        // -1/6
+  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);        // -1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);        // 1/24
   constexpr Float64 p2 = -0.5;
-  constexpr Float64 nearest = 0x1p-45;
   const V s = y * pieces + shifter, n = s - shifter;
-  const V r0 = y - n * pi1, r1 = n * pi2, r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
+  V r, r2;
+  if constexpr (large) {
+    const V r0 = y - n * pi1Large, r1 = n * pi2Large, a = r0 - r1, b = n * pi3Large - ((r0 - a) - r1);
+    r = a - b, r2 = (a - r) - b;
+  } else {
+    const V r0 = y - n * pi1, r1 = n * pi2;
+    r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
+  }
   const V head = headOf(r), q = r * r;
-  const Remainder<V> remainder = {head, (r - head) + r2, (((t7 * q + t5) * q + t3) * q) * r,
-                                  ((p6 * q + p4) * q + p2) * q};
+  const Remainder<V> parts = {head, (r - head) + r2, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
 
   const auto row = columns<4, V>(trigonometricRows, (lowWords(s) & 511) << 5);
   const auto number = [](V head26, V low) INLINED { return RowNumber<V>{head26, low, head26 + low, head26, low}; };
   const RowNumber<V> sin = number(row.of[0], row.of[1]), cos = number(row.of[2], row.of[3]);
-  return {added<false>(sin, cos, remainder), added<true>(cos, sin, remainder), lessLanes(magnitude(r), y * nearest)};
+  return {added<false>(sin, cos, parts), added<true>(cos, sin, parts),
+          lessLanes(magnitude(r), large ? n * 0x1p-44 : y * nearest)};
 }
 
 }  // namespace

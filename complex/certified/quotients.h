@@ -6,6 +6,7 @@
 // Error beside that of the four functions: at most 0.005 * 2^-64 (docs/certainty.md has the proof).
 #pragma once
 #include "complex/certified/pairs.h"
+#include "complex/certified/strips.h"
 #include "frame/raise_fp_status.h"
 
 namespace qorvane {
@@ -31,31 +32,35 @@ INLINE Quotients<V> quotients(ShortPair<V> sinh, ShortPair<V> cosh, ShortPair<V>
           sinh2.high * reciprocal, cos2.high * reciprocal};
 }
 
-// From 256 up sinh x and cosh x come 2^-512 times, so that their squares don't overflow, and the cosine
-// beside them is left out: it is below 2^-738 of them. sin y cos y / d is then 2^1024 times too large.
+// From 256 up, where sinh x and cosh x come 2^-512 times, the cosine beside them is left out: it is below
+// 2^-738 of them. sin y cos y / d is then 2^1024 times too large: below 4 it is that of a subnormal number,
+// and rounded where this one ends.
 template <class V>
-struct Scaled {
-  ShortPair<V> sinh, cosh, cos;
-};
+INLINE ShortPair<V> besideSinh(V isLarge, ShortPair<V> cos) {
+  return {withoutBits(cos.head, isLarge), withoutBits(cos.rest, isLarge)};
+}
 template <class V>
-INLINE Scaled<V> scaledDown(V x, ShortPair<V> sinh, ShortPair<V> cosh, ShortPair<V> cos) {
-  const V isSmall = lessLanes(magnitude(x), broadcast<V>(256.0));
-  const V factor = select(isSmall, broadcast<V>(1.0), broadcast<V>(0x1p-512));
-  return {{sinh.head * factor, sinh.rest * factor},
-          {cosh.head * factor, cosh.rest * factor},
-          {andBits(cos.head, isSmall), andBits(cos.rest, isSmall)}};
+INLINE Certain<V> certainScaled(V isLarge, ShortPair<V> a, V sign, V bound) {
+  const V flip = signOf(a.head);
+  const Sum<V> x = fastSum(xorBits(a.head, flip), xorBits(a.rest, flip));
+  const V four = broadcast<V>(4.0), base = andBits(andBits(isLarge, lessLanes(x.high, four)), four);
+  const Sum<V> shifted = fastSum(base, x.high);
+  const Certain<V> sum = certainSum(Sum<V>{shifted.high, shifted.low + x.low}, x.high * bound);
+  return {orBits(sum.value - base, sign), sum.isCertain};
 }
 
-// For |x| from 256 up: the quotient as it is; whether this could be done here. Subnormal results can't.
-INLINE bool scaleBack(Float64& part) {
-  const uint64_t sign = toBits(part) & uint64_t{1} << 63, magnitude = toBits(part) ^ sign;
-  if (magnitude > toBits(4.0)) {
+// For |x| from 256 up: the quotient as it is; whether this could be done here. At 4, where normal numbers
+// begin, it can't. A y of 0 has an exact 0.
+INLINE bool scaleBack(Float64& part, bool isExact) {
+  const uint64_t sign = toBits(part) & uint64_t{1} << 63;
+  const Float64 magnitude = fromBits(toBits(part) ^ sign);
+  if (magnitude > 4) {
     part = fromBits(toBits(part) - (uint64_t{1024} << 52));
     return true;
   }
-  if (magnitude >= toBits(0x1p-52)) return false;
-  if (magnitude != 0) discard(opaque(0x1p-1022) * 0x1p-1022);  // underflow
-  part = fromBits(sign);
+  if (magnitude == 4) return false;
+  if (!isExact) discard(opaque(0x1p-1022) * 0x1p-1022);  // underflow
+  part = fromBits(sign | static_cast<uint64_t>(magnitude * 0x1p50));
   return true;
 }
 

@@ -22,9 +22,11 @@ struct Strip {
   alignas(32) Float64 sinHead[stripLength], sinRest[stripLength], cosHead[stripLength], cosRest[stripLength];
 };
 
-// The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256, and in quotients |x| < 512. Zeros
-// and these are outside at first.
-constexpr uint32_t limitHighWord = 0x40700000, limitOfQuotients = 0x40800000;
+// The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256; in strips with larger ones
+// |x| < 1024, in quotients all numbers, and |y| < 100000. Zeros and these are outside at first.
+constexpr uint32_t limitHighWord = 0x40700000, limitOfLargeX = 0x40900000, limitOfLargeY = 0x40f86a00;
+// From 512 up quotients are those of 500: 1, and a zero that isn't exact.
+constexpr uint32_t limitOfQuotients = 0x40800000, infinityHighWord = 0x7ff00000;
 
 // Whether the lanes serve the whole strip, zeros and all; the functions with a cosine of 0 have the exact
 // value 1 there, and don't.
@@ -41,62 +43,58 @@ INLINE bool hasZerosOnly(const Strip& s, int count) {
   return !any(isOther);
 }
 
-// Masks of the elements outside, which become 0, and of those with |x| from 256 up that don't.
+// Masks of the elements outside, which become 0, and of those with |x| and |y| from 256 up that don't.
 struct OutsideMasks {
-  uint64_t outside, large;
+  uint64_t outside, largeX, largeY;
 };
 template <Function function>
-[[gnu::noinline]] OutsideMasks takeOutside(Strip& s, int count) {
-  OutsideMasks set = {0, 0};
+[[gnu::noinline]] OutsideMasks takeOutside(Strip& s, Float64* savedX, Float64* savedY, int count) {
+  OutsideMasks set = {0, 0, 0};
   for (int i = 0; i < count; ++i) {
+    savedX[i] = s.x[i], savedY[i] = s.y[i];
     const bool isExact = !hasSinhCos(function) && toBits(s.x[i]) << 1 == 0 && toBits(s.y[i]) << 1 == 0;
-    constexpr uint32_t limitOfX = isQuotient(function) ? limitOfQuotients : limitHighWord;
-    if (isOutside(s.x[i], limitOfX) || isOutside(s.y[i], limitHighWord) || isExact) {
+    constexpr uint32_t limitOfX = isQuotient(function) ? infinityHighWord : limitOfLargeX;
+    if (isOutside(s.x[i], limitOfX) || isOutside(s.y[i], limitOfLargeY) || isExact) {
       set.outside |= uint64_t{1} << i;
       s.x[i] = s.y[i] = 0;
-    } else if (isOutside(s.x[i], limitHighWord)) {
-      set.large |= uint64_t{1} << i;
+    } else {
+      if (isQuotient(function) && isOutside(s.x[i], limitOfQuotients)) s.x[i] = s.x[i] < 0 ? -500 : 500;
+      set.largeX |= static_cast<uint64_t>(isOutside(s.x[i], limitHighWord)) << i;
+      set.largeY |= static_cast<uint64_t>(isOutside(s.y[i], limitHighWord)) << i;
     }
   }
   return set;
 }
 
-// |x| with the given sign, x being a fast sum's, and the bound of its error relative to it.
-template <class V, class Bound>
-INLINE Certain<V> certainWithSign(Sum<V> x, V sign, Bound bound) {
-  const Certain<V> sum = certainSum(x, x.high * bound);
-  return {orBits(magnitude(sum.value), sign), sum.isCertain};
-}
-template <class V>
-INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64 bound) {
-  const Sum<V> p = product(a, b);
-  return certainWithSign(fastSum(p.high, p.low), sign, bound);
-}
 template <class V>
 INLINE Certain<V> certainPair(ShortPair<V> a, V sign, V bound) {
   return certainWithSign(fastSum(a.head, a.rest), sign, bound);
 }
 
-template <class W, class V>
+template <bool hasLarge, class W, class V>
 [[gnu::noinline]] void hyperbolicStage(Strip& s, int count) {
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto h = hyperbolicPairs(magnitude(load<U>(s.x + i)));
+    const auto h = hyperbolicPairs<hasLarge>(magnitude(load<U>(s.x + i)));
     store(s.sinhHead + i, h.sinh.head), store(s.sinhRest + i, h.sinh.rest);
     store(s.coshHead + i, h.cosh.head), store(s.coshRest + i, h.cosh.rest);
   });
 }
-template <class W, class V>
+template <bool hasLarge, class W, class V>
 [[gnu::noinline]] uint64_t trigonometricStage(Strip& s, int count) {
   uint64_t unsure = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto t = trigonometricPairs(magnitude(load<U>(s.y + i)));
+    const auto t = trigonometricPairs<hasLarge>(magnitude(load<U>(s.y + i)));
     store(s.sinHead + i, t.sin.head), store(s.sinRest + i, t.sin.rest);
     store(s.cosHead + i, t.cos.head), store(s.cosRest + i, t.cos.rest);
     unsure |= signMask(t.isUnsure) << i;
   });
   return unsure;
 }
-template <Function function, class W, class V>
+template <class V>
+INLINE V isLargeX(V x) {
+  return lessLanes(broadcast<V>(0x1.fffffffffffffp7), magnitude(x));
+}
+template <Function function, bool hasLarge, class W, class V>
 [[gnu::noinline]] uint64_t productStage(const Strip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
@@ -112,6 +110,11 @@ template <Function function, class W, class V>
       withSinh = certainProduct(sinh, sin, xorBits(signOfSin, signOf(x)), boundWithSinh);
       withCosh = certainProduct(cosh, cos, signOfCos, boundWithCosh);
     }
+    if constexpr (hasLarge) {  // what is certain overflows where the result does
+      const U scale = select(isLargeX(x), broadcast<U>(0x1p512), broadcast<U>(1.0));
+      withSinh.value = andBits(withSinh.value, withSinh.isCertain) * scale;
+      withCosh.value = andBits(withCosh.value, withCosh.isCertain) * scale;
+    }
     if constexpr (function == Function::cos) withSinh.value = xorBits(withSinh.value, broadcast<U>(-0.0));
     storeParts(dst + i, function == Function::sinh ? Parts<U>{withSinh.value, withCosh.value}
                                                    : Parts<U>{withCosh.value, withSinh.value});
@@ -125,13 +128,13 @@ template <Function function, bool hasLarge, class W, class V>
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
-    Scaled<U> p = {loadPair<U>(s.sinhHead + i, s.sinhRest + i), loadPair<U>(s.coshHead + i, s.coshRest + i), cos};
-    const U x = load<U>(s.x + i), y = load<U>(s.y + i);
-    if constexpr (hasLarge) p = scaledDown(x, p.sinh, p.cosh, cos);
-    const Quotients<U> q = quotients(p.sinh, p.cosh, sin, cos, p.cos);
+    const auto sinh = loadPair<U>(s.sinhHead + i, s.sinhRest + i), cosh = loadPair<U>(s.coshHead + i, s.coshRest + i);
+    const U x = load<U>(s.x + i), y = load<U>(s.y + i), isLarge = isLargeX(x);
+    const Quotients<U> q = quotients(sinh, cosh, sin, cos, hasLarge ? besideSinh(isLarge, cos) : cos);
     const Certain<U> ofSinhCosh = certainPair(q.ofSinhCosh, signOf(x), q.boundOfSinhCosh());
-    const Certain<U> ofSinCos =
-        certainPair(q.ofSinCos, signOf(xorBits(xorBits(sin.head, cos.head), y)), q.boundOfSinCos());
+    const U sign = signOf(xorBits(xorBits(sin.head, cos.head), y));
+    const Certain<U> ofSinCos = hasLarge ? certainScaled(isLarge, q.ofSinCos, sign, q.boundOfSinCos())
+                                         : certainPair(q.ofSinCos, sign, q.boundOfSinCos());
     storeParts(dst + i, function == Function::tanh ? Parts<U>{ofSinhCosh.value, ofSinCos.value}
                                                    : Parts<U>{ofSinCos.value, ofSinhCosh.value});
     certain |= signMask(andBits(ofSinhCosh.isCertain, ofSinCos.isCertain)) << i;
@@ -139,11 +142,12 @@ template <Function function, bool hasLarge, class W, class V>
   return ~certain;
 }
 // The last stage; a mask of the elements that aren't certain.
-template <Function function, class W, class V>
-INLINE uint64_t resultStage(const Strip& s, Complex64* dst, int count, bool hasLarge) {
-  if constexpr (!isQuotient(function)) return productStage<function, W, V>(s, dst, count);
-  if (hasLarge) return quotientStage<function, true, W, V>(s, dst, count);
-  return quotientStage<function, false, W, V>(s, dst, count);
+template <Function function, bool hasLarge, class W, class V>
+INLINE uint64_t resultStage(const Strip& s, Complex64* dst, int count) {
+  if constexpr (isQuotient(function))
+    return quotientStage<function, hasLarge, W, V>(s, dst, count);
+  else
+    return productStage<function, hasLarge, W, V>(s, dst, count);
 }
 
 template <Function function, class W, class V>
@@ -157,30 +161,36 @@ template <Function function, class W, class V>
     isOutsideOrZero = isOutsideOrZero | outside<limitHighWord>(z.re) | outside<limitHighWord>(z.im);
   });
 
-  uint64_t left = 0, large = 0;
+  OutsideMasks masks = {0, 0, 0};
   const Float64 *x = s.x, *y = s.y;
   Float64 savedX[stripLength], savedY[stripLength];
   if (any(isOutsideOrZero) && !hasZerosOnly<function, V>(s, whole)) [[unlikely]] {
-    __builtin_memcpy(savedX, s.x, static_cast<size_t>(whole) * sizeof *s.x);
-    __builtin_memcpy(savedY, s.y, static_cast<size_t>(whole) * sizeof *s.y);
+    masks = takeOutside<function>(s, savedX, savedY, whole);
     x = savedX, y = savedY;
-    const OutsideMasks masks = takeOutside<function>(s, whole);
-    left = masks.outside, large = masks.large;
   }
+  uint64_t left = masks.outside;
   if (left != allOf(whole)) {
-    hyperbolicStage<W, V>(s, whole);
-    left |= trigonometricStage<W, V>(s, whole);
+    if (masks.largeX != 0) [[unlikely]]
+      hyperbolicStage<true, W, V>(s, whole);
+    else
+      hyperbolicStage<false, W, V>(s, whole);
+    if (masks.largeY != 0) [[unlikely]]
+      left |= trigonometricStage<true, W, V>(s, whole);
+    else
+      left |= trigonometricStage<false, W, V>(s, whole);
     left |= storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
-      return resultStage<function, W, V>(s, results, whole, large != 0);
+      if (masks.largeX != 0) [[unlikely]]
+        return resultStage<function, true, W, V>(s, results, whole);
+      return resultStage<function, false, W, V>(s, results, whole);
     });
-    left &= allOf(whole);
   }
-  if ((left | large) == 0) return;
-  for (int i = 0; i < count; ++i) {
-    const int place = placeOf<V>(i);
-    if ((left >> place & 1) == 0) {
-      if ((large >> place & 1) == 0 || scaleBack(function == Function::tanh ? dst[i].im : dst[i].re)) continue;
-    }
+  const uint64_t scaled = isQuotient(function) ? masks.largeX : 0;
+  for (uint64_t rest = (left | scaled) & allOf(whole); rest != 0; rest &= rest - 1) {
+    const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
+    if (i >= count) continue;
+    if ((left >> place & 1) == 0 &&
+        scaleBack(function == Function::tanh ? dst[i].im : dst[i].re, toBits(y[place]) << 1 == 0))
+      continue;
     dst[i] = element<function>(isTurned(function) ? Complex64{y[place], x[place]} : Complex64{x[place], y[place]});
   }
 }

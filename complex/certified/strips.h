@@ -38,6 +38,18 @@ INLINE Certain<V> certainSum(Sum<V> x, V error) {
   return {value, equalLanes(value, x.high + (x.low - error))};
 }
 
+// |x| with the given sign, x being a fast sum's, and the bound of its error relative to it.
+template <class V, class Bound>
+INLINE Certain<V> certainWithSign(Sum<V> x, V sign, Bound bound) {
+  const Certain<V> sum = certainSum(x, x.high * bound);
+  return {orBits(magnitude(sum.value), sign), sum.isCertain};
+}
+template <class V>
+INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64 bound) {
+  const Sum<V> p = product(a, b);
+  return certainWithSign(fastSum(p.high, p.low), sign, bound);
+}
+
 // In stages, each a loop over the strip: their chains are short enough for the processor to overlap
 // their turns. W is two vectors in lockstep, V one.
 template <class W, class V, class Stage>

@@ -1,0 +1,94 @@
+// qorvane-certainty's share of the powers. The exponent of each base is made of its bits.
+#include "complex/certified/pow_strip.h"
+#include "tools/certainty.h"
+
+namespace qorvane {
+nuvStatus complexPowSse3(const Complex64*, const Complex64*, Complex64*, int32_t);
+nuvStatus complexPowAvx(const Complex64*, const Complex64*, Complex64*, int32_t);
+
+namespace certainty {
+namespace {
+
+// 53 bits from a counter, scrambled.
+double fraction(uint64_t& counter) {
+  uint64_t bits = counter += 0x9e3779b97f4a7c15;
+  bits = (bits ^ bits >> 30) * 0xbf58476d1ce4e5b9;
+  bits = (bits ^ bits >> 27) * 0x94d049bb133111eb;
+  return static_cast<double>((bits ^ bits >> 31) >> 11) * 0x1p-53;
+}
+Complex64 exponentOf(Complex64 z) {
+  uint64_t counter = toBits(z.re) ^ toBits(z.im) << 7;
+  const double kind = fraction(counter), size = kind < 0.2 ? 50 : 2;
+  const Complex64 b = {(2 * fraction(counter) - 1) * size, (2 * fraction(counter) - 1) * size};
+  if (kind > 0.85) return {std::round(4 * b.re), 0};
+  return {b.re, kind > 0.7 ? 0 : b.im};
+}
+Complex64 power(Complex64 z) { return complexPow(z, exponentOf(z)); }
+template <nuvStatus kernel(const Complex64*, const Complex64*, Complex64*, int32_t)>
+nuvStatus powers(const Complex64* z, Complex64* results, int32_t count) {
+  for (int32_t i = 0; i < count; ++i) results[i] = exponentOf(z[i]);
+  return kernel(z, results, results, count);
+}
+
+// The logarithm and the exponential are certain, each with that share of its bounds; the product between
+// them is the routine's if the logarithm is.
+void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
+  const auto parts = bySize(z.re, z.im);
+  const Complex64 b = exponentOf(z);
+  for (int i = 0; i < shareCount; ++i) {
+    const double share = shares[i];
+    auto log = certainLog<Base::e>(parts, share);
+    if (toBits(log.isNearCircle) != 0) log.log = certainLogNearCircle<Base::e>(parts, share);
+    const auto angle = certainAngle<Base::e>(z.re, z.im, share);
+    const double re = log.log.value, im = std::copysign(angle.value, z.im);
+    const double x = b.re * re - b.im * im, y = b.re * im + b.im * re;
+    const auto isServed = [](double part) { return std::abs(part) >= 0x1p-80 && std::abs(part) < 512; };
+    if (!isServed(x) || !isServed(y)) return;
+    const auto e = exponentialPair(x);
+    const auto t = trigonometricPairs(std::abs(y), nearestToSteps);
+    const auto cos = certainProduct(e, t.cos, 0.0, boundOfExponential * share);
+    const auto sin = certainProduct(e, t.sin, 0.0, boundOfExponential * share);
+    const bool isSure = toBits(log.log.isCertain) != 0 && toBits(angle.isCertain) != 0 && toBits(cos.isCertain) != 0 &&
+                        toBits(sin.isCertain) != 0 && toBits(t.isUnsure) == 0;
+    counts.add(i, isSure, cos.value == std::abs(expected.re) && sin.value == std::abs(expected.im));
+  }
+}
+
+Complex64 onCircle(Random& random, double radius) {
+  const double angle = uniform(random, 0, 6.283185307179586);
+  return {radius * std::cos(angle), radius * std::sin(angle)};
+}
+constexpr Distribution distributions[] = {
+    {"parts within 20",
+     [](Random& r) {
+       return Complex64{uniform(r, -20, 20), uniform(r, -20, 20)};
+     }},
+    {"parts within 1.5",
+     [](Random& r) {
+       return Complex64{uniform(r, -1.5, 1.5), uniform(r, -1.5, 1.5)};
+     }},
+    {"parts of any size",
+     [](Random& r) {
+       return Complex64{signedPower(r, -100, 100), signedPower(r, -100, 100)};
+     }},
+    {"next to the circle", [](Random& r) { return onCircle(r, 1 + signedPower(r, -60, -2)); }},
+    {"real axis",
+     [](Random& r) {
+       return Complex64{uniform(r, -20, 20), 0};
+     }},
+    {"imaginary axis",
+     [](Random& r) {
+       return Complex64{0, uniform(r, -20, 20)};
+     }},
+};
+
+constexpr Subject subjects[] = {
+    {"pow", power, takeShares, false, powers<complexPowSse3>, powers<complexPowAvx>, distributions},
+};
+
+}  // namespace
+
+std::span<const Subject> powSubjects() { return subjects; }
+
+}  // namespace certainty
+}  // namespace qorvane
