@@ -12,7 +12,7 @@ for stage in "${stages[@]}"; do
 done
 
 tools/require_packages.sh g++ gfortran cmake make python3 python3-mpmath python3-dev python3-numpy python3-pytest pkg-config binutils libmpfr-dev libmpc-dev libgmp-dev libgtest-dev libbenchmark-dev libsleef-dev libomp-14-dev \
-  clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm mandoc lintian abigail-tools dpkg-dev file r-base-core
+  clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev libfuzzer-14-dev qemu-user llvm mandoc lintian abigail-tools dpkg-dev file r-base-core rustc
 
 # build NAME CMAKE_OPTION...: configures build-NAME (build for release) and builds it.
 build() {
