@@ -10,19 +10,4 @@ shapes::realUnary atanhAvx;
 
 }  // namespace qorvane
 
-#ifdef __GLIBC__
-
-RESOLVER qorvane::shapes::realUnary* qorvaneChooseAtanh() {
-  return qorvane::fusedFormFitsHere() ? qorvane::atanhAvxFma : qorvane::atanhAvxPlain;
-}
-
-namespace qorvane {
-
-[[gnu::ifunc("qorvaneChooseAtanh")]] nuvStatus atanhAvx(const Float64* src, Float64* dst, int32_t len);
-
-}  // namespace qorvane
-#else
-
-nuvStatus qorvane::atanhAvx(const Float64* src, Float64* dst, int32_t len) { return atanhAvxPlain(src, dst, len); }
-
-#endif
+CHOOSE_AT_LOAD(atanhAvx, atanhAvxPlain, atanhAvxFma, qorvaneChooseAtanh)

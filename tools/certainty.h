@@ -34,6 +34,19 @@ inline double signedPower(Random& random, double from, double to) {
   const double magnitude = std::exp2(uniform(random, from, to));
   return (random() & 1) != 0 ? -magnitude : magnitude;
 }
+inline Complex64 within(Random& random, double size) {
+  const double re = uniform(random, -size, size);
+  return {re, uniform(random, -size, size)};
+}
+// From 2^-exponent to 2^exponent.
+inline Complex64 ofAnySize(Random& random, double exponent) {
+  const double re = signedPower(random, -exponent, exponent);
+  return {re, signedPower(random, -exponent, exponent)};
+}
+inline Complex64 onCircle(Random& random, double radius) {
+  const double angle = uniform(random, 0, 6.283185307179586);
+  return {radius * std::cos(angle), radius * std::sin(angle)};
+}
 
 using Kernel = nuvStatus(const Complex64*, Complex64*, int32_t);
 struct Subject {

@@ -50,23 +50,10 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
 }
 
 // A along the cuts, B across them.
-Complex64 onCircle(Random& random, double radius) {
-  const double angle = uniform(random, 0, 6.283185307179586);
-  return {radius * std::cos(angle), radius * std::sin(angle)};
-}
 constexpr Distribution distributions[] = {
-    {"parts within 20",
-     [](Random& r) {
-       return Complex64{uniform(r, -20, 20), uniform(r, -20, 20)};
-     }},
-    {"parts within 1",
-     [](Random& r) {
-       return Complex64{uniform(r, -1, 1), uniform(r, -1, 1)};
-     }},
-    {"parts of any size",
-     [](Random& r) {
-       return Complex64{signedPower(r, -30, 30), signedPower(r, -30, 30)};
-     }},
+    {"parts within 20", [](Random& r) { return within(r, 20); }},
+    {"parts within 1", [](Random& r) { return within(r, 1); }},
+    {"parts of any size", [](Random& r) { return ofAnySize(r, 30); }},
     {"|z| next to 1", [](Random& r) { return onCircle(r, 1 + signedPower(r, -50, -2)); }},
     {"next to 1",
      [](Random& r) {

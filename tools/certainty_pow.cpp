@@ -54,23 +54,10 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   }
 }
 
-Complex64 onCircle(Random& random, double radius) {
-  const double angle = uniform(random, 0, 6.283185307179586);
-  return {radius * std::cos(angle), radius * std::sin(angle)};
-}
 constexpr Distribution distributions[] = {
-    {"parts within 20",
-     [](Random& r) {
-       return Complex64{uniform(r, -20, 20), uniform(r, -20, 20)};
-     }},
-    {"parts within 1.5",
-     [](Random& r) {
-       return Complex64{uniform(r, -1.5, 1.5), uniform(r, -1.5, 1.5)};
-     }},
-    {"parts of any size",
-     [](Random& r) {
-       return Complex64{signedPower(r, -100, 100), signedPower(r, -100, 100)};
-     }},
+    {"parts within 20", [](Random& r) { return within(r, 20); }},
+    {"parts within 1.5", [](Random& r) { return within(r, 1.5); }},
+    {"parts of any size", [](Random& r) { return ofAnySize(r, 100); }},
     {"next to the circle", [](Random& r) { return onCircle(r, 1 + signedPower(r, -60, -2)); }},
     {"real axis",
      [](Random& r) {

@@ -10,19 +10,4 @@ shapes::realUnary tanAvx;
 
 }  // namespace qorvane
 
-#ifdef __GLIBC__
-
-RESOLVER qorvane::shapes::realUnary* qorvaneChooseTan() {
-  return qorvane::fusedFormFitsHere() ? qorvane::tanAvxFma : qorvane::tanAvxX87;
-}
-
-namespace qorvane {
-
-[[gnu::ifunc("qorvaneChooseTan")]] nuvStatus tanAvx(const Float64* src, Float64* dst, int32_t len);
-
-}  // namespace qorvane
-#else
-
-nuvStatus qorvane::tanAvx(const Float64* src, Float64* dst, int32_t len) { return tanAvxX87(src, dst, len); }
-
-#endif
+CHOOSE_AT_LOAD(tanAvx, tanAvxX87, tanAvxFma, qorvaneChooseTan)

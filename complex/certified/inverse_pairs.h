@@ -15,12 +15,6 @@
 namespace qorvane {
 namespace {
 
-// An exact sum as a pair.
-template <class V>
-INLINE ShortPair<V> pairOf(Sum<V> x) {
-  const V head = headOf(x.high);
-  return {head, (x.high - head) + x.low};
-}
 // |p| and a mask for p < 0.
 template <class V>
 INLINE ShortPair<V> magnitudeOf(ShortPair<V> p) {

@@ -129,7 +129,7 @@ INLINE Axis axisOf(const InverseStrip& s, int count) {
     outsideA = outsideA | outside<limitOfInverse>(a) | ((highWords(a) & 0x7fffffff) == 0x3ff00000);
     outsideB = outsideB | outside<limitOfInverse>(b);
   }
-  const auto isZero = [](V part) INLINED { return !any(((highWords(part) & 0x7fffffff) | lowWords(part)) != 0); };
+  const auto isZero = [](V part) INLINED { return !any(isNonzero(part)); };
   const bool aIsZero = isZero(anyA);
   return {aIsZero, isZero(anyB), aIsZero ? any(outsideB) : any(outsideA)};
 }

@@ -35,11 +35,6 @@ INLINE Sum<V> lnOfRow(V base, V baseRest, ShortPair<V> z) {
 constexpr Float64 ln2Hi = fromBits(0x3fe62e42fefa3800);  // 0.6931471805598903, a multiple of 2^-42
 constexpr Float64 ln2Lo = fromBits(0x3d2ef35793c76730);  // 5.497923018708371e-14
 
-template <class V>
-INLINE ShortPair<V> splitSum(Sum<V> x) {
-  const V head = headOf(x.high);
-  return {head, (x.high - head) + x.low};
-}
 // The magnitudes of a number's parts by size.
 template <class V>
 struct BySize {
@@ -75,14 +70,14 @@ INLINE Sum<V> lnPair(Sum<V> x) {
   const V z = head * k - 1.0, rest = ((x.high - head) + x.low) * k;
   if constexpr (!isExact) return lnOfRow(base, baseRest, ShortPair<V>{z, rest + smallest});
   const Sum<V> sum = fastSum(z, rest);
-  return lnOfRow(base, baseRest, splitSum(sum));
+  return lnOfRow(base, baseRest, pairOf(sum));
 }
 // The same for |N - 1| < 2^-8, from N - 1.
 template <class V>
 INLINE Sum<V> lnNextToCircle(BySize<V> z) {
   const Sum<V> less = lessOne(z.larger, z.smaller);
   const V zero = broadcast<V>(0.0);
-  return lnOfRow(zero, zero, splitSum(less));
+  return lnOfRow(zero, zero, pairOf(less));
 }
 
 // The angle in [0, pi], and the magnitude of q.

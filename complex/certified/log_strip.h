@@ -36,7 +36,7 @@ constexpr Float64 toBase(Float64 ln) {
 template <Base base, class V>
 INLINE Sum<V> toBase(Sum<V> x, Float64 times) {
   if constexpr (base == Base::e) return {x.high * times, x.low * times};
-  const ShortPair<V> p = splitSum(x);
+  const ShortPair<V> p = pairOf(x);
   return fastSum(p.head * (log10Head * times), p.head * (log10Rest * times) + p.rest * (log10OfE * times));
 }
 
@@ -83,6 +83,7 @@ struct CertainAxis {
 template <Base base, class V>
 INLINE CertainAxis<V> certainOnAxis(V x, V y, Float64 part = 1) {
   constexpr const LogBounds& bounds = logBounds<base>;
+  // pi/2 log10 e, 0.6821881769209207 - 3.4292220243961786e-17, or pi/2, 1.5707963267948966 + 6.123233995736766e-17
   constexpr Float64 quarterTurn = fromBits(base == Base::ten ? 0x3fe5d47c4cb2fba1 : 0x3ff921fb54442d18);
   constexpr Float64 quarterRest =
       fromBits(base == Base::ten ? 0xbc83c4a373b7fc66 : 0x3c91a62633145c07);  // makes it inexact
@@ -116,11 +117,10 @@ INLINE ServedStrip servedStrip(const LogStrip& s, int count) {
   WordsOf<V> isOther{}, isOff{}, isInexact{};
   for (int i = 0; i < count; i += laneCount<V>) {
     const V x = load<V>(s.x + i), y = load<V>(s.y + i);
-    const auto low = lowWords(x), high = highWords(x);
-    const auto anyX = ((high & 0x7fffffff) | low) != 0, anyY = ((highWords(y) & 0x7fffffff) | lowWords(y)) != 0;
+    const auto anyX = isNonzero(x), anyY = isNonzero(y);
     isOther = isOther | (outside<limitOfLog>(x) & anyX) | (outside<limitOfLog>(y) & anyY) | ~(anyX | anyY);
     isOff = isOff | (anyX & anyY);
-    isInexact = isInexact | anyY | (((high ^ 0x3ff00000) | low) != 0);
+    isInexact = isInexact | anyY | (((highWords(x) ^ 0x3ff00000) | lowWords(x)) != 0);
   }
   return {!any(isOther) && any(isInexact), !any(isOff)};
 }

@@ -31,6 +31,12 @@ INLINE ShortPair<V> splitOf(V x) {
   const V head = headOf(x);
   return {head, x - head};
 }
+// An exact sum as a pair.
+template <class V>
+INLINE ShortPair<V> pairOf(Sum<V> x) {
+  const V head = headOf(x.high);
+  return {head, (x.high - head) + x.low};
+}
 // v + low; low is below 2^-12 of v, or v and low are 0.
 template <class V>
 INLINE ShortPair<V> shortPair(V v, V low) {

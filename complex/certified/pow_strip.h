@@ -99,8 +99,7 @@ INLINE bool servesPowers(const PowStrip& s, int count) {
   WordsOf<V> isOther{};
   for (int i = 0; i < count; i += laneCount<V>) {
     const V x = load<V>(s.x + i), y = load<V>(s.y + i);
-    const auto anyX = ((highWords(x) & 0x7fffffff) | lowWords(x)) != 0;
-    const auto anyY = ((highWords(y) & 0x7fffffff) | lowWords(y)) != 0;
+    const auto anyX = isNonzero(x), anyY = isNonzero(y);
     isOther = isOther | (outsideOfPower<firstOfX>(x) & anyX) | (outsideOfPower<firstOfY>(y) & anyY) | ~(anyX | anyY);
   }
   return !any(isOther);

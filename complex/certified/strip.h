@@ -34,9 +34,8 @@ template <Function function, class V>
 INLINE bool hasZerosOnly(const Strip& s, int count) {
   WordsOf<V> isOther{};
   for (int i = 0; i < count; i += laneCount<V>) {
-    const auto bitsOfMagnitude = [](V part) INLINED { return (highWords(part) & 0x7fffffff) | lowWords(part); };
     const V x = load<V>(s.x + i), y = load<V>(s.y + i);
-    const auto anyX = bitsOfMagnitude(x) != 0, anyY = bitsOfMagnitude(y) != 0;
+    const auto anyX = isNonzero(x), anyY = isNonzero(y);
     isOther = isOther | (outside<limitHighWord>(x) & anyX) | (outside<limitHighWord>(y) & anyY);
     if constexpr (!hasSinhCos(function)) isOther = isOther | ~(anyX | anyY);
   }
