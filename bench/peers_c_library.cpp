@@ -9,7 +9,7 @@ using ComplexDouble = _Complex double;
 extern "C" {
 ComplexDouble cexp(ComplexDouble), csin(ComplexDouble), ccos(ComplexDouble), ctan(ComplexDouble);
 ComplexDouble csinh(ComplexDouble), ccosh(ComplexDouble), ctanh(ComplexDouble);
-ComplexDouble clog10(ComplexDouble), cpow(ComplexDouble, ComplexDouble);
+ComplexDouble clog(ComplexDouble), clog10(ComplexDouble), cpow(ComplexDouble, ComplexDouble), csqrt(ComplexDouble);
 ComplexDouble casin(ComplexDouble), cacos(ComplexDouble), catan(ComplexDouble);
 ComplexDouble casinh(ComplexDouble), cacosh(ComplexDouble);
 }
@@ -96,18 +96,20 @@ constexpr Contestant contestants[] = {
     CALL(nearbyInt, nearbyint(a)),
     CALL(modf, parts(a)),
     {"complexExp", repeatComplex<cexp>},
-    {"complexSin", repeatComplex<csin>},
-    {"complexCos", repeatComplex<ccos>},
-    {"complexTan", repeatComplex<ctan>},
-    {"complexSinh", repeatComplex<csinh>},
-    {"complexCosh", repeatComplex<ccosh>},
-    {"complexTanh", repeatComplex<ctanh>},
+    {"complexLn", repeatComplex<clog>},
     {"complexLog10", repeatComplex<clog10>},
     {"complexPow", repeatComplexPow<2>},
     {"complexPowx", repeatComplexPow<1>},
+    {"complexSqrt", repeatComplex<csqrt>},
+    {"complexSin", repeatComplex<csin>},
+    {"complexCos", repeatComplex<ccos>},
+    {"complexTan", repeatComplex<ctan>},
     {"complexAsin", repeatComplex<casin>},
     {"complexAcos", repeatComplex<cacos>},
     {"complexAtan", repeatComplex<catan>},
+    {"complexSinh", repeatComplex<csinh>},
+    {"complexCosh", repeatComplex<ccosh>},
+    {"complexTanh", repeatComplex<ctanh>},
     {"complexAsinh", repeatComplex<casinh>},
     {"complexAcosh", repeatComplex<cacosh>},
 };
