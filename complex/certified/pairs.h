@@ -146,7 +146,7 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
 }
 
-// e^x for |x| < 512. Both rows' parts are one: f = g.
+// e^x for |x| <= 709. Both rows' parts are one: f = g.
 template <class V>
 INLINE ShortPair<V> exponentialPair(V x) {
   const Reduced<V> a = reducedByLn2(x);
