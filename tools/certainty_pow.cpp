@@ -96,11 +96,11 @@ constexpr Distribution exponents[] = {
     {"parts within 20", [](Random& r) { return within(r, 20); }},
     {"parts of any size",
      [](Random& r) {
-       return Complex64{signedPower(r, -60, 9), signedPower(r, -60, 17)};
+       return Complex64{signedPower(r, -60, 9), signedPower(r, -60, 27)};
      }},
     {"angle large",
      [](Random& r) {
-       return Complex64{uniform(r, -20, 20), signedPower(r, 8, 17)};
+       return Complex64{uniform(r, -20, 20), signedPower(r, 8, 27)};
      }},
     {"real part large",
      [](Random& r) {

@@ -22,10 +22,10 @@ INLINE CertainParts<V> certainExponential(ShortPair<V> e, ShortPair<V> sin, Shor
   return {{re.value, im.value}, andBits(re.isCertain, im.isCertain)};
 }
 
-// Whether the lanes have a form for z: 2^-80 <= |y| < 100000; x of 0, from 2^-200 up, from -512 to 709, and beyond
+// Whether the lanes have a form for z: 2^-80 <= |y| < 10^8; x of 0, from 2^-200 up, from -512 to 709, and beyond
 // where both parts over- or underflow for certain, from 768 up and -746 down.
 INLINE bool servesExponential(Float64 re, Float64 im) {
-  constexpr uint32_t fromY = 0x3af00000, toY = 0x40f86a00, fromX = 0x33700000, infinity = 0x7ff00000;
+  constexpr uint32_t fromY = 0x3af00000, toY = 0x4197d784, fromX = 0x33700000, infinity = 0x7ff00000;
   constexpr uint32_t x512 = 0x40800000, x709 = 0x40862800, x746 = 0x40875000, x768 = 0x40880000;
   const uint32_t word = highWord(re), x = word & 0x7fffffff, y = highWord(im) & 0x7fffffff;
   if (y - fromY >= toY - fromY) return false;
