@@ -8,8 +8,8 @@
 // all else is below 2^-14 of the result and made in plain double precision.
 //
 // Error: at most 0.62 * 2^-64 of sinh x, 0.25 of cosh x, 0.79 of sin y and cos y, for x and y that are 0
-// or from 2^-100 up to 256; in the forms for large numbers x up to 1024, y up to 100000 (docs/certainty.md
-// has the proof).
+// or from 2^-100 up to 256; in the forms for large numbers x up to 1024, y up to 10^8 (docs/certainty.md has
+// the proof).
 #pragma once
 #include "complex/certified/tables.h"
 #include "complex/pairs.h"
@@ -146,7 +146,7 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
 }
 
-// e^x for |x| < 512. Both rows' parts are one: f = g.
+// e^x for |x| <= 709. Both rows' parts are one: f = g.
 template <class V>
 INLINE ShortPair<V> exponentialPair(V x) {
   const Reduced<V> a = reducedByLn2(x);
@@ -172,9 +172,10 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) 
   constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);       // 0.012271846303065104, 37 bits: n times it is exact
   constexpr Float64 pi2 = fromBits(0x3d168c234c4c0000);       // 2.0026126184249655e-14, likewise
   constexpr Float64 pi3 = fromBits(0x3ab98a2e03707345);       // 8.252343021083928e-26
-  constexpr Float64 pi1Large = fromBits(0x3f8921fb54000000);  // 0.012271846295334399, 30 bits: n up to 2^23
-  constexpr Float64 pi2Large = fromBits(0x3da10b4611800000);  // 7.750731087215017e-12, likewise
-  constexpr Float64 pi3Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
+  constexpr Float64 pi1Large = fromBits(0x3f8921fa00000000);  // 0.012271836400032043, 20 bits: n up to 2^33
+  constexpr Float64 pi2Large = fromBits(0x3e45444200000000);  // 9.903047271109244e-09, likewise
+  constexpr Float64 pi3Large = fromBits(0x3cfa308c00000000);  // 5.81526742992472e-15, likewise
+  constexpr Float64 pi4Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
   constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);        // -1/5040
   constexpr Float64 t5 = fromBits(0x3f81111111111111);        // 1/120
   constexpr Float64 t3 = fromBits(0xbfc5555555555555);        // -1/6
@@ -184,7 +185,8 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) 
   const V s = y * pieces + shifter, n = s - shifter;
   V r, r2;
   if constexpr (large) {
-    const V r0 = y - n * pi1Large, r1 = n * pi2Large, a = r0 - r1, b = n * pi3Large - ((r0 - a) - r1);
+    const V r0 = (y - n * pi1Large) - n * pi2Large, r1 = n * pi3Large;
+    const V a = r0 - r1, b = n * pi4Large - ((r0 - a) - r1);
     r = a - b, r2 = (a - r) - b;
   } else {
     const V r0 = y - n * pi1, r1 = n * pi2;
@@ -197,7 +199,7 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) 
   const auto number = [](V head26, V low) INLINED { return RowNumber<V>{head26, low, head26 + low, head26, low}; };
   const RowNumber<V> sin = number(row.of[0], row.of[1]), cos = number(row.of[2], row.of[3]);
   return {added<false>(sin, cos, parts), added<true>(cos, sin, parts),
-          lessLanes(magnitude(r), large ? n * 0x1p-44 : y * nearest)};
+          lessLanes(magnitude(r), large ? n * 0x1p-48 : y * nearest)};
 }
 
 }  // namespace
