@@ -146,15 +146,15 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
 }
 
-// e^x for |x| <= 709. Both rows' parts are one: f = g.
+// A power of two times e^x, for x from -708 to 709. Both rows' parts are one: f = g.
 template <class V>
-INLINE ShortPair<V> exponentialPair(V x) {
+INLINE ShortPair<V> exponentialPair(V x, V times = broadcast<V>(1.0)) {
   const Reduced<V> a = reducedByLn2(x);
   const auto row = twoColumns<V>(hyperbolicRows, (a.n & 63) << 5);
   const V f = row.first, low = row.second, product = f * a.r.head, v = f + product;
   const auto pair =
       shortPair(v, ((f - v) + product) + ((low + low * a.r.head) + (f + low) * ((a.r.p + a.r.t) + a.r.rest)));
-  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000);
+  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000) * times;
   return {pair.head * scale, pair.rest * scale};
 }
 
