@@ -4,8 +4,7 @@
 namespace qorvane {
 
 nuvStatus complexCoshAvx(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::cosh, Pack<Lanes4, 2>, Lanes4>, X87::fix>(
-      len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::cosh, Lanes4>, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -4,8 +4,7 @@
 namespace qorvane {
 
 nuvStatus complexTanhAvx(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::tanh, Pack<Lanes4, 2>, Lanes4>, X87::fix>(
-      len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::tanh, Lanes4>, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane

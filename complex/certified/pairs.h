@@ -72,16 +72,16 @@ template <class V>
 struct RowNumber {
   V value, low, whole, head, rest;
 };
-// The remainder r as a short pair, t and p.
+// The remainder r: its head; its rest and t; p.
 template <class V>
 struct Remainder {
-  V head, rest, t, p;
+  V head, tail, p;
 };
 
 // f (1 + p) + g (r + t), with minus f (1 + p) - g (r + t).
 template <bool minus, class V>
 INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Remainder<V>& r) {
-  const V product = g.head * r.head, tail = g.rest * r.head + g.whole * (r.t + r.rest), scaled = f.whole * r.p;
+  const V product = g.head * r.head, tail = g.rest * r.head + g.whole * r.tail, scaled = f.whole * r.p;
   if constexpr (minus) {
     const V v = f.value - product;
     return shortPair(v, ((((f.value - v) - product) + f.low) - tail) + scaled);
@@ -91,28 +91,41 @@ INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Re
   }
 }
 
-// x = n ln 2 / 64 + r for |x| <= 1024.
+// An argument as n steps + r + rest: n in the low word of `shifted`, r rounded.
 template <class V>
 struct Reduced {
-  WordsOf<V> n;
-  Remainder<V> r;
+  V shifted, r, rest;
 };
+// The places of the rows for n.
+template <class Words>
+INLINE Words rowOfPower(Words n) {
+  return (n & 63) << 5;
+}
+template <class Words>
+INLINE Words rowOfTurn(Words n) {
+  return (n & 511) << 5;
+}
+// x = n ln 2 / 64 + r for |x| <= 1024.
 template <class V>
 INLINE Reduced<V> reducedByLn2(V x) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
   constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
   constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
   constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);   // 2.572804622327669e-14
-  constexpr Float64 t7 = fromBits(0x3f2a01a01a01a01a);          // 1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);          // 1/120
-  constexpr Float64 t3 = fromBits(0x3fc5555555555555);          // 1/6
-  constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);          // 1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);          // 1/24
-  constexpr Float64 p2 = 0.5;
   const V s = x * invLn2By64 + shifter, k = s - shifter;
   const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
-  const V head = headOf(r), rest = (r0 - head) - r1, q = r * r;
-  return {lowWords(s), {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q}};
+  return {s, r, (r0 - r) - r1};
+}
+template <class V>
+INLINE Remainder<V> remainderByLn2(const Reduced<V>& a) {
+  constexpr Float64 t7 = fromBits(0x3f2a01a01a01a01a);  // 1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);  // 1/120
+  constexpr Float64 t3 = fromBits(0x3fc5555555555555);  // 1/6
+  constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);  // 1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
+  constexpr Float64 p2 = 0.5;
+  const V r = a.r, head = headOf(r), q = r * r;
+  return {head, (((t7 * q + t5) * q + t3) * q) * r + ((r - head) + a.rest), ((p6 * q + p4) * q + p2) * q};
 }
 
 template <class V>
@@ -121,9 +134,8 @@ struct HyperbolicPairs {
 };
 // Of x >= 0; in the form for large ones 2^-512 times from 256 up, where squares would overflow, and e^-x
 // is left out.
-template <bool large = false, class V>
-INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
-  const auto [n, remainder] = reducedByLn2(x);
+template <bool large, class V, class Offsets>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x, WordsOf<V> n, const Remainder<V>& r, Offsets offsets) {
   const auto exponent = (n << 14) & 0x7ff00000;
   V up, down;
   if constexpr (large) {
@@ -133,7 +145,7 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   } else {
     up = fromHighWords<V>(exponent + 0x3fe00000), down = fromHighWords<V>(0x3fe00000 - exponent);
   }
-  const auto row = columns<4, V>(hyperbolicRows, (n & 63) << 5);
+  const auto row = columns<4, V>(hyperbolicRows, offsets);
   const V rising = row.of[0] * up, risingRest = row.of[1] * up;
   const V falling = row.of[2] * down, fallingRest = row.of[3] * down;
   const auto number = [](V value, V low) INLINED {
@@ -143,30 +155,41 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   const V c = rising + falling, d = rising - falling;
   const RowNumber<V> cosh = number(c, ((rising - c) + falling) + (risingRest + fallingRest));
   const RowNumber<V> sinh = number(d, ((rising - d) - falling) + (risingRest - fallingRest));
-  return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
+  return {added<false>(sinh, cosh, r), added<false>(cosh, sinh, r)};
+}
+template <bool large = false, class V>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+  const Reduced<V> a = reducedByLn2(x);
+  const auto n = lowWords(a.shifted);
+  return hyperbolicPairs<large>(x, n, remainderByLn2(a), rowOfPower(n));
 }
 
 // e^x for |x| < 512. Both rows' parts are one: f = g.
+template <class V, class Offsets>
+INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets) {
+  const auto row = twoColumns<V>(hyperbolicRows, offsets);
+  const V f = row.first, low = row.second, product = f * r.head, v = f + product;
+  const auto pair = shortPair(v, ((f - v) + product) + ((low + low * r.head) + (f + low) * (r.p + r.tail)));
+  const V scale = fromHighWords<V>((wrappingSum(n, 1023 * 64) << 14) & 0x7ff00000);
+  return {pair.head * scale, pair.rest * scale};
+}
 template <class V>
 INLINE ShortPair<V> exponentialPair(V x) {
   const Reduced<V> a = reducedByLn2(x);
-  const auto row = twoColumns<V>(hyperbolicRows, (a.n & 63) << 5);
-  const V f = row.first, low = row.second, product = f * a.r.head, v = f + product;
-  const auto pair =
-      shortPair(v, ((f - v) + product) + ((low + low * a.r.head) + (f + low) * ((a.r.p + a.r.t) + a.r.rest)));
-  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000);
-  return {pair.head * scale, pair.rest * scale};
+  const auto n = lowWords(a.shifted);
+  return exponentialPair(n, remainderByLn2(a), rowOfPower(n));
 }
 
+// y = n pi/256 + r for y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large
+// ones to 2^-119 times that multiple's number.
+constexpr Float64 nearestToRows = 0x1p-45;
 template <class V>
-struct TrigonometricPairs {
-  ShortPair<V> sin, cos;
+struct ReducedTurn {
+  Reduced<V> reduced;
   V isUnsure;  // a mask: the remainder is below `nearest` y, or too small in the form for large numbers
 };
-// Of y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large ones to
-// 2^-119 times that multiple's number.
 template <bool large = false, class V>
-INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) {
+INLINE ReducedTurn<V> reducedByPi(V y, Float64 nearest) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
   constexpr Float64 pieces = fromBits(0x40545f306dc9c883);    // 81.48733086305042 = 256 / pi
   constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);       // 0.012271846303065104, 37 bits: n times it is exact
@@ -175,12 +198,6 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) 
   constexpr Float64 pi1Large = fromBits(0x3f8921fb54000000);  // 0.012271846295334399, 30 bits: n up to 2^23
   constexpr Float64 pi2Large = fromBits(0x3da10b4611800000);  // 7.750731087215017e-12, likewise
   constexpr Float64 pi3Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
-  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);        // -1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);        // 1/120
-  constexpr Float64 t3 = fromBits(0xbfc5555555555555);        // -1/6
-  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);        // -1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);        // 1/24
-  constexpr Float64 p2 = -0.5;
   const V s = y * pieces + shifter, n = s - shifter;
   V r, r2;
   if constexpr (large) {
@@ -190,14 +207,45 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) 
     const V r0 = y - n * pi1, r1 = n * pi2;
     r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
   }
-  const V head = headOf(r), q = r * r;
-  const Remainder<V> parts = {head, (r - head) + r2, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
+  return {{s, r, r2}, lessLanes(magnitude(r), large ? n * 0x1p-44 : y * nearest)};
+}
+template <class V>
+INLINE Remainder<V> remainderByPi(const Reduced<V>& a) {
+  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);  // -1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);  // 1/120
+  constexpr Float64 t3 = fromBits(0xbfc5555555555555);  // -1/6
+  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);  // -1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
+  constexpr Float64 p2 = -0.5;
+  const V r = a.r, head = headOf(r), q = r * r;
+  return {head, (((t7 * q + t5) * q + t3) * q) * r + ((r - head) + a.rest), ((p6 * q + p4) * q + p2) * q};
+}
 
-  const auto row = columns<4, V>(trigonometricRows, (lowWords(s) & 511) << 5);
+template <class V>
+struct TrigonometricPairs {
+  ShortPair<V> sin, cos;
+};
+template <class V, class Offsets>
+INLINE TrigonometricPairs<V> trigonometricPairs(const Remainder<V>& r, Offsets offsets) {
+  const auto row = columns<4, V>(trigonometricRows, offsets);
   const auto number = [](V head26, V low) INLINED { return RowNumber<V>{head26, low, head26 + low, head26, low}; };
   const RowNumber<V> sin = number(row.of[0], row.of[1]), cos = number(row.of[2], row.of[3]);
-  return {added<false>(sin, cos, parts), added<true>(cos, sin, parts),
-          lessLanes(magnitude(r), large ? n * 0x1p-44 : y * nearest)};
+  return {added<false>(sin, cos, r), added<true>(cos, sin, r)};
+}
+template <class V>
+INLINE TrigonometricPairs<V> trigonometricPairs(const Reduced<V>& a) {
+  return trigonometricPairs(remainderByPi(a), rowOfTurn(lowWords(a.shifted)));
+}
+template <class V>
+struct CertainTurn {
+  ShortPair<V> sin, cos;
+  V isUnsure;
+};
+template <bool large = false, class V>
+INLINE CertainTurn<V> trigonometricPairs(V y, Float64 nearest = nearestToRows) {
+  const auto a = reducedByPi<large>(y, nearest);
+  const auto t = trigonometricPairs(a.reduced);
+  return {t.sin, t.cos, a.isUnsure};
 }
 
 }  // namespace

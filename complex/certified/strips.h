@@ -55,13 +55,19 @@ INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64
   return certainWithSign(fastSum(p.high, p.low), sign, bound);
 }
 
-// In stages, each a loop over the strip: their chains are short enough for the processor to overlap
-// their turns. W is two vectors in lockstep, V one.
+// In stages, each a loop over the strip. What binds them is not the operations but those that wait for others:
+// the processor holds some 64 of these. So a stage is a chain of some 30 cycles, and leaves numbers and places of
+// rows in the strip for the next one. W is two vectors in lockstep or four lanes, V one vector.
 template <class W, class V, class Stage>
 INLINE void eachVector(int count, Stage stage) {
   int i = 0;
   for (; i + laneCount<W> <= count; i += laneCount<W>) stage(W{}, i);
-  for (; i < count; i += laneCount<V>) stage(V{}, i);
+  if constexpr (laneCount<W> != laneCount<V>)
+    for (; i < count; i += laneCount<V>) stage(V{}, i);
+}
+// The places of rows that an earlier stage has left, for the tables' functions.
+INLINE auto rowsAt(const int* offsets) {
+  return [offsets](int lane) INLINED -> uint64_t { return static_cast<uint32_t>(offsets[lane]); };
 }
 // Where element i of the strip's arguments stands: loadParts leaves four lanes as 0, 2, 1, 3.
 template <class V>
