@@ -25,9 +25,15 @@ INLINE V restOfLog1p(ShortPair<V> z) {
   constexpr Float64 c4 = -0.25;
   constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
   const V whole = z.head + z.rest, z2 = whole * whole;
-  const V odd = ((c9 * z2 + c7) * z2 + c5) * z2 + c3, even = (c8 * z2 + c6) * z2 + c4;
+  const V odd = timesPlus(timesPlus(timesPlus(c9, z2, c7), z2, c5), z2, c3);
+  const V even = timesPlus(timesPlus(c8, z2, c6), z2, c4);
+  const V linear = minusTimes(z.rest, z.rest, timesPlus(0.5, z.rest, z.head));
+  if constexpr (isFused) {
+    const V lost = fusedLess(z.head, z.head, z.head * z.head);
+    return fused(fused(even, whole, odd), z2 * whole, fused(broadcast<V>(-0.5), lost, linear));
+  }
   const V cubic = (odd + even * whole) * (z2 * whole);
-  return (z.rest - z.rest * (z.head + 0.5 * z.rest)) + cubic;
+  return linear + cubic;
 }
 // base + baseRest + ln(1 + z), where z's head has 26 bits, the base is 0 or at least |z|, a multiple of 2^-42
 // below 2^10, and the rests are small.
@@ -57,6 +63,11 @@ INLINE BySize<V> bySize(V x, V y) {
 // N = |z|^2 where the larger part is from 2^-100 to 2^100 and the other one, too, or 0.
 template <class V>
 INLINE Sum<V> squaredModulus(BySize<V> z) {
+  if constexpr (isFused) {
+    const V square = z.larger * z.larger, lost = fusedLess(z.larger, z.larger, square);
+    const V sum = fused(z.smaller, z.smaller, square);
+    return {sum, fused(z.smaller, z.smaller, square - sum) + lost};
+  }
   const auto square = [](V x) INLINED {
     const V head = headOf(x);
     return Sum<V>{head * head, (head + x) * (x - head)};
@@ -89,7 +100,15 @@ INLINE LogRemainder<V> logRemainder(Sum<V> x, WordsOf<V> word, Offsets offsets) 
   constexpr Float64 smallest = 0x1p-120;                     // so that no power of z is subnormal
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
   const auto row = columns<4, V>(log1pRows, offsets);
-  const V k = factor * row.of[0], base = n * ln2Hi + row.of[1], baseRest = n * ln2Lo + row.of[2];
+  const V k = factor * row.of[0];
+  const V base = timesPlus(ln2Hi, n, row.of[1]), baseRest = timesPlus(ln2Lo, n, row.of[2]);
+  if constexpr (isFused) {
+    const V product = x.high * k, z = product - 1.0;
+    const V rest = fused(x.low, k, fusedLess(x.high, k, product));
+    if constexpr (!isExact) return {base, baseRest, {z, rest + smallest}};
+    const Sum<V> sum = fastSum(z, rest);
+    return {base, baseRest, {sum.high, sum.low}};
+  }
   const V head = isExact ? headOf(x.high) : andBits(x.high, broadcast<V>(upper21));
   const V z = head * k - 1.0, rest = ((x.high - head) + x.low) * k;
   if constexpr (!isExact) return {base, baseRest, {z, rest + smallest}};
@@ -126,6 +145,10 @@ template <class V>
 INLINE Fraction<V> fractionOf(BySize<V> parts, V shifted) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
   const V larger = parts.larger, smaller = parts.smaller, c = (shifted - shifter) * 0x1p-7;
+  if constexpr (isFused) {
+    const V product = c * larger, d = fused(c, smaller, larger);
+    return {{smaller - product, fusedFrom(product, c, larger)}, {d, fused(c, smaller, larger - d)}, 1.0 / d};
+  }
   const V largeHead = headOf(larger), smallHead = headOf(smaller);
   const auto d = fastSum(larger, c * smallHead);
   const auto denominator = shortPair(d.high, d.low + c * (smaller - smallHead));
@@ -147,8 +170,8 @@ INLINE AngleRemainder<V> angleRemainder(V x, V y, V larger, const Fraction<V>& f
   const V isSteep = equalLanes(larger, magnitude(y)), isNegative = lessLanes(x, broadcast<V>(0.0));
   const V number = select(isSteep, broadcast<V>(1.0), andBits(isNegative, broadcast<V>(2.0)));
   const V sign = signOf(xorBits(x, isSteep));
-  return {number * halfPiHi + xorBits(row.first, sign),
-          number * halfPiLo + xorBits(row.second, sign),
+  return {timesPlus(halfPiHi, number, xorBits(row.first, sign)),
+          timesPlus(halfPiLo, number, xorBits(row.second, sign)),
           {xorBits(q.head, sign), xorBits(q.rest, sign)}};
 }
 template <class V>
@@ -169,9 +192,10 @@ INLINE AngleSum<V> angleSum(const AngleRemainder<V>& a) {
   constexpr Float64 a5 = fromBits(0x3fc999999999999a);  // 1/5
   constexpr Float64 a3 = fromBits(0xbfd5555555555555);  // -1/3
   const V whole = a.q.head + a.q.rest, q2 = whole * whole;
-  const V tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * whole);
+  const V cubic = timesPlus(timesPlus(a7, q2, a5), q2, a3);
+  const V tail = isFused ? timesPlus(cubic, q2 * whole, a.q.rest) : a.q.rest + cubic * (q2 * whole);
   const auto sum = fastSum(a.base, a.q.head);
-  return {fastSum(sum.high, (sum.low + a.baseRest) + (a.q.rest + tail)), magnitude(whole)};
+  return {fastSum(sum.high, (sum.low + a.baseRest) + tail), magnitude(whole)};
 }
 
 }  // namespace

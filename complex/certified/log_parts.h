@@ -35,6 +35,10 @@ constexpr Float64 toBase(Float64 ln) {
 template <Base base, class V>
 INLINE Sum<V> toBase(Sum<V> x, Float64 times) {
   if constexpr (base == Base::e) return {x.high * times, x.low * times};
+  if constexpr (isFused) {
+    const V high = x.high * (log10Head * times), lost = fusedLess(x.high, broadcast<V>(log10Head * times), high);
+    return fastSum(high, timesPlus(log10OfE * times, x.low, timesPlus(log10Rest * times, x.high, lost)));
+  }
   const ShortPair<V> p = pairOf(x);
   return fastSum(p.head * (log10Head * times), p.head * (log10Rest * times) + p.rest * (log10OfE * times));
 }
@@ -51,7 +55,7 @@ INLINE CertainLog<V> certainLog(Sum<V> lnOfNorm, Float64 part = 1) {
   constexpr const LogBounds& bounds = logBounds<base>;
   const auto log = toBase<base>(lnOfNorm, 0.5);
   const V size = magnitude(log.high), isNear = lessLanes(size, broadcast<V>(endOfCircle * toBase<base>(1.0)));
-  return {certainSum(log, size * (bounds.ofLog * part) + bounds.absolute * part), isNear};
+  return {certainSum(log, timesPlus(bounds.ofLog * part, size, bounds.absolute * part)), isNear};
 }
 template <Base base, class V>
 INLINE CertainLog<V> certainLog(BySize<V> z, Float64 part = 1) {
@@ -74,7 +78,7 @@ INLINE Certain<V> certainAngle(const AngleRemainder<V>& remainder, Float64 part 
   constexpr const LogBounds& bounds = logBounds<base>;
   const auto a = angleSum(remainder);
   const auto certain = [&](Sum<V> angle) INLINED {
-    return certainSum(angle, angle.high * (bounds.ofAngle * part) + a.quotient * (bounds.ofQuotient * part));
+    return certainSum(angle, timesPlus(bounds.ofAngle * part, angle.high, a.quotient * (bounds.ofQuotient * part)));
   };
   if constexpr (base == Base::e) return certain(a.angle);
   return certain(toBase<base>(a.angle, 1));

@@ -17,6 +17,37 @@
 namespace qorvane {
 namespace {
 
+// Sources with the ending _fma have forms with fused multiply-adds, in which a product's low part costs one
+// operation: a head is then a whole number in double precision.
+#ifdef __FMA__
+constexpr bool isFused = true;
+#else
+constexpr bool isFused = false;
+#endif
+
+// a b + c and c - a b, with one rounding in the fused forms, and a b - c, which is made in these only.
+template <class V, class A>
+INLINE V lifted(A a) {
+  if constexpr (std::is_same_v<A, V>)
+    return a;
+  else
+    return broadcast<V>(a);
+}
+template <class A, class V, class C>
+INLINE V timesPlus(A a, V b, C c) {
+  if constexpr (isFused)
+    return fused(lifted<V>(a), b, lifted<V>(c));
+  else
+    return a * b + c;
+}
+template <class V, class B>
+INLINE V minusTimes(V c, V a, B b) {
+  if constexpr (isFused)
+    return fusedFrom(c, a, lifted<V>(b));
+  else
+    return c - a * b;
+}
+
 template <class V>
 INLINE V headOf(V x) {
   return halvesOf(x).upper;
@@ -34,12 +65,17 @@ INLINE ShortPair<V> splitOf(V x) {
 // An exact sum as a pair.
 template <class V>
 INLINE ShortPair<V> pairOf(Sum<V> x) {
+  if constexpr (isFused) return {x.high, x.low};
   const V head = headOf(x.high);
   return {head, (x.high - head) + x.low};
 }
 // v + low; low is below 2^-12 of v, or v and low are 0.
 template <class V>
 INLINE ShortPair<V> shortPair(V v, V low) {
+  if constexpr (isFused) {
+    const V head = v + low;
+    return {head, (v - head) + low};
+  }
   const V head = headOf(v + low);
   return {head, (v - head) + low};
 }
@@ -47,10 +83,18 @@ INLINE ShortPair<V> shortPair(V v, V low) {
 // A product: that of the heads, exact, and what is left.
 template <class V>
 INLINE Sum<V> product(ShortPair<V> a, ShortPair<V> b) {
+  if constexpr (isFused) {
+    const V high = a.head * b.head;
+    return {high, fused(a.rest, b.head, fused(a.head, b.rest, fusedLess(a.head, b.head, high)))};
+  }
   return {a.head * b.head, a.head * b.rest + a.rest * (b.head + b.rest)};
 }
 template <class V>
 INLINE Sum<V> square(ShortPair<V> a) {
+  if constexpr (isFused) {
+    const V high = a.head * a.head;
+    return {high, fused(a.head + a.head, a.rest, fusedLess(a.head, a.head, high))};
+  }
   return {a.head * a.head, ((a.head + a.head) + a.rest) * a.rest};
 }
 template <class V>
@@ -62,6 +106,10 @@ INLINE ShortPair<V> sumOf(Sum<V> a, Sum<V> b) {
 // remainder.
 template <class V>
 INLINE ShortPair<V> quotient(Sum<V> a, ShortPair<V> b, V reciprocal) {
+  if constexpr (isFused) {
+    const V head = a.high * reciprocal;
+    return {head, fusedFrom(fusedFrom(a.high, head, b.head) + a.low, head, b.rest) * reciprocal};
+  }
   const V head = headOf((a.high + a.low) * reciprocal);
   return {head, ((a.high - head * b.head) + (a.low - head * b.rest)) * reciprocal};
 }
@@ -81,6 +129,13 @@ struct Remainder {
 // f (1 + p) + g (r + t), with minus f (1 + p) - g (r + t).
 template <bool minus, class V>
 INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Remainder<V>& r) {
+  if constexpr (isFused) {
+    const V v = minus ? fusedFrom(f.value, g.value, r.head) : fused(g.value, r.head, f.value);
+    const V lost = minus ? fusedFrom(f.value - v, g.value, r.head) : fused(g.value, r.head, f.value - v);
+    const V low = minus ? fusedFrom(fusedFrom(lost + f.low, g.low, r.head), g.whole, r.tail)
+                        : fused(g.whole, r.tail, fused(g.low, r.head, lost + f.low));
+    return shortPair(v, fused(f.whole, r.p, low));
+  }
   const V product = g.head * r.head, tail = g.rest * r.head + g.whole * r.tail, scaled = f.whole * r.p;
   if constexpr (minus) {
     const V v = f.value - product;
@@ -112,8 +167,13 @@ INLINE Reduced<V> reducedByLn2(V x) {
   constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
   constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
   constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);   // 2.572804622327669e-14
-  const V s = x * invLn2By64 + shifter, k = s - shifter;
-  const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
+  const V s = timesPlus(invLn2By64, x, shifter), k = s - shifter;
+  const V r0 = minusTimes(x, k, ln2By64Hi);
+  if constexpr (isFused) {
+    const V r = minusTimes(r0, k, ln2By64Lo);
+    return {s, r, minusTimes(r0 - r, k, ln2By64Lo)};
+  }
+  const V r1 = k * ln2By64Lo, r = r0 - r1;
   return {s, r, (r0 - r) - r1};
 }
 template <class V>
@@ -124,8 +184,9 @@ INLINE Remainder<V> remainderByLn2(const Reduced<V>& a) {
   constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);  // 1/720
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
   constexpr Float64 p2 = 0.5;
-  const V r = a.r, head = headOf(r), q = r * r;
-  return {head, (((t7 * q + t5) * q + t3) * q) * r + ((r - head) + a.rest), ((p6 * q + p4) * q + p2) * q};
+  const V r = a.r, head = isFused ? r : headOf(r), q = r * r;
+  const V t = timesPlus(timesPlus(t7, q, t5), q, t3) * q, p = timesPlus(timesPlus(p6, q, p4), q, p2) * q;
+  return {head, timesPlus(t, r, isFused ? a.rest : (r - head) + a.rest), p};
 }
 
 template <class V>
@@ -168,9 +229,15 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
 template <class V, class Offsets>
 INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets) {
   const auto row = twoColumns<V>(hyperbolicRows, offsets);
-  const V f = row.first, low = row.second, product = f * r.head, v = f + product;
-  const auto pair = shortPair(v, ((f - v) + product) + ((low + low * r.head) + (f + low) * (r.p + r.tail)));
   const V scale = fromHighWords<V>((wrappingSum(n, 1023 * 64) << 14) & 0x7ff00000);
+  const V f = row.first, low = row.second;
+  if constexpr (isFused) {
+    const V v = fused(f, r.head, f), lost = fused(f, r.head, f - v);
+    const auto pair = shortPair(v, fused(f + low, r.p + r.tail, fused(low, r.head, lost + low)));
+    return {pair.head * scale, pair.rest * scale};
+  }
+  const V product = f * r.head, v = f + product;
+  const auto pair = shortPair(v, ((f - v) + product) + ((low + low * r.head) + (f + low) * (r.p + r.tail)));
   return {pair.head * scale, pair.rest * scale};
 }
 template <class V>
@@ -198,11 +265,14 @@ INLINE ReducedTurn<V> reducedByPi(V y, Float64 nearest) {
   constexpr Float64 pi1Large = fromBits(0x3f8921fb54000000);  // 0.012271846295334399, 30 bits: n up to 2^23
   constexpr Float64 pi2Large = fromBits(0x3da10b4611800000);  // 7.750731087215017e-12, likewise
   constexpr Float64 pi3Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
-  const V s = y * pieces + shifter, n = s - shifter;
+  const V s = timesPlus(pieces, y, shifter), n = s - shifter;
   V r, r2;
   if constexpr (large) {
     const V r0 = y - n * pi1Large, r1 = n * pi2Large, a = r0 - r1, b = n * pi3Large - ((r0 - a) - r1);
     r = a - b, r2 = (a - r) - b;
+  } else if constexpr (isFused) {
+    const V r0 = minusTimes(y, n, pi1);
+    r = minusTimes(r0, n, pi2), r2 = minusTimes(minusTimes(r0 - r, n, pi2), n, pi3);
   } else {
     const V r0 = y - n * pi1, r1 = n * pi2;
     r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
@@ -217,8 +287,9 @@ INLINE Remainder<V> remainderByPi(const Reduced<V>& a) {
   constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);  // -1/720
   constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
   constexpr Float64 p2 = -0.5;
-  const V r = a.r, head = headOf(r), q = r * r;
-  return {head, (((t7 * q + t5) * q + t3) * q) * r + ((r - head) + a.rest), ((p6 * q + p4) * q + p2) * q};
+  const V r = a.r, head = isFused ? r : headOf(r), q = r * r;
+  const V t = timesPlus(timesPlus(t7, q, t5), q, t3) * q, p = timesPlus(timesPlus(p6, q, p4), q, p2) * q;
+  return {head, timesPlus(t, r, isFused ? a.rest : (r - head) + a.rest), p};
 }
 
 template <class V>

@@ -167,7 +167,7 @@ template <class V>
   uint64_t certain = 0;
   eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
     const auto e = fastSum(load<U>(s.expHead + i), load<U>(s.expRest + i));
-    const auto power = certainSum(e, e.high * boundOfReal);
+    const auto power = certainRelative(e, boundOfReal);
     storeParts(dst + i, Parts<U>{power.value, load<U>(s.y + i)});
     certain |= signMask(power.isCertain) << i;
   });

@@ -43,10 +43,18 @@ INLINE Certain<V> certainSum(Sum<V> x, V error) {
   return {value, equalLanes(value, x.high + (x.low - error))};
 }
 
+// The error being that bound times hi.
+template <class V, class Bound>
+INLINE Certain<V> certainRelative(Sum<V> x, Bound bound) {
+  if constexpr (!isFused) return certainSum(x, x.high * bound);
+  const V value = x.high + timesPlus(bound, x.high, x.low);
+  return {value, equalLanes(value, x.high + minusTimes(x.low, x.high, bound))};
+}
+
 // |x| with the given sign, x being a fast sum's, and the bound of its error relative to it.
 template <class V, class Bound>
 INLINE Certain<V> certainWithSign(Sum<V> x, V sign, Bound bound) {
-  const Certain<V> sum = certainSum(x, x.high * bound);
+  const Certain<V> sum = certainRelative(x, bound);
   return {orBits(magnitude(sum.value), sign), sum.isCertain};
 }
 template <class V>
