@@ -145,37 +145,47 @@ INLINE auto outside(V v) {
   return (lowestWord > h) | (h > highestWord);
 }
 
-INLINE Parts<Block> logarithm(Parts<Block> z) {
-  const Block a = magnitude(z.re), b = magnitude(z.im), less = lessLanes(a, b);
+template <class V>
+INLINE Parts<V> logarithm(Parts<V> z) {
+  const V a = magnitude(z.re), b = magnitude(z.im), less = lessLanes(a, b);
   return {halfLog(select(less, b, a), select(less, a, b)), angleOf(z.re, z.im, a, b)};
 }
 
-// Up to eight elements, among them such as the vectors aren't made for: these count as 1 + i there.
-[[gnu::noinline]] void incompleteBlock(const Complex64* src, Complex64* dst, int64_t count) {
-  Complex64 z[8], saved[8];
-  bool isOutside[8] = {};
-  for (int64_t i = 0; i < 8; ++i) {
+// Up to a vector's elements, among them such as the vectors aren't made for: these count as 1 + i there.
+template <class V>
+[[gnu::noinline]] void incomplete(const Complex64* src, Complex64* dst, int64_t count) {
+  Complex64 z[laneCount<V>], saved[laneCount<V>];
+  bool isOutside[laneCount<V>] = {};
+  for (int64_t i = 0; i < laneCount<V>; ++i) {
     z[i] = {1.0, 1.0};
     if (i >= count) continue;
     saved[i] = src[i];
     isOutside[i] = outside(saved[i].re) || outside(saved[i].im);
     if (!isOutside[i]) z[i] = saved[i];
   }
-  storeParts(z, logarithm(loadParts<Block>(z)));
+  storeParts(z, logarithm(loadParts<V>(z)));
   for (int64_t i = 0; i < count; ++i) dst[i] = isOutside[i] ? complexLn(saved[i]) : z[i];
 }
 
-nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
-  int64_t i = 0;
-  for (; i + 8 <= len; i += 8) {
-    const Parts<Block> z = loadParts<Block>(src + i);
-    if (any(outside(z.re) | outside(z.im))) [[unlikely]] {
-      incompleteBlock(src + i, dst + i, 8);
-      continue;
-    }
-    storeParts(dst + i, logarithm(z));
+template <class V>
+INLINE void evaluate(const Complex64* src, Complex64* dst, int64_t count) {
+  if (count == laneCount<V>) {
+    const Parts<V> z = loadParts<V>(src);
+    if (!any(outside(z.re) | outside(z.im))) [[likely]]
+      return storeParts(dst, logarithm(z));
   }
-  if (i < len) incompleteBlock(src + i, dst + i, len - i);
+  incomplete<V>(src, dst, count);
+}
+
+nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
+  for (; len >= 8; src += 8, dst += 8, len -= 8) evaluate<Block>(src, dst, 8);
+  // The rest takes the least registers that hold it.
+  if (len > 4)
+    evaluate<Block>(src, dst, len);
+  else if (len > 2)
+    evaluate<Four>(src, dst, len);
+  else if (len > 0)
+    evaluate<Lanes2>(src, dst, len);
   return nuvStatusOk;
 }
 

@@ -62,6 +62,6 @@ struct Subject {
 std::span<const Subject> exponentialSubjects();  // sinh, cosh, tanh, sin, cos, tan
 std::span<const Subject> inverseSubjects();      // asinh, asin, acosh, acos, atan
 std::span<const Subject> logSubjects();          // log10
-std::span<const Subject> powSubjects();          // pow
+std::span<const Subject> powSubjects();          // exp, pow
 
 }  // namespace qorvane::certainty

@@ -18,7 +18,7 @@ template <Function function>
 void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   const bool turned = isTurned(function);
   const Float64 x = std::abs(turned ? z.im : z.re), y = std::abs(turned ? z.re : z.im);
-  if (x >= (isQuotient(function) ? 512 : 1024) || y >= 100000) return;
+  if (x >= (isQuotient(function) ? 512 : 1024) || y >= 1e8) return;
   const bool isLarge = x >= 256;
   const auto h = isLarge ? hyperbolicPairs<true>(x) : hyperbolicPairs(x);
   const auto t = y >= 256 ? trigonometricPairs<true>(y) : trigonometricPairs(y);
@@ -75,7 +75,7 @@ constexpr Distribution distributions[] = {
      }},
     {"trigonometric part large",
      [](Random& random) {
-       return Complex64{uniform(random, -20, 20), signedPower(random, 8, 17)};
+       return Complex64{uniform(random, -20, 20), signedPower(random, 8, 27)};
      }},
 };
 

@@ -1,10 +1,13 @@
-// qorvane-certainty's share of the powers. The exponent of each base is made of its bits.
+// qorvane-certainty's share of the powers, the exponent of each base being made of its bits, and of the exponential.
 #include "complex/certified/pow_strip.h"
 #include "tools/certainty.h"
 
 namespace qorvane {
 nuvStatus complexPowSse3(const Complex64*, const Complex64*, Complex64*, int32_t);
 nuvStatus complexPowAvx(const Complex64*, const Complex64*, Complex64*, int32_t);
+
+nuvStatus complexExpSse3(const Complex64*, Complex64*, int32_t);
+nuvStatus complexExpAvx(const Complex64*, Complex64*, int32_t);
 
 namespace certainty {
 namespace {
@@ -79,7 +82,49 @@ constexpr Distribution distributions[] = {
      }},
 };
 
+// What the kernel's vectors leave out, and all else one by one.
+template <Kernel kernel>
+nuvStatus exponentials(const Complex64* z, Complex64* results, int32_t count) {
+  kernel(z, results, count);
+  for (int32_t i = 0; i < count; ++i)
+    if (std::abs(z[i].re) < 512 && std::abs(z[i].im) < 512) results[i] = complexExp(z[i]);
+  return nuvStatusOk;
+}
+void takeSharesOfExp(Complex64 z, Complex64 expected, Counts& counts) {
+  if (!servesExponential(z.re, z.im)) return;
+  const auto t = trigonometricPairs<true>(std::abs(z.im));
+  const auto e = exponentialPair(withinLanes(z).re);
+  for (int i = 0; i < shareCount; ++i) {
+    const auto cos = certainProduct(e, t.cos, 0.0, boundOfExponential * shares[i]);
+    const auto sin = certainProduct(e, t.sin, 0.0, boundOfExponential * shares[i]);
+    const Complex64 result = beyondLanes({cos.value, sin.value}, z.re);
+    counts.add(i, toBits(cos.isCertain) != 0 && toBits(sin.isCertain) != 0 && toBits(t.isUnsure) == 0,
+               result.re == std::abs(expected.re) && result.im == std::abs(expected.im));
+  }
+}
+constexpr Distribution exponents[] = {
+    {"parts within 20", [](Random& r) { return within(r, 20); }},
+    {"parts of any size",
+     [](Random& r) {
+       return Complex64{signedPower(r, -60, 9), signedPower(r, -60, 27)};
+     }},
+    {"angle large",
+     [](Random& r) {
+       return Complex64{uniform(r, -20, 20), signedPower(r, 8, 27)};
+     }},
+    {"real part large",
+     [](Random& r) {
+       return Complex64{uniform(r, 512, 720), uniform(r, -20, 20)};
+     }},
+    {"imaginary axis",
+     [](Random& r) {
+       return Complex64{0, uniform(r, -20, 20)};
+     }},
+};
+
 constexpr Subject subjects[] = {
+    {"exp", complexExpExtended, takeSharesOfExp, false, exponentials<complexExpSse3>, exponentials<complexExpAvx>,
+     exponents},
     {"pow", power, takeShares, false, powers<complexPowSse3>, powers<complexPowAvx>, distributions},
 };
 

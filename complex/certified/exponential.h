@@ -1,11 +1,12 @@
-// e^x (cos y + i sin y) in lanes: both parts, taken where every number within both errors rounds to one.
+// e^x (cos y + i sin y) in lanes: both parts, taken where every number within both errors rounds to one
+// (docs/certainty_log.md).
 #pragma once
 #include "complex/certified/strips.h"
 
 namespace qorvane {
 namespace {
 
-// Of a part, relative to it (docs/certainty_log.md): for all x; from |x| = 2^-11 up, where the routine's e^x has
+// Of a part, relative to it: for all x; from |x| = 2^-11 up, where the routine's e^x has
 // half the error; and of e^x by itself.
 constexpr Float64 boundOfExponential = 5.25 * 0x1p-64, boundFromEleventh = 4.25 * 0x1p-64;
 constexpr Float64 boundOfReal = 2.375 * 0x1p-64;
@@ -24,9 +25,29 @@ INLINE CertainParts<V> certainExponential(ShortPair<V> e, ShortPair<V> sin, Shor
   return {{re.value, im.value}, andBits(re.isCertain, im.isCertain)};
 }
 
-// For |x| < 512 and |y| from 256 to 100000.
+// Whether the lanes have a form for z: 2^-80 <= |y| < 10^8; x of 0, from 2^-200 up, from -512 to 709, and beyond
+// where both parts over- or underflow for certain, from 768 up and -746 down.
+INLINE bool servesExponential(Float64 re, Float64 im) {
+  constexpr uint32_t fromY = 0x3af00000, toY = 0x4197d784, fromX = 0x33700000, infinity = 0x7ff00000;
+  constexpr uint32_t x512 = 0x40800000, x709 = 0x40862800, x746 = 0x40875000, x768 = 0x40880000;
+  const uint32_t word = highWord(re), x = word & 0x7fffffff, y = highWord(im) & 0x7fffffff;
+  if (y - fromY >= toY - fromY) return false;
+  if (x - fromX < x512 - fromX) [[likely]]
+    return true;
+  if (x == word) return x < x709 ? x >= x512 || toBits(re) == 0 : x - x768 < infinity - x768;
+  return x - x746 < infinity - x746 || toBits(re) << 1 == 0;
+}
+// Beyond -512 and 709 the lanes take these numbers' exponentials.
+INLINE Complex64 withinLanes(Complex64 z) { return {z.re > 709 ? 709 : z.re < -512 ? -512 : z.re, z.im}; }
+// What they are there: parts that over- and underflow, with their flags.
+INLINE Complex64 beyondLanes(Complex64 result, Float64 x) {
+  if (-512 <= x && x <= 709) [[likely]]
+    return result;
+  const Float64 scale = x < 0 ? 0x1p-1000 : 0x1p1000;
+  return {result.re * scale, result.im * scale};
+}
 template <class V>
-INLINE CertainParts<V> certainExponentialOfLarge(Parts<V> z) {
+INLINE CertainParts<V> certainExponentialOf(Parts<V> z) {
   const auto t = trigonometricPairs<true>(magnitude(z.im));
   const auto e = certainExponential(exponentialPair(z.re), t.sin, t.cos, z.im);
   return {e.parts, withoutBits(e.isCertain, t.isUnsure)};

@@ -8,8 +8,8 @@
 // all else is below 2^-14 of the result and made in plain double precision.
 //
 // Error: at most 0.62 * 2^-64 of sinh x, 0.25 of cosh x, 0.79 of sin y and cos y, for x and y that are 0
-// or from 2^-100 up to 256; in the forms for large numbers x up to 1024, y up to 100000 (docs/certainty.md
-// has the proof).
+// or from 2^-100 up to 256; in the forms for large numbers x up to 1024, y up to 10^8 (docs/certainty.md has
+// the proof).
 #pragma once
 #include "complex/certified/tables.h"
 #include "complex/pairs.h"
@@ -225,7 +225,7 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return hyperbolicPairs<large>(x, n, remainderByLn2(a), rowOfPower(n));
 }
 
-// e^x for |x| < 512. Both rows' parts are one: f = g.
+// e^x for |x| <= 709. Both rows' parts are one: f = g.
 template <class V, class Offsets>
 INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets) {
   const auto row = twoColumns<V>(hyperbolicRows, offsets);
@@ -262,13 +262,15 @@ INLINE ReducedTurn<V> reducedByPi(V y, Float64 nearest) {
   constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);       // 0.012271846303065104, 37 bits: n times it is exact
   constexpr Float64 pi2 = fromBits(0x3d168c234c4c0000);       // 2.0026126184249655e-14, likewise
   constexpr Float64 pi3 = fromBits(0x3ab98a2e03707345);       // 8.252343021083928e-26
-  constexpr Float64 pi1Large = fromBits(0x3f8921fb54000000);  // 0.012271846295334399, 30 bits: n up to 2^23
-  constexpr Float64 pi2Large = fromBits(0x3da10b4611800000);  // 7.750731087215017e-12, likewise
-  constexpr Float64 pi3Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
+  constexpr Float64 pi1Large = fromBits(0x3f8921fa00000000);  // 0.012271836400032043, 20 bits: n up to 2^33
+  constexpr Float64 pi2Large = fromBits(0x3e45444200000000);  // 9.903047271109244e-09, likewise
+  constexpr Float64 pi3Large = fromBits(0x3cfa308c00000000);  // 5.81526742992472e-15, likewise
+  constexpr Float64 pi4Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
   const V s = timesPlus(pieces, y, shifter), n = s - shifter;
   V r, r2;
   if constexpr (large) {
-    const V r0 = y - n * pi1Large, r1 = n * pi2Large, a = r0 - r1, b = n * pi3Large - ((r0 - a) - r1);
+    const V r0 = (y - n * pi1Large) - n * pi2Large, r1 = n * pi3Large;
+    const V a = r0 - r1, b = n * pi4Large - ((r0 - a) - r1);
     r = a - b, r2 = (a - r) - b;
   } else if constexpr (isFused) {
     const V r0 = minusTimes(y, n, pi1);
@@ -277,7 +279,7 @@ INLINE ReducedTurn<V> reducedByPi(V y, Float64 nearest) {
     const V r0 = y - n * pi1, r1 = n * pi2;
     r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
   }
-  return {{s, r, r2}, lessLanes(magnitude(r), large ? n * 0x1p-44 : y * nearest)};
+  return {{s, r, r2}, lessLanes(magnitude(r), large ? n * 0x1p-48 : y * nearest)};
 }
 template <class V>
 INLINE Remainder<V> remainderByPi(const Reduced<V>& a) {

@@ -213,7 +213,12 @@ INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents,
     // Which NaN becomes the result depends on the order of operands.
     const bool isOrdered = x[place] == x[place] && y[place] == y[place];
     const auto b = exponents.template at<Float64>(place);
-    dst[i] = isOrdered ? complexExp({x[place], y[place]}) : complexPow({re[place], im[place]}, {b.re, b.im});
+    if (!isOrdered)
+      dst[i] = complexPow({re[place], im[place]}, {b.re, b.im});
+    else if ((out.mask >> place & 1) != 0)
+      dst[i] = complexExp({x[place], y[place]});
+    else
+      dst[i] = complexExpExtended({x[place], y[place]});
   }
 }
 template <class V>

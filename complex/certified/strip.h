@@ -24,8 +24,8 @@ struct Strip {
 };
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256; in strips with larger ones
-// |x| < 1024, in quotients all numbers, and |y| < 100000. Zeros and these are outside at first.
-constexpr uint32_t limitHighWord = 0x40700000, limitOfLargeX = 0x40900000, limitOfLargeY = 0x40f86a00;
+// |x| < 1024, in quotients all numbers, and |y| < 10^8. Zeros and these are outside at first.
+constexpr uint32_t limitHighWord = 0x40700000, limitOfLargeX = 0x40900000, limitOfLargeY = 0x4197d784;
 // From 512 up quotients are those of 500: 1, and a zero that isn't exact.
 constexpr uint32_t limitOfQuotients = 0x40800000, infinityHighWord = 0x7ff00000;
 
