@@ -4,7 +4,8 @@
 
 namespace qorvane {
 nuvStatus complexPowSse3(const Complex64*, const Complex64*, Complex64*, int32_t);
-nuvStatus complexPowAvx(const Complex64*, const Complex64*, Complex64*, int32_t);
+nuvStatus complexPowAvxPlain(const Complex64*, const Complex64*, Complex64*, int32_t);
+nuvStatus complexPowAvxFma(const Complex64*, const Complex64*, Complex64*, int32_t);
 
 nuvStatus complexExpSse3(const Complex64*, Complex64*, int32_t);
 nuvStatus complexExpAvx(const Complex64*, Complex64*, int32_t);
@@ -124,8 +125,9 @@ constexpr Distribution exponents[] = {
 
 constexpr Subject subjects[] = {
     {"exp", complexExpExtended, takeSharesOfExp, false, exponentials<complexExpSse3>, exponentials<complexExpAvx>,
-     exponents},
-    {"pow", power, takeShares, false, powers<complexPowSse3>, powers<complexPowAvx>, distributions},
+     nullptr, exponents},
+    {"pow", power, takeShares, false, powers<complexPowSse3>, powers<complexPowAvxPlain>, powers<complexPowAvxFma>,
+     distributions},
 };
 
 }  // namespace
