@@ -8,17 +8,16 @@
 // added twice over, so that it keeps its relative accuracy on the unit circle. The imaginary part is
 // the angle of a table of five and the arc tangent of the ratio to it.
 //
-// Elements with a part outside 2^-500 to 2^500, zeros, infinities and NaNs among them, go to
-// complexLn.
+// Elements with a part outside 2^-500 to 2^500, zeros, infinities and NaNs among them, have the bits of
+// complexLn; those on the axes come from lanes where they are certain (docs/certainty_log.md).
 //
 // Error: at most 0.854 ulp, in the imaginary part; real parts are off by little more than half a
 // unit, on the unit circle, too.
 //
 // Modes: rounds to nearest, without FTZ; DAZ is the caller's.
 #pragma once
+#include "complex/certified/log_strip.h"
 #include "complex/ln.h"
-#include "complex/pairs.h"
-#include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
@@ -151,20 +150,43 @@ INLINE Parts<V> logarithm(Parts<V> z) {
   return {halfLog(select(less, b, a), select(less, a, b)), angleOf(z.re, z.im, a, b)};
 }
 
-// Up to a vector's elements, among them such as the vectors aren't made for: these count as 1 + i there.
+// Up to a vector's elements, among them such as the vectors aren't made for: these count as 1 + i there, and
+// complexLn gives their results, or the same comes from lanes on the axes.
 template <class V>
 [[gnu::noinline]] void incomplete(const Complex64* src, Complex64* dst, int64_t count) {
-  Complex64 z[laneCount<V>], saved[laneCount<V>];
-  bool isOutside[laneCount<V>] = {};
-  for (int64_t i = 0; i < laneCount<V>; ++i) {
-    z[i] = {1.0, 1.0};
+  constexpr int lanes = laneCount<V>;
+  Complex64 inside[lanes], onAxis[lanes], others[lanes];
+  uint64_t isInside = 0, isOnAxis = 0, isCertain = 0;
+  for (int i = 0; i < lanes; ++i) {
+    inside[i] = {1, 1}, onAxis[i] = {2, 0};
     if (i >= count) continue;
-    saved[i] = src[i];
-    isOutside[i] = outside(saved[i].re) || outside(saved[i].im);
-    if (!isOutside[i]) z[i] = saved[i];
+    const Complex64 z = src[i];
+    const bool hasZero = toBits(z.re) << 1 == 0 || toBits(z.im) << 1 == 0;
+    if (!outside(z.re) && !outside(z.im))
+      inside[i] = z, isInside |= uint64_t{1} << i;
+    else if (hasZero && !isOutsideOfLog(z.re, z.im))
+      onAxis[i] = z, isOnAxis |= uint64_t{1} << i;
+    others[i] = z;
   }
-  storeParts(z, logarithm(loadParts<V>(z)));
-  for (int64_t i = 0; i < count; ++i) dst[i] = isOutside[i] ? complexLn(saved[i]) : z[i];
+  if (isInside != 0) storeParts(inside, logarithm(loadParts<V>(inside)));
+  if (isOnAxis != 0 && isAllowed()) {
+    using Two = Pack<PartOf<Four>, 2>;  // registers: more take more time
+    using U = std::conditional_t<(lanes > laneCount<Two>), Two, V>;
+    for (int i = 0; i < lanes; i += laneCount<U>) {
+      const Parts<U> z = loadParts<U>(onAxis + i);
+      const auto both = certainOnAxis<Base::e>(z.re, z.im);
+      storeParts(onAxis + i, Parts<U>{both.log.value, orBits(both.angle, signOf(z.im))});
+      isCertain |= signMask(both.log.isCertain) << i;
+    }
+  }
+  for (int i = 0; i < count; ++i) {
+    if ((isInside >> i & 1) != 0)
+      dst[i] = inside[i];
+    else if ((isOnAxis >> i & isCertain >> placeOf<PartOf<V>>(i) & 1) != 0)
+      dst[i] = onAxis[i];
+    else
+      dst[i] = complexLn(others[i]);
+  }
 }
 
 template <class V>
