@@ -380,6 +380,14 @@ template <int K>
 INLINE Pack<Lanes4, K> fused(Pack<Lanes4, K> a, Pack<Lanes4, K> b, Pack<Lanes4, K> c) {
   return makePack<K>([&](int i) INLINED { return fused(a.part[i], b.part[i], c.part[i]); });
 }
+template <int K>
+INLINE Pack<Lanes4, K> fusedLess(Pack<Lanes4, K> a, Pack<Lanes4, K> b, Pack<Lanes4, K> c) {
+  return makePack<K>([&](int i) INLINED { return fusedLess(a.part[i], b.part[i], c.part[i]); });
+}
+template <int K>
+INLINE Pack<Lanes4, K> fusedFrom(Pack<Lanes4, K> c, Pack<Lanes4, K> a, Pack<Lanes4, K> b) {
+  return makePack<K>([&](int i) INLINED { return fusedFrom(c.part[i], a.part[i], b.part[i]); });
+}
 #endif
 
 // The sign bits of the lanes, lane 0 lowest.
