@@ -162,12 +162,13 @@ template <class V>
     certain = signMask(e.isCertain);
   }
   for (int i = 0; i < count; ++i) {
+    const bool isServed = (served >> i & 1) != 0, isCertain = (certain >> placeOf<PartOf<V>>(i) & 1) != 0;
     if ((flagged >> i & 1) == 0)
       dst[i] = cleared[i];
-    else if ((served >> i & certain >> placeOf<PartOf<V>>(i) & 1) != 0)
-      dst[i] = beyondLanes(inLanes[i], src[i].re);
+    else if (isServed && isCertain && leaveLanes(inLanes[i], src[i].re))
+      dst[i] = inLanes[i];
     else
-      dst[i] = (served >> i & 1) != 0 ? complexExp(src[i]) : complexExpExtended(src[i]);
+      dst[i] = isServed ? complexExp(src[i]) : complexExpExtended(src[i]);
   }
 }
 

@@ -112,6 +112,35 @@ TEST(Certified, BarelyAndUncertainElementsHaveTheirExtendedBits) {
   }
 }
 
+// Bounds, or sums, that are far from what they should be show in the share that is unsure.
+TEST(Certified, TheBoundsAreOfTheRightSize) {
+  const std::pair<Function, int> expected[] = {{Function::sinh, 1310}, {Function::cosh, 1374}, {Function::tanh, 2660}};
+  for (const auto& [function, count] : expected) {
+    Random random(6);
+    int unsure = 0;
+    for (int i = 0; i < 200000; ++i) {
+      const double x = uniform(random, -20, 20);
+      unsure += !isCertain(function, x, uniform(random, -20, 20), 1);
+    }
+    EXPECT_NEAR(unsure, count, 40) << static_cast<int>(function);
+  }
+}
+
+// The reduction doesn't know the remainder of an angle next to a multiple of pi/256; a little further off it does.
+TEST(Certified, AnglesNextToStepsAreUnsure) {
+  constexpr long double step = 0.01227184630308512983774470071593555834L;
+  for (double number = 1; number < 8e9; number = std::ceil(number * 1.01)) {
+    const auto nearest = static_cast<double>(static_cast<long double>(number) * step);
+    const double beside = nearest * (1 + 0x1p-40);
+    if (nearest < 256) {
+      EXPECT_NE(toBits(trigonometricPairs(nearest).isUnsure), 0u) << number;
+      EXPECT_EQ(toBits(trigonometricPairs(beside).isUnsure), 0u) << number;
+    }
+    EXPECT_NE(toBits(trigonometricPairs<true>(nearest).isUnsure), 0u) << number;
+    EXPECT_EQ(toBits(trigonometricPairs<true>(beside).isUnsure), 0u) << number;
+  }
+}
+
 TEST(Certified, EveryLengthAndNeighbourGivesTheSameBits) {
   for (const Subject& subject : subjects) expectEveryLength(subject, 20, special);
 }

@@ -10,8 +10,9 @@ Complex64 complexExp(Complex64 z) {
   if (servesExponential(x, y) && isAllowed()) [[likely]] {
     const Complex64 within = withinLanes({x, y});
     const auto e = certainExponentialOf(Parts<Float64>{within.re, within.im});
-    if (toBits(e.isCertain) != 0) [[likely]]
-      return beyondLanes({e.parts.re, e.parts.im}, x);
+    Complex64 result = {e.parts.re, e.parts.im};
+    if (toBits(e.isCertain) != 0 && leaveLanes(result, x)) [[likely]]
+      return result;
   }
   return complexExpExtended({opaque(x), opaque(y)});
 }

@@ -225,11 +225,12 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   return hyperbolicPairs<large>(x, n, remainderByLn2(a), rowOfPower(n));
 }
 
-// e^x for |x| <= 709. Both rows' parts are one: f = g.
+// `times`, a power of two, times e^x, for x from -708 to 709. Both rows' parts are one: f = g.
 template <class V, class Offsets>
-INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets) {
+INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets,
+                                    V times = broadcast<V>(1.0)) {
   const auto row = twoColumns<V>(hyperbolicRows, offsets);
-  const V scale = fromHighWords<V>((wrappingSum(n, 1023 * 64) << 14) & 0x7ff00000);
+  const V scale = fromHighWords<V>((wrappingSum(n, 1023 * 64) << 14) & 0x7ff00000) * times;
   const V f = row.first, low = row.second;
   if constexpr (isFused) {
     const V v = fused(f, r.head, f), lost = fused(f, r.head, f - v);
@@ -241,10 +242,10 @@ INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets
   return {pair.head * scale, pair.rest * scale};
 }
 template <class V>
-INLINE ShortPair<V> exponentialPair(V x) {
+INLINE ShortPair<V> exponentialPair(V x, V times = broadcast<V>(1.0)) {
   const Reduced<V> a = reducedByLn2(x);
   const auto n = lowWords(a.shifted);
-  return exponentialPair(n, remainderByLn2(a), rowOfPower(n));
+  return exponentialPair(n, remainderByLn2(a), rowOfPower(n), times);
 }
 
 // y = n pi/256 + r for y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large

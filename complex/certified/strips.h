@@ -21,11 +21,6 @@ INLINE auto outside(V part) {
 INLINE bool isOutside(Float64 part, uint32_t limit) {
   return (highWord(part) & 0x7fffffff) - firstHighWord >= limit - firstHighWord && toBits(part) << 1 != 0;
 }
-// Words that are all ones where the part isn't 0.
-template <class V>
-INLINE auto isNonzero(V part) {
-  return ((highWords(part) & 0x7fffffff) | lowWords(part)) != 0;
-}
 
 template <class V>
 INLINE ShortPair<V> loadPair(const Float64* head, const Float64* rest) {
