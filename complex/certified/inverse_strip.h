@@ -64,17 +64,16 @@ template <Function function, class W, class V>
 [[gnu::noinline]] void pointStage(InverseStrip& s, int count) {
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
-    Point<U> point;
     if constexpr (function == Function::atan) {
       const auto p = inverseTangentPoint(a, b);
-      point = p.point;
-      store(s.share + i, p.shareOfRho);
+      store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.share + i, p.common);
+      store(s.cosHead + i, p.halfOfQ.head), store(s.cosRest + i, p.halfOfQ.rest);
     } else {
-      point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
+      const auto point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
+      store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
+      store(s.cosHead + i, point.cos.head), store(s.cosRest + i, point.cos.rest);
+      store(s.sinHead + i, point.sin.head), store(s.sinRest + i, point.sin.rest);
     }
-    store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
-    store(s.cosHead + i, point.cos.head), store(s.cosRest + i, point.cos.rest);
-    store(s.sinHead + i, point.sin.head), store(s.sinRest + i, point.sin.rest);
   });
 }
 
@@ -82,7 +81,12 @@ template <Function function, class W, class V>
 [[gnu::noinline]] uint64_t logStage(InverseStrip& s, int count) {
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto log = certainLog<function>(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.a + i));
+    const auto e = loadPair<U>(s.eHead + i, s.eRest + i);
+    Certain<U> log;
+    if constexpr (function == Function::atan)
+      log = certainTangentLog(e, load<U>(s.share + i), load<U>(s.a + i));
+    else
+      log = certainLog(e);
     store(s.log + i, log.value);
     certain |= signMask(log.isCertain) << i;
   });
@@ -93,8 +97,12 @@ template <Function function, class W, class V>
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const U a = load<U>(s.a + i), b = load<U>(s.b + i), log = load<U>(s.log + i);
-    const auto angle = certainAngle<function>(loadPair<U>(s.cosHead + i, s.cosRest + i),
-                                              loadPair<U>(s.sinHead + i, s.sinRest + i), a, load<U>(s.share + i));
+    const auto cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
+    Certain<U> angle;
+    if constexpr (function == Function::atan)
+      angle = certainTangentAngle(cos, magnitude(b));
+    else
+      angle = certainAngle<function>(cos, loadPair<U>(s.sinHead + i, s.sinRest + i), a);
     storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
     certain |= signMask(angle.isCertain) << i;
   });

@@ -1,0 +1,125 @@
+// The inverse tangent in lanes: the parts of atan z, each with the error within which it is certain
+// (docs/certainty_inverse.md).
+//
+// Method: with A the part along the cuts, B the other one, and d = A - 1, exactly,
+//   Q = d^2 + B^2,  q = A^2 + B^2 - 1 = Q + 2 d,
+//   L = ln(1 + 4 A / Q) / 4,   2T is the angle of (-q, 2 B).
+// Q is at most rho = |1 - z^2|, to which q's error matters: nothing is lost where q cancels. No part of the
+// logarithm but its quotient has to be better than 2^-69 absolutely, beside a bound of several 2^-64.
+#pragma once
+#include "complex/certified/inverse_pairs.h"
+#include "complex/certified/strips.h"
+
+namespace qorvane {
+namespace {
+
+// Of 4 L: by the series that the extended routine takes for a small one, and else by a logarithm of a quotient
+// above 1, a < 0, or below.
+constexpr Float64 boundOfSeries = 5.375 * 0x1p-64, endOfSeries = 0.02952, boundOfSquare = 6144 * 0x1p-64;
+constexpr Float64 boundAboveOne = 2.75 * 0x1p-64, absoluteAboveOne = 5.09375 * 0x1p-64;
+constexpr Float64 boundBelowOne = 3.75 * 0x1p-64, absoluteBelowOne = 5.8125 * 0x1p-64;
+constexpr Float64 boundOfCommon = 2 * 0x1p-64;
+// Of 2 T, of its quotient, and of the angle's sine over rho times N, N = 1 + A^2 + B^2. Where |q| < 0.0299 the
+// routine adds up two angles for certain, and beyond 0.0301 it doesn't.
+constexpr Float64 boundOfAngle = 1.03125 * 0x1p-64, boundOfQuotient = 5.25 * 0x1p-64, boundOfSine = 3.03125 * 0x1p-64;
+constexpr Float64 boundOfTwoAngles = 7.25 * 0x1p-64, endOfTwoAngles = 0.01495, endOfBoth = 0.01505;
+
+// 4 A / Q, B^2 / Q in double precision, and q / 2.
+template <class V>
+struct TangentPoint {
+  ShortPair<V> e;
+  V common;
+  ShortPair<V> halfOfQ;
+};
+template <class V>
+INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
+  const auto d = exactSum(a, broadcast<V>(-1.0));
+  const auto d2 = square(pairOf(d));
+  const V bHead = headOf(b), b2 = bHead * bHead;
+  const auto sum = exactSum(d2.high, b2);
+  const V low = sum.low + (d2.low + (bHead + b) * (b - bHead));
+  const V whole = sum.high + low, reciprocal = 1.0 / whole, qHead = headOf(whole);
+  const auto e = quotient(Sum<V>{a * 4.0, broadcast<V>(0.0)}, ShortPair<V>{qHead, (sum.high - qHead) + low}, reciprocal);
+  const auto half = exactSum(sum.high * 0.5, d.high);
+  return {e, b2 * reciprocal, shortPair(half.high, half.low + (low * 0.5 + d.low))};
+}
+
+// The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
+// the lanes add where it is. `a` has its sign.
+template <class V>
+INLINE V errorOfTangentLog(V log, V a, V common, V square, Float64 part) {
+  const V isAbove = lessLanes(a, broadcast<V>(0.0));
+  const V bySeries = log * (boundOfSeries * part) + square;
+  const V byLog =
+      log * select(isAbove, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
+      (select(isAbove, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part)) - common);
+  return select(lessLanes(log, broadcast<V>(endOfSeries)), bySeries, byLog);
+}
+// L. Of |z| <= 2^-8 all but z's leading term is made in double precision;
+// z^8 / 8 is part of the terms before it.
+template <class V>
+INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, Float64 part = 1) {
+  constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
+  constexpr Float64 c6 = fromBits(0xbfc5556555555555);  // -1/6 - 2^-19
+  constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
+  constexpr Float64 c4 = -0.25 + 0x1p-38;
+  constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
+  const V near = (e.head + e.rest) + 1.0;
+  const auto word = highWords(near) + 0x1000;
+  const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
+  const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
+  const V k = factor * row.of[0];
+  const auto less = fastSum(broadcast<V>(-1.0), k);
+  const V z = e.head * k + less.high, rest = e.rest * k + less.low, whole = z + rest, z2 = whole * whole;
+  const V odd = (c7 * z2 + c5) * z2 + c3, even = c6 * z2 + c4;
+  const V tail = (odd + even * whole) * (z2 * whole) - 0.5 * z2;
+  const auto sum = fastSum(n * ln2Hi + row.of[1], z);
+  const auto log = fastSum(sum.high, (sum.low + (n * ln2Lo + row.of[2])) + (rest + tail));
+
+  const V error = errorOfTangentLog(log.high, a, (common * (boundOfCommon * part)) * k, z2 * (boundOfSquare * part), part);
+  const auto certain = certainSum(log, error);
+  return {certain.value * 0.25, certain.isCertain};
+}
+
+// T.
+template <class V>
+INLINE Certain<V> certainTangentAngle(ShortPair<V> halfOfQ, V b, Float64 part = 1) {
+  constexpr Float64 halfPiHi = fromBits(0x3ff921fb54443000);  // 1.5707963267950618, a multiple of 2^-41
+  constexpr Float64 halfPiLo = fromBits(0xbd473dcb3b399d74);  // -1.6513995372426591e-13
+  constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
+  constexpr Float64 upper20 = fromBits(0xfffffffe00000000);   // a mask
+  constexpr Float64 a7 = fromBits(0xbfc2492492492492);        // -1/7
+  constexpr Float64 a5 = fromBits(0x3fc999999999999a);        // 1/5
+  constexpr Float64 a3 = fromBits(0xbfd5555555555555);        // -1/3
+  const V sign = signOf(halfOfQ.head), one = broadcast<V>(1.0);
+  const ShortPair<V> across = {xorBits(halfOfQ.head, sign), xorBits(halfOfQ.rest, sign)}, up = splitOf(b);
+  const V isFlat = lessLanes(b, across.head + across.rest);
+  const V large = largerLanes(across.head, up.head), small = smallerLanes(across.head, up.head);
+  const V largeRest = select(isFlat, across.rest, up.rest), smallRest = select(isFlat, up.rest, across.rest);
+
+  const V ratio = small / large, shifted = ratio * 128.0 + shifter, c = (shifted - shifter) * 0x1p-7;
+  const auto row = twoColumns<V>(tangentRows, lowWords(shifted) << 4);
+  const V times = c * small, rest = largeRest + c * smallRest;
+  const V reciprocal = 1.0 / ((large + times) + rest);
+  const V high = small - c * large, low = smallRest - c * largeRest;
+  const V q = (high + low) * reciprocal, head = andBits(q, broadcast<V>(upper20)), q2 = q * q;
+  const V left = (((high - head * large) - head * times) + (low - head * rest)) * reciprocal;
+  const V tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
+
+  const V number = one + andBits(isFlat, orBits(sign, one));
+  const V turn = signOf(xorBits(halfOfQ.head, isFlat));
+  const auto sum = fastSum(number * halfPiHi + xorBits(row.first, turn), xorBits(head, turn));
+  const V lows = (sum.low + (number * halfPiLo + xorBits(row.second, turn))) + xorBits(left + tail, turn);
+  const auto angle = fastSum(sum.high, lows);
+
+  const V sine = largerLanes(ratio, withoutBits(one, isFlat)) * (halfOfQ.head + 1.0) * reciprocal;
+  const V ofOneAngle = magnitude(q) * (boundOfQuotient * part) + sine * (boundOfSine * part);
+  const V twoAngles = andBits(lessLanes(across.head, broadcast<V>(endOfBoth)), broadcast<V>(boundOfTwoAngles * part));
+  const V ofAngle = angle.high * largerLanes(twoAngles, broadcast<V>(boundOfAngle * part));
+  const auto certain =
+      certainSum(angle, ofAngle + withoutBits(ofOneAngle, lessLanes(across.head, broadcast<V>(endOfTwoAngles))));
+  return {certain.value * 0.5, certain.isCertain};
+}
+
+}  // namespace
+}  // namespace qorvane
