@@ -19,6 +19,7 @@ struct InverseStrip {
   alignas(32) Float64 a[stripLength], b[stripLength];
   alignas(32) Float64 eHead[stripLength], eRest[stripLength], share[stripLength], log[stripLength];
   alignas(32) Float64 cosHead[stripLength], cosRest[stripLength], sinHead[stripLength], sinRest[stripLength];
+  alignas(32) uint32_t near[stripLength + 4], rowOfLog[stripLength + 4], rowOfAngle[stripLength + 4];
 };
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 2^60.
@@ -66,8 +67,12 @@ template <Function function, class W, class V>
     const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
     if constexpr (function == Function::atan) {
       const auto p = inverseTangentPoint(a, b);
+      const auto slope = slopeOf(p.ratio);
       store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.share + i, p.common);
       store(s.cosHead + i, p.halfOfQ.head), store(s.cosRest + i, p.halfOfQ.rest);
+      store(s.sinHead + i, p.ratio), store(s.sinRest + i, slope.c);
+      storeWords(s.near + i, p.near), storeWords(s.rowOfLog + i, rowOfLog<U>(p.near));
+      storeWords(s.rowOfAngle + i, lowWords(slope.shifted) << 4);
     } else {
       const auto point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
       store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
@@ -84,7 +89,8 @@ template <Function function, class W, class V>
     const auto e = loadPair<U>(s.eHead + i, s.eRest + i);
     Certain<U> log;
     if constexpr (function == Function::atan)
-      log = certainTangentLog(e, load<U>(s.share + i), load<U>(s.a + i));
+      log = certainTangentLog(e, load<U>(s.share + i), load<U>(s.a + i), loadWords<U>(s.near + i),
+                              columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
     else
       log = certainLog(e);
     store(s.log + i, log.value);
@@ -100,7 +106,8 @@ template <Function function, class W, class V>
     const auto cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
     Certain<U> angle;
     if constexpr (function == Function::atan)
-      angle = certainTangentAngle(cos, magnitude(b));
+      angle = certainTangentAngle(cos, magnitude(b), load<U>(s.sinHead + i), load<U>(s.sinRest + i),
+                                  twoColumns<U>(tangentRows, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
     else
       angle = certainAngle<function>(cos, loadPair<U>(s.sinHead + i, s.sinRest + i), a);
     storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
@@ -141,17 +148,23 @@ INLINE Axis axisOf(const InverseStrip& s, int count) {
   const bool aIsZero = isZero(anyA);
   return {aIsZero, isZero(anyB), aIsZero ? any(outsideB) : any(outsideA)};
 }
-// An element's result, where the lanes have some of its parts or a zero was replaced.
+// The logarithm from its routine.
 template <Function function>
-[[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool hasLog, bool hasAngle, bool hasZero) {
-  if (hasLog && hasAngle) return zeroExactly<function>(result, a);
-  if (hasZero || hasLog == hasAngle) {
+INLINE void completeLog(Complex64& result, Float64 a, Float64 b) {
+  const auto parts = signedParts<function>(0.0, extendedLog<function>(a, b), a, b);
+  (angleIsReal(function) ? result.im : result.re) = angleIsReal(function) ? parts.im : parts.re;
+}
+// The angle from its routine; where an element is outside or has a zero, all of it, unless nothing is left to do
+// but the zero.
+template <Function function>
+[[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool isSpecial, bool isLeft) {
+  if (!isLeft) return zeroExactly<function>(result, a);
+  if (isSpecial) {
     result = element<function>(imaginaryIsA(function) ? Complex64{b, a} : Complex64{a, b});
     return;
   }
-  const auto p = signedParts<function>(hasAngle ? 0 : extendedAngle<function>(a, b),
-                                       hasLog ? 0 : extendedLog<function>(a, b), a, b);
-  (angleIsReal(function) == hasAngle ? result.im : result.re) = angleIsReal(function) == hasAngle ? p.im : p.re;
+  const auto parts = signedParts<function>(extendedAngle<function>(a, b), 0.0, a, b);
+  (angleIsReal(function) ? result.re : result.im) = angleIsReal(function) ? parts.re : parts.im;
 }
 
 template <Function function, bool aIsZero, class W, class V>
@@ -210,12 +223,17 @@ template <Function function, class W, class V>
     leftAngles |= storeStrip(dst, count, whole,
                              [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
   }
-  for (uint64_t rest = (leftLogs | leftAngles | taken.zero) & allOf(whole); rest != 0; rest &= rest - 1) {
+  // The logarithms first: what is left of them has long been known, and nobody waits for the last angles.
+  const uint64_t special = taken.outside | taken.zero;
+  for (uint64_t rest = leftLogs & ~special & allOf(whole); rest != 0; rest &= rest - 1) {
+    const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
+    if (i < count) completeLog<function>(dst[i], a[place], b[place]);
+  }
+  for (uint64_t rest = (leftAngles | special) & allOf(whole); rest != 0; rest &= rest - 1) {
     const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
     if (i >= count) continue;
-    const bool hasLog = (leftLogs >> place & 1) == 0, hasAngle = (leftAngles >> place & 1) == 0;
-    const bool hasZero = (taken.zero >> place & 1) != 0;
-    complete<function>(dst[i], a[place], b[place], hasLog, hasAngle, hasZero);
+    const bool isLeft = ((leftLogs | leftAngles) >> place & 1) != 0;
+    complete<function>(dst[i], a[place], b[place], (special >> place & 1) != 0, isLeft);
   }
 }
 

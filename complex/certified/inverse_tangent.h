@@ -24,12 +24,15 @@ constexpr Float64 boundOfCommon = 2 * 0x1p-64;
 constexpr Float64 boundOfAngle = 1.03125 * 0x1p-64, boundOfQuotient = 5.25 * 0x1p-64, boundOfSine = 3.03125 * 0x1p-64;
 constexpr Float64 boundOfTwoAngles = 7.25 * 0x1p-64, endOfTwoAngles = 0.01495, endOfBoth = 0.01505;
 
-// 4 A / Q, B^2 / Q in double precision, and q / 2.
+// e = 4 A / Q, B^2 / Q in double precision, and q / 2; in advance, too, what picks the rows: 1 + e as the words that
+// log1pPair takes, and the smaller of |q| / 2 and B over the larger one.
 template <class V>
 struct TangentPoint {
   ShortPair<V> e;
   V common;
   ShortPair<V> halfOfQ;
+  WordsOf<V> near;
+  V ratio;
 };
 template <class V>
 INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
@@ -38,10 +41,13 @@ INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
   const V bHead = headOf(b), b2 = bHead * bHead;
   const auto sum = exactSum(d2.high, b2);
   const V low = sum.low + (d2.low + (bHead + b) * (b - bHead));
-  const V whole = sum.high + low, reciprocal = 1.0 / whole, qHead = headOf(whole);
-  const auto e = quotient(Sum<V>{a * 4.0, broadcast<V>(0.0)}, ShortPair<V>{qHead, (sum.high - qHead) + low}, reciprocal);
+  const V whole = sum.high + low, reciprocal = 1.0 / whole, qHead = headOf(whole), qRest = (sum.high - qHead) + low;
   const auto half = exactSum(sum.high * 0.5, d.high);
-  return {e, b2 * reciprocal, shortPair(half.high, half.low + (low * 0.5 + d.low))};
+  const auto halfOfQ = shortPair(half.high, half.low + (low * 0.5 + d.low));
+  const V across = magnitude(halfOfQ.head), ratio = smallerLanes(across, bHead) / largerLanes(across, bHead);
+  const V a4 = a * 4.0, e = a4 * reciprocal, eHead = headOf(e);
+  return {{eHead, ((a4 - eHead * qHead) - eHead * qRest) * reciprocal}, b2 * reciprocal, halfOfQ,
+          highWords(e + 1.0) + 0x1000, ratio};
 }
 
 // The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
@@ -55,19 +61,16 @@ INLINE V errorOfTangentLog(V log, V a, V common, V square, Float64 part) {
       (select(isAbove, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part)) - common);
   return select(lessLanes(log, broadcast<V>(endOfSeries)), bySeries, byLog);
 }
-// L. Of |z| <= 2^-8 all but z's leading term is made in double precision;
-// z^8 / 8 is part of the terms before it.
+// L. Of |z| <= 2^-8 all but z's leading term is made in double precision; z^8 / 8 is part of the terms before it.
+// `row` is that of log1pRows.
 template <class V>
-INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, Float64 part = 1) {
+INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, WordsOf<V> near, Columns<V, 4> row, Float64 part = 1) {
   constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
   constexpr Float64 c6 = fromBits(0xbfc5556555555555);  // -1/6 - 2^-19
   constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
   constexpr Float64 c4 = -0.25 + 0x1p-38;
   constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
-  const V near = (e.head + e.rest) + 1.0;
-  const auto word = highWords(near) + 0x1000;
-  const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
-  const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
+  const V factor = fromHighWords<V>(0x7fe00000 - (near & 0x7ff00000)), n = numbersOf<V>((near >> 20) - 1023);
   const V k = factor * row.of[0];
   const auto less = fastSum(broadcast<V>(-1.0), k);
   const V z = e.head * k + less.high, rest = e.rest * k + less.low, whole = z + rest, z2 = whole * whole;
@@ -75,18 +78,30 @@ INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, Float64 part 
   const V tail = (odd + even * whole) * (z2 * whole) - 0.5 * z2;
   const auto sum = fastSum(n * ln2Hi + row.of[1], z);
   const auto log = fastSum(sum.high, (sum.low + (n * ln2Lo + row.of[2])) + (rest + tail));
-
   const V error = errorOfTangentLog(log.high, a, (common * (boundOfCommon * part)) * k, z2 * (boundOfSquare * part), part);
   const auto certain = certainSum(log, error);
   return {certain.value * 0.25, certain.isCertain};
 }
-
-// T.
 template <class V>
-INLINE Certain<V> certainTangentAngle(ShortPair<V> halfOfQ, V b, Float64 part = 1) {
+INLINE auto rowOfLog(WordsOf<V> near) {
+  return (near >> 8) & 0xfe0;
+}
+
+// T. The row is that of tangentRows at c = j/128.
+template <class V>
+struct Slope {
+  V shifted, c;
+};
+template <class V>
+INLINE Slope<V> slopeOf(V ratio) {
+  constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
+  const V shifted = ratio * 128.0 + shifter;
+  return {shifted, (shifted - shifter) * 0x1p-7};
+}
+template <class V>
+INLINE Certain<V> certainTangentAngle(ShortPair<V> halfOfQ, V b, V ratio, V c, TwoColumns<V> row, Float64 part = 1) {
   constexpr Float64 halfPiHi = fromBits(0x3ff921fb54443000);  // 1.5707963267950618, a multiple of 2^-41
   constexpr Float64 halfPiLo = fromBits(0xbd473dcb3b399d74);  // -1.6513995372426591e-13
-  constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
   constexpr Float64 upper20 = fromBits(0xfffffffe00000000);   // a mask
   constexpr Float64 a7 = fromBits(0xbfc2492492492492);        // -1/7
   constexpr Float64 a5 = fromBits(0x3fc999999999999a);        // 1/5
@@ -97,8 +112,6 @@ INLINE Certain<V> certainTangentAngle(ShortPair<V> halfOfQ, V b, Float64 part = 
   const V large = largerLanes(across.head, up.head), small = smallerLanes(across.head, up.head);
   const V largeRest = select(isFlat, across.rest, up.rest), smallRest = select(isFlat, up.rest, across.rest);
 
-  const V ratio = small / large, shifted = ratio * 128.0 + shifter, c = (shifted - shifter) * 0x1p-7;
-  const auto row = twoColumns<V>(tangentRows, lowWords(shifted) << 4);
   const V times = c * small, rest = largeRest + c * smallRest;
   const V reciprocal = 1.0 / ((large + times) + rest);
   const V high = small - c * large, low = smallRest - c * largeRest;
