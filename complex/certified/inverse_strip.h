@@ -17,7 +17,7 @@ namespace {
 // The arguments with their signs, ln's argument less 1, the point on the unit circle, and the logarithm.
 struct InverseStrip {
   alignas(32) Float64 a[stripLength], b[stripLength];
-  alignas(32) Float64 eHead[stripLength], eRest[stripLength], share[stripLength], log[stripLength];
+  alignas(32) Float64 eHead[stripLength], eRest[stripLength], share[stripLength], log[stripLength], up[stripLength];
   alignas(32) Float64 cosHead[stripLength], cosRest[stripLength], sinHead[stripLength], sinRest[stripLength];
   alignas(32) uint32_t near[stripLength + 4], rowOfLog[stripLength + 4], rowOfAngle[stripLength + 4];
 };
@@ -67,12 +67,12 @@ template <Function function, class W, class V>
     const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
     if constexpr (function == Function::atan) {
       const auto p = inverseTangentPoint(a, b);
-      const auto slope = slopeOf(p.ratio);
+      const auto direction = directionOf(p.right, p.up);
       store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.share + i, p.common);
-      store(s.cosHead + i, p.halfOfQ.head), store(s.cosRest + i, p.halfOfQ.rest);
-      store(s.sinHead + i, p.ratio), store(s.sinRest + i, slope.c);
+      store(s.cosHead + i, p.x.head), store(s.cosRest + i, p.x.rest);
+      store(s.sinHead + i, direction.right), store(s.sinRest + i, direction.up), store(s.up + i, p.up);
       storeWords(s.near + i, p.near), storeWords(s.rowOfLog + i, rowOfLog<U>(p.near));
-      storeWords(s.rowOfAngle + i, lowWords(slope.shifted) << 4);
+      storeWords(s.rowOfAngle + i, direction.row << 4);
     } else {
       const auto point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
       store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
@@ -106,8 +106,8 @@ template <Function function, class W, class V>
     const auto cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
     Certain<U> angle;
     if constexpr (function == Function::atan)
-      angle = certainTangentAngle(cos, magnitude(b), load<U>(s.sinHead + i), load<U>(s.sinRest + i),
-                                  twoColumns<U>(tangentRows, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
+      angle = certainTangentAngle(cos, magnitude(b), load<U>(s.up + i), load<U>(s.sinHead + i), load<U>(s.sinRest + i),
+                                  twoColumns<U>(atanTable, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
     else
       angle = certainAngle<function>(cos, loadPair<U>(s.sinHead + i, s.sinRest + i), a);
     storeParts(dst + i, signedParts<function>(angle.value, log, a, b));

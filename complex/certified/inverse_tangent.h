@@ -9,6 +9,7 @@
 #pragma once
 #include "complex/certified/inverse_pairs.h"
 #include "complex/certified/strips.h"
+#include "complex/extended/angle_table.h"
 
 namespace qorvane {
 namespace {
@@ -24,30 +25,30 @@ constexpr Float64 boundOfCommon = 2 * 0x1p-64;
 constexpr Float64 boundOfAngle = 1.03125 * 0x1p-64, boundOfQuotient = 5.25 * 0x1p-64, boundOfSine = 3.03125 * 0x1p-64;
 constexpr Float64 boundOfTwoAngles = 7.25 * 0x1p-64, endOfTwoAngles = 0.01495, endOfBoth = 0.01505;
 
-// e = 4 A / Q, B^2 / Q in double precision, and q / 2; in advance, too, what picks the rows: 1 + e as the words that
-// log1pPair takes, and the smaller of |q| / 2 and B over the larger one.
+// e = 4 A / Q, B^2 / Q in double precision, and -q / 2; in advance, too, what picks the rows: 1 + e as the words that
+// log1pPair takes, and the point (-q / 2, B) times 128 over the larger part.
 template <class V>
 struct TangentPoint {
   ShortPair<V> e;
   V common;
-  ShortPair<V> halfOfQ;
+  ShortPair<V> x;
   WordsOf<V> near;
-  V ratio;
+  V right, up;
 };
 template <class V>
 INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
-  const auto d = exactSum(a, broadcast<V>(-1.0));
+  const auto d = exactSum(broadcast<V>(1.0), xorBits(a, broadcast<V>(-0.0)));
   const auto d2 = square(pairOf(d));
   const V bHead = headOf(b), b2 = bHead * bHead;
   const auto sum = exactSum(d2.high, b2);
   const V low = sum.low + (d2.low + (bHead + b) * (b - bHead));
   const V whole = sum.high + low, reciprocal = 1.0 / whole, qHead = headOf(whole), qRest = (sum.high - qHead) + low;
-  const auto half = exactSum(sum.high * 0.5, d.high);
-  const auto halfOfQ = shortPair(half.high, half.low + (low * 0.5 + d.low));
-  const V across = magnitude(halfOfQ.head), ratio = smallerLanes(across, bHead) / largerLanes(across, bHead);
+  const auto half = exactSum(sum.high * -0.5, d.high);
+  const auto x = shortPair(half.high, half.low + (d.low - low * 0.5));
+  const V scale = 128.0 / largerLanes(magnitude(x.head), bHead);
   const V a4 = a * 4.0, e = a4 * reciprocal, eHead = headOf(e);
-  return {{eHead, ((a4 - eHead * qHead) - eHead * qRest) * reciprocal}, b2 * reciprocal, halfOfQ,
-          highWords(e + 1.0) + 0x1000, ratio};
+  return {{eHead, ((a4 - eHead * qHead) - eHead * qRest) * reciprocal}, b2 * reciprocal, x,
+          highWords(e + 1.0) + 0x1000, x.head * scale, bHead * scale};
 }
 
 // The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
@@ -87,50 +88,40 @@ INLINE auto rowOfLog(WordsOf<V> near) {
   return (near >> 8) & 0xfe0;
 }
 
-// T. The row is that of tangentRows at c = j/128.
+// T. The direction next to a point is (right, up), integers, one of them 128 or -128; the row of its angle.
 template <class V>
-struct Slope {
-  V shifted, c;
+struct Direction {
+  V right, up;
+  WordsOf<V> row;
 };
 template <class V>
-INLINE Slope<V> slopeOf(V ratio) {
+INLINE Direction<V> directionOf(V right, V up) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
-  const V shifted = ratio * 128.0 + shifter;
-  return {shifted, (shifted - shifter) * 0x1p-7};
+  const V x = (right + shifter) - shifter, y = (up + shifter) - shifter;
+  return {x, y, lowWords(((shifter + 256.0) - x) + xorBits(y - 128.0, signOf(right)))};
 }
 template <class V>
-INLINE Certain<V> certainTangentAngle(ShortPair<V> halfOfQ, V b, V ratio, V c, TwoColumns<V> row, Float64 part = 1) {
-  constexpr Float64 halfPiHi = fromBits(0x3ff921fb54443000);  // 1.5707963267950618, a multiple of 2^-41
-  constexpr Float64 halfPiLo = fromBits(0xbd473dcb3b399d74);  // -1.6513995372426591e-13
-  constexpr Float64 upper20 = fromBits(0xfffffffe00000000);   // a mask
-  constexpr Float64 a7 = fromBits(0xbfc2492492492492);        // -1/7
-  constexpr Float64 a5 = fromBits(0x3fc999999999999a);        // 1/5
-  constexpr Float64 a3 = fromBits(0xbfd5555555555555);        // -1/3
-  const V sign = signOf(halfOfQ.head), one = broadcast<V>(1.0);
-  const ShortPair<V> across = {xorBits(halfOfQ.head, sign), xorBits(halfOfQ.rest, sign)}, up = splitOf(b);
-  const V isFlat = lessLanes(b, across.head + across.rest);
-  const V large = largerLanes(across.head, up.head), small = smallerLanes(across.head, up.head);
-  const V largeRest = select(isFlat, across.rest, up.rest), smallRest = select(isFlat, up.rest, across.rest);
-
-  const V times = c * small, rest = largeRest + c * smallRest;
-  const V reciprocal = 1.0 / ((large + times) + rest);
-  const V high = small - c * large, low = smallRest - c * largeRest;
+INLINE Certain<V> certainTangentAngle(ShortPair<V> x, V b, V up, V right, V upwards, TwoColumns<V> row, Float64 part = 1) {
+  constexpr Float64 upper20 = fromBits(0xfffffffe00000000);  // a mask
+  constexpr Float64 a7 = fromBits(0xbfc2492492492492);       // -1/7
+  constexpr Float64 a5 = fromBits(0x3fc999999999999a);       // 1/5
+  constexpr Float64 a3 = fromBits(0xbfd5555555555555);       // -1/3
+  const auto y = splitOf(b);
+  const V inX = x.head * right, inY = y.head * upwards, rest = x.rest * right + y.rest * upwards;
+  const V reciprocal = 1.0 / ((inX + inY) + rest);
+  const V high = y.head * right - x.head * upwards, low = y.rest * right - x.rest * upwards;
   const V q = (high + low) * reciprocal, head = andBits(q, broadcast<V>(upper20)), q2 = q * q;
-  const V left = (((high - head * large) - head * times) + (low - head * rest)) * reciprocal;
+  const V left = (high - head * largerLanes(inX, inY)) - head * smallerLanes(inX, inY);
   const V tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
+  const auto sum = fastSum(row.first, head);
+  const auto angle =
+      fastSum(sum.high, (sum.low + row.second) + ((left + (low - head * rest)) * reciprocal + tail));
 
-  const V number = one + andBits(isFlat, orBits(sign, one));
-  const V turn = signOf(xorBits(halfOfQ.head, isFlat));
-  const auto sum = fastSum(number * halfPiHi + xorBits(row.first, turn), xorBits(head, turn));
-  const V lows = (sum.low + (number * halfPiLo + xorBits(row.second, turn))) + xorBits(left + tail, turn);
-  const auto angle = fastSum(sum.high, lows);
-
-  const V sine = largerLanes(ratio, withoutBits(one, isFlat)) * (halfOfQ.head + 1.0) * reciprocal;
-  const V ofOneAngle = magnitude(q) * (boundOfQuotient * part) + sine * (boundOfSine * part);
-  const V twoAngles = andBits(lessLanes(across.head, broadcast<V>(endOfBoth)), broadcast<V>(boundOfTwoAngles * part));
+  const V ofSine = up * (1.0 - x.head) * reciprocal, size = magnitude(x.head);
+  const V ofOneAngle = magnitude(q) * (boundOfQuotient * part) + ofSine * (boundOfSine * part);
+  const V twoAngles = andBits(lessLanes(size, broadcast<V>(endOfBoth)), broadcast<V>(boundOfTwoAngles * part));
   const V ofAngle = angle.high * largerLanes(twoAngles, broadcast<V>(boundOfAngle * part));
-  const auto certain =
-      certainSum(angle, ofAngle + withoutBits(ofOneAngle, lessLanes(across.head, broadcast<V>(endOfTwoAngles))));
+  const auto certain = certainSum(angle, ofAngle + withoutBits(ofOneAngle, lessLanes(size, broadcast<V>(endOfTwoAngles))));
   return {certain.value * 0.5, certain.isCertain};
 }
 
