@@ -9,18 +9,30 @@
 // by 2^-130, which changes no part by more than 2^-77 of it but the one that is a zero itself; that one
 // is put right at the end.
 #pragma once
+#include <type_traits>
+
 #include "complex/certified/inverse_axis.h"
 
 namespace qorvane {
 namespace {
 
-// The arguments with their signs, ln's argument less 1, the point on the unit circle, and the logarithm.
+// Twice as long as others: what is left to the routines, which starts when the last stage is through, costs less.
+constexpr int longStrip = 64;
+
+// The arguments with their signs, ln's argument less 1, the point on the unit circle, and the logarithm. The inverse
+// tangent has a point anywhere, the rows of its tables, and what it knows of their errors.
 struct InverseStrip {
-  alignas(32) Float64 a[stripLength], b[stripLength];
-  alignas(32) Float64 eHead[stripLength], eRest[stripLength], share[stripLength], log[stripLength], up[stripLength];
-  alignas(32) Float64 cosHead[stripLength], cosRest[stripLength], sinHead[stripLength], sinRest[stripLength];
-  alignas(32) uint32_t near[stripLength + 4], rowOfLog[stripLength + 4], rowOfAngle[stripLength + 4];
+  alignas(32) Float64 a[longStrip], b[longStrip];
+  alignas(32) Float64 eHead[longStrip], eRest[longStrip], log[longStrip];
+  alignas(32) Float64 xHead[longStrip], xRest[longStrip], yHead[longStrip], yRest[longStrip];
 };
+struct TangentStrip : InverseStrip {
+  alignas(32) Float64 common[longStrip], right[longStrip], up[longStrip], upAsItIs[longStrip];
+  // The words of one vector may be stored twice.
+  alignas(32) uint32_t near[longStrip + 4], rowOfLog[longStrip + 4], rowOfAngle[longStrip + 4];
+};
+template <Function function>
+using StripOf = std::conditional_t<function == Function::atan, TangentStrip, InverseStrip>;
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 2^60.
 constexpr uint32_t limitOfInverse = 0x43b00000;
@@ -62,34 +74,33 @@ INLINE void zeroExactly(Complex64& result, Float64 a) {
 }
 
 template <Function function, class W, class V>
-[[gnu::noinline]] void pointStage(InverseStrip& s, int count) {
+[[gnu::noinline]] void pointStage(StripOf<function>& s, int count) {
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
     if constexpr (function == Function::atan) {
       const auto p = inverseTangentPoint(a, b);
-      const auto direction = directionOf(p.right, p.up);
-      store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.share + i, p.common);
-      store(s.cosHead + i, p.x.head), store(s.cosRest + i, p.x.rest);
-      store(s.sinHead + i, direction.right), store(s.sinRest + i, direction.up), store(s.up + i, p.up);
+      store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.common + i, p.common);
+      store(s.xHead + i, p.x.head), store(s.xRest + i, p.x.rest), store(s.upAsItIs + i, p.up);
+      store(s.right + i, p.direction.right), store(s.up + i, p.direction.up);
       storeWords(s.near + i, p.near), storeWords(s.rowOfLog + i, rowOfLog<U>(p.near));
-      storeWords(s.rowOfAngle + i, direction.row << 4);
+      storeWords(s.rowOfAngle + i, p.direction.row);
     } else {
       const auto point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
       store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
-      store(s.cosHead + i, point.cos.head), store(s.cosRest + i, point.cos.rest);
-      store(s.sinHead + i, point.sin.head), store(s.sinRest + i, point.sin.rest);
+      store(s.xHead + i, point.cos.head), store(s.xRest + i, point.cos.rest);
+      store(s.yHead + i, point.sin.head), store(s.yRest + i, point.sin.rest);
     }
   });
 }
 
 template <Function function, class W, class V>
-[[gnu::noinline]] uint64_t logStage(InverseStrip& s, int count) {
+[[gnu::noinline]] uint64_t logStage(StripOf<function>& s, int count) {
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const auto e = loadPair<U>(s.eHead + i, s.eRest + i);
     Certain<U> log;
     if constexpr (function == Function::atan)
-      log = certainTangentLog(e, load<U>(s.share + i), load<U>(s.a + i), loadWords<U>(s.near + i),
+      log = certainTangentLog(e, load<U>(s.common + i), load<U>(s.a + i), loadWords<U>(s.near + i),
                               columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
     else
       log = certainLog(e);
@@ -99,17 +110,17 @@ template <Function function, class W, class V>
   return ~certain;
 }
 template <Function function, class W, class V>
-[[gnu::noinline]] uint64_t angleStage(const InverseStrip& s, Complex64* dst, int count) {
+[[gnu::noinline]] uint64_t angleStage(const StripOf<function>& s, Complex64* dst, int count) {
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
     const U a = load<U>(s.a + i), b = load<U>(s.b + i), log = load<U>(s.log + i);
-    const auto cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
+    const auto x = loadPair<U>(s.xHead + i, s.xRest + i);
     Certain<U> angle;
     if constexpr (function == Function::atan)
-      angle = certainTangentAngle(cos, magnitude(b), load<U>(s.up + i), load<U>(s.sinHead + i), load<U>(s.sinRest + i),
+      angle = certainTangentAngle(x, magnitude(b), load<U>(s.upAsItIs + i), load<U>(s.right + i), load<U>(s.up + i),
                                   twoColumns<U>(atanTable, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
     else
-      angle = certainAngle<function>(cos, loadPair<U>(s.sinHead + i, s.sinRest + i), a);
+      angle = certainAngle<function>(x, loadPair<U>(s.yHead + i, s.yRest + i), a);
     storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
     certain |= signMask(angle.isCertain) << i;
   });
@@ -169,7 +180,7 @@ template <Function function>
 
 template <Function function, bool aIsZero, class W, class V>
 [[gnu::noinline]] void evaluateAxis(InverseStrip& s, Complex64* dst, int count, int whole, bool hasOutside) {
-  Float64 saved[stripLength];
+  Float64 saved[longStrip];
   Float64* const x = aIsZero ? s.b : s.a;
   uint64_t outside = 0;
   if (hasOutside) [[unlikely]]
@@ -181,7 +192,7 @@ template <Function function, bool aIsZero, class W, class V>
         x[i] = 0.5;
       }
     }
-  uint64_t left = outside | storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
+  uint64_t left = outside | storeStrip<longStrip>(dst, count, whole, [&](Complex64* results) INLINED {
                     return axisStage<function, aIsZero, W, V>(s, results, whole);
                   });
   left &= allOf(whole);
@@ -196,7 +207,7 @@ template <Function function, bool aIsZero, class W, class V>
 
 template <Function function, class W, class V>
 [[gnu::noinline]] void evaluateInverseStrip(const Complex64* src, Complex64* dst, int count) {
-  InverseStrip s;
+  StripOf<function> s;
   WordsOf<V> isOutsideOrZero{};
   const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
@@ -206,7 +217,7 @@ template <Function function, class W, class V>
 
   Taken taken = {0, 0};
   const Float64 *a = s.a, *b = s.b;
-  Float64 savedA[stripLength], savedB[stripLength];
+  Float64 savedA[longStrip], savedB[longStrip];
   if (any(isOutsideOrZero)) [[unlikely]] {
     const Axis axis = axisOf<V>(s, whole);
     if (axis.bIsZero) return evaluateAxis<function, false, W, V>(s, dst, count, whole, axis.hasOutside);
@@ -220,8 +231,8 @@ template <Function function, class W, class V>
   if (taken.outside != allOf(whole)) {
     pointStage<function, W, V>(s, whole);
     leftLogs |= logStage<function, W, V>(s, whole);
-    leftAngles |= storeStrip(dst, count, whole,
-                             [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
+    leftAngles |= storeStrip<longStrip>(
+        dst, count, whole, [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
   }
   // The logarithms first: what is left of them has long been known, and nobody waits for the last angles.
   const uint64_t special = taken.outside | taken.zero;
@@ -237,9 +248,28 @@ template <Function function, class W, class V>
   }
 }
 
+// The parts of one element that isn't on an axis, with the given parts of their bounds: for tests and tools.
+struct CertainParts {
+  Certain<Float64> log, angle;
+};
+template <Function function>
+CertainParts certainParts(Float64 a, Float64 b, Float64 ofLog, Float64 ofAngle) {
+  using V = Float64;
+  const V A = magnitude(a), B = magnitude(b);
+  if constexpr (function == Function::atan) {
+    const auto p = inverseTangentPoint(A, B);
+    const auto& d = p.direction;
+    return {certainTangentLog(p.e, p.common, a, p.near, columns<4, V>(log1pRows, rowOfLog<V>(p.near)), ofLog),
+            certainTangentAngle(p.x, B, p.up, d.right, d.up, twoColumns<V>(atanTable, d.row), ofAngle)};
+  } else {
+    const auto point = inverseSinePoint(A, B, sinhAndCosSquared(excessOf(A, B)));
+    return {certainLog(point.e, ofLog), certainAngle<function>(point.cos, point.sin, a, ofAngle)};
+  }
+}
+
 template <Function function, class W, class V>
 INLINE nuvStatus inverseLoop(const Complex64* src, Complex64* dst, int64_t len) {
-  return stripLoop<function, evaluateInverseStrip<function, W, V>>(src, dst, len);
+  return stripLoop<function, evaluateInverseStrip<function, W, V>, longStrip>(src, dst, len);
 }
 
 }  // namespace

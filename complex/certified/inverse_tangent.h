@@ -17,23 +17,36 @@ namespace {
 // Of 4 L: by the series that the extended routine takes for a small one, and else by a logarithm of a quotient
 // above 1, a < 0, or below.
 constexpr Float64 boundOfSeries = 5.375 * 0x1p-64, endOfSeries = 0.02952, boundOfSquare = 6144 * 0x1p-64;
-constexpr Float64 boundAboveOne = 2.75 * 0x1p-64, absoluteAboveOne = 5.09375 * 0x1p-64;
-constexpr Float64 boundBelowOne = 3.75 * 0x1p-64, absoluteBelowOne = 5.8125 * 0x1p-64;
+constexpr Float64 boundByLog = 3.75 * 0x1p-64, absoluteByLog = 5.8125 * 0x1p-64, lessAboveOne = 0.71875 * 0x1p-64;
 constexpr Float64 boundOfCommon = 2 * 0x1p-64;
 // Of 2 T, of its quotient, and of the angle's sine over rho times N, N = 1 + A^2 + B^2. Where |q| < 0.0299 the
 // routine adds up two angles for certain, and beyond 0.0301 it doesn't.
 constexpr Float64 boundOfAngle = 1.03125 * 0x1p-64, boundOfQuotient = 5.25 * 0x1p-64, boundOfSine = 3.03125 * 0x1p-64;
 constexpr Float64 boundOfTwoAngles = 7.25 * 0x1p-64, endOfTwoAngles = 0.01495, endOfBoth = 0.01505;
 
-// e = 4 A / Q, B^2 / Q in double precision, and -q / 2; in advance, too, what picks the rows: 1 + e as the words that
-// log1pPair takes, and the point (-q / 2, B) times 128 over the larger part.
+// The direction next to a point is (right, up), integers, one of them 128 or -128; the row of its angle.
+template <class V>
+struct Direction {
+  V right, up;
+  WordsOf<V> row;
+};
+template <class V>
+INLINE Direction<V> directionOf(V right, V up) {
+  constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
+  const V x = (right + shifter) - shifter, y = (up + shifter) - shifter;
+  return {x, y, lowWords(((shifter + 256.0) - x) + xorBits(y - 128.0, signOf(right))) << 4};
+}
+
+// e = 4 A / Q, B^2 / Q in double precision, and x = -q / 2; in advance, too, what picks the rows: 1 + e as the
+// words that log1pPair takes, and the direction of (x, B), the point times 128 over its larger part.
 template <class V>
 struct TangentPoint {
   ShortPair<V> e;
   V common;
   ShortPair<V> x;
   WordsOf<V> near;
-  V right, up;
+  V up;
+  Direction<V> direction;
 };
 template <class V>
 INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
@@ -45,10 +58,14 @@ INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
   const V whole = sum.high + low, reciprocal = 1.0 / whole, qHead = headOf(whole), qRest = (sum.high - qHead) + low;
   const auto half = exactSum(sum.high * -0.5, d.high);
   const auto x = shortPair(half.high, half.low + (d.low - low * 0.5));
-  const V scale = 128.0 / largerLanes(magnitude(x.head), bHead);
+  const V scale = 128.0 / largerLanes(magnitude(x.head), bHead), up = bHead * scale;
   const V a4 = a * 4.0, e = a4 * reciprocal, eHead = headOf(e);
-  return {{eHead, ((a4 - eHead * qHead) - eHead * qRest) * reciprocal}, b2 * reciprocal, x,
-          highWords(e + 1.0) + 0x1000, x.head * scale, bHead * scale};
+  return {{eHead, ((a4 - eHead * qHead) - eHead * qRest) * reciprocal},
+          b2 * reciprocal,
+          x,
+          highWords(e + 1.0) + 0x1000,
+          up,
+          directionOf(x.head * scale, up)};
 }
 
 // The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
@@ -57,15 +74,14 @@ template <class V>
 INLINE V errorOfTangentLog(V log, V a, V common, V square, Float64 part) {
   const V isAbove = lessLanes(a, broadcast<V>(0.0));
   const V bySeries = log * (boundOfSeries * part) + square;
-  const V byLog =
-      log * select(isAbove, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
-      (select(isAbove, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part)) - common);
-  return select(lessLanes(log, broadcast<V>(endOfSeries)), bySeries, byLog);
+  const V absolute = (absoluteByLog * part - common) - andBits(isAbove, broadcast<V>(lessAboveOne * part));
+  return select(lessLanes(log, broadcast<V>(endOfSeries)), bySeries, log * (boundByLog * part) + absolute);
 }
 // L. Of |z| <= 2^-8 all but z's leading term is made in double precision; z^8 / 8 is part of the terms before it.
 // `row` is that of log1pRows.
 template <class V>
-INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, WordsOf<V> near, Columns<V, 4> row, Float64 part = 1) {
+INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, WordsOf<V> near, Columns<V, 4> row,
+                                    Float64 part = 1) {
   constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
   constexpr Float64 c6 = fromBits(0xbfc5556555555555);  // -1/6 - 2^-19
   constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
@@ -79,7 +95,8 @@ INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, WordsOf<V> ne
   const V tail = (odd + even * whole) * (z2 * whole) - 0.5 * z2;
   const auto sum = fastSum(n * ln2Hi + row.of[1], z);
   const auto log = fastSum(sum.high, (sum.low + (n * ln2Lo + row.of[2])) + (rest + tail));
-  const V error = errorOfTangentLog(log.high, a, (common * (boundOfCommon * part)) * k, z2 * (boundOfSquare * part), part);
+  const V error =
+      errorOfTangentLog(log.high, a, (common * (boundOfCommon * part)) * k, z2 * (boundOfSquare * part), part);
   const auto certain = certainSum(log, error);
   return {certain.value * 0.25, certain.isCertain};
 }
@@ -88,40 +105,30 @@ INLINE auto rowOfLog(WordsOf<V> near) {
   return (near >> 8) & 0xfe0;
 }
 
-// T. The direction next to a point is (right, up), integers, one of them 128 or -128; the row of its angle.
+// T, from (x, B), the direction and `up` as it was before it became an integer.
 template <class V>
-struct Direction {
-  V right, up;
-  WordsOf<V> row;
-};
-template <class V>
-INLINE Direction<V> directionOf(V right, V up) {
-  constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
-  const V x = (right + shifter) - shifter, y = (up + shifter) - shifter;
-  return {x, y, lowWords(((shifter + 256.0) - x) + xorBits(y - 128.0, signOf(right)))};
-}
-template <class V>
-INLINE Certain<V> certainTangentAngle(ShortPair<V> x, V b, V up, V right, V upwards, TwoColumns<V> row, Float64 part = 1) {
+INLINE Certain<V> certainTangentAngle(ShortPair<V> x, V b, V upAsItIs, V right, V up, TwoColumns<V> row,
+                                      Float64 part = 1) {
   constexpr Float64 upper20 = fromBits(0xfffffffe00000000);  // a mask
   constexpr Float64 a7 = fromBits(0xbfc2492492492492);       // -1/7
   constexpr Float64 a5 = fromBits(0x3fc999999999999a);       // 1/5
   constexpr Float64 a3 = fromBits(0xbfd5555555555555);       // -1/3
   const auto y = splitOf(b);
-  const V inX = x.head * right, inY = y.head * upwards, rest = x.rest * right + y.rest * upwards;
+  const V inX = x.head * right, inY = y.head * up, rest = x.rest * right + y.rest * up;
   const V reciprocal = 1.0 / ((inX + inY) + rest);
-  const V high = y.head * right - x.head * upwards, low = y.rest * right - x.rest * upwards;
+  const V high = y.head * right - x.head * up, low = y.rest * right - x.rest * up;
   const V q = (high + low) * reciprocal, head = andBits(q, broadcast<V>(upper20)), q2 = q * q;
   const V left = (high - head * largerLanes(inX, inY)) - head * smallerLanes(inX, inY);
   const V tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
   const auto sum = fastSum(row.first, head);
-  const auto angle =
-      fastSum(sum.high, (sum.low + row.second) + ((left + (low - head * rest)) * reciprocal + tail));
+  const auto angle = fastSum(sum.high, (sum.low + row.second) + ((left + (low - head * rest)) * reciprocal + tail));
 
-  const V ofSine = up * (1.0 - x.head) * reciprocal, size = magnitude(x.head);
+  const V ofSine = upAsItIs * (1.0 - x.head) * reciprocal, size = magnitude(x.head);
   const V ofOneAngle = magnitude(q) * (boundOfQuotient * part) + ofSine * (boundOfSine * part);
   const V twoAngles = andBits(lessLanes(size, broadcast<V>(endOfBoth)), broadcast<V>(boundOfTwoAngles * part));
   const V ofAngle = angle.high * largerLanes(twoAngles, broadcast<V>(boundOfAngle * part));
-  const auto certain = certainSum(angle, ofAngle + withoutBits(ofOneAngle, lessLanes(size, broadcast<V>(endOfTwoAngles))));
+  const auto certain =
+      certainSum(angle, ofAngle + withoutBits(ofOneAngle, lessLanes(size, broadcast<V>(endOfTwoAngles))));
   return {certain.value * 0.5, certain.isCertain};
 }
 
