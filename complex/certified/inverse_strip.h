@@ -28,6 +28,7 @@ struct InverseStrip {
 };
 struct TangentStrip : InverseStrip {
   alignas(32) Float64 common[longStrip], right[longStrip], up[longStrip], upAsItIs[longStrip];
+  alignas(32) Float64 z[longStrip], zRest[longStrip], base[longStrip], baseRest[longStrip];
   // The words of one vector may be stored twice.
   alignas(32) uint32_t near[longStrip + 4], rowOfLog[longStrip + 4], rowOfAngle[longStrip + 4];
 };
@@ -93,17 +94,49 @@ template <Function function, class W, class V>
   });
 }
 
+// Of the inverse tangent: both parts up to their polynomials.
+#ifdef MERGED
+template <class W, class V>
+[[gnu::noinline]] void termStage(TangentStrip& s, int count) {
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto log = logTerms(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.common + i), loadWords<U>(s.near + i),
+                              columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
+    const auto angle = angleTerms(loadPair<U>(s.xHead + i, s.xRest + i), magnitude(load<U>(s.b + i)), load<U>(s.upAsItIs + i), load<U>(s.right + i), load<U>(s.up + i));
+    store(s.z + i, log.z), store(s.zRest + i, log.rest), store(s.base + i, log.base), store(s.baseRest + i, log.baseRest), store(s.common + i, log.common);
+    store(s.yHead + i, angle.head), store(s.yRest + i, angle.rest), store(s.upAsItIs + i, angle.sine);
+  });
+}
+#else
+template <class W, class V>
+[[gnu::noinline]] void logTermStage(TangentStrip& s, int count) {
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto log = logTerms(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.common + i), loadWords<U>(s.near + i),
+                              columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
+    store(s.z + i, log.z), store(s.zRest + i, log.rest), store(s.base + i, log.base), store(s.baseRest + i, log.baseRest), store(s.common + i, log.common);
+  });
+}
+template <class W, class V>
+[[gnu::noinline]] void angleTermStage(TangentStrip& s, int count) {
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto angle = angleTerms(loadPair<U>(s.xHead + i, s.xRest + i), magnitude(load<U>(s.b + i)), load<U>(s.upAsItIs + i), load<U>(s.right + i), load<U>(s.up + i));
+    store(s.yHead + i, angle.head), store(s.yRest + i, angle.rest), store(s.upAsItIs + i, angle.sine);
+  });
+}
+template <class W, class V>
+INLINE void termStage(TangentStrip& s, int count) {
+  logTermStage<W, V>(s, count);
+  angleTermStage<W, V>(s, count);
+}
+#endif
 template <Function function, class W, class V>
 [[gnu::noinline]] uint64_t logStage(StripOf<function>& s, int count) {
   uint64_t certain = 0;
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto e = loadPair<U>(s.eHead + i, s.eRest + i);
     Certain<U> log;
     if constexpr (function == Function::atan)
-      log = certainTangentLog(e, load<U>(s.common + i), load<U>(s.a + i), loadWords<U>(s.near + i),
-                              columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
+      log = certainTangentLog(LogTerms<U>{load<U>(s.z + i), load<U>(s.zRest + i), load<U>(s.base + i), load<U>(s.baseRest + i), load<U>(s.common + i)}, load<U>(s.a + i));
     else
-      log = certainLog(e);
+      log = certainLog(loadPair<U>(s.eHead + i, s.eRest + i));
     store(s.log + i, log.value);
     certain |= signMask(log.isCertain) << i;
   });
@@ -117,8 +150,8 @@ template <Function function, class W, class V>
     const auto x = loadPair<U>(s.xHead + i, s.xRest + i);
     Certain<U> angle;
     if constexpr (function == Function::atan)
-      angle = certainTangentAngle(x, magnitude(b), load<U>(s.upAsItIs + i), load<U>(s.right + i), load<U>(s.up + i),
-                                  twoColumns<U>(atanTable, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
+      angle = certainTangentAngle(AngleTerms<U>{load<U>(s.yHead + i), load<U>(s.yRest + i), load<U>(s.upAsItIs + i)}, load<U>(s.xHead + i),
+                              twoColumns<U>(atanTable, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
     else
       angle = certainAngle<function>(x, loadPair<U>(s.yHead + i, s.yRest + i), a);
     storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
@@ -230,6 +263,7 @@ template <Function function, class W, class V>
   uint64_t leftLogs = taken.outside, leftAngles = leftLogs;
   if (taken.outside != allOf(whole)) {
     pointStage<function, W, V>(s, whole);
+    if constexpr (function == Function::atan) termStage<W, V>(s, whole);
     leftLogs |= logStage<function, W, V>(s, whole);
     leftAngles |= storeStrip<longStrip>(
         dst, count, whole, [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
@@ -259,8 +293,10 @@ CertainParts certainParts(Float64 a, Float64 b, Float64 ofLog, Float64 ofAngle) 
   if constexpr (function == Function::atan) {
     const auto p = inverseTangentPoint(A, B);
     const auto& d = p.direction;
-    return {certainTangentLog(p.e, p.common, a, p.near, columns<4, V>(log1pRows, rowOfLog<V>(p.near)), ofLog),
-            certainTangentAngle(p.x, B, p.up, d.right, d.up, twoColumns<V>(atanTable, d.row), ofAngle)};
+    const auto log = logTerms(p.e, p.common, p.near, columns<4, V>(log1pRows, rowOfLog<V>(p.near)));
+    const auto angle = angleTerms(p.x, B, p.up, d.right, d.up);
+    return {certainTangentLog(log, a, ofLog),
+            certainTangentAngle(angle, p.x.head, twoColumns<V>(atanTable, d.row), ofAngle)};
   } else {
     const auto point = inverseSinePoint(A, B, sinhAndCosSquared(excessOf(A, B)));
     return {certainLog(point.e, ofLog), certainAngle<function>(point.cos, point.sin, a, ofAngle)};

@@ -77,54 +77,67 @@ INLINE V errorOfTangentLog(V log, V a, V common, V square, Float64 part) {
   const V absolute = (absoluteByLog * part - common) - andBits(isAbove, broadcast<V>(lessAboveOne * part));
   return select(lessLanes(log, broadcast<V>(endOfSeries)), bySeries, log * (boundByLog * part) + absolute);
 }
-// L. Of |z| <= 2^-8 all but z's leading term is made in double precision; z^8 / 8 is part of the terms before it.
-// `row` is that of log1pRows.
+// 4 L = base + ln(1 + z), |z| <= 2^-8, with what is left of either; B^2 / Q is that over m here.
 template <class V>
-INLINE Certain<V> certainTangentLog(ShortPair<V> e, V common, V a, WordsOf<V> near, Columns<V, 4> row,
-                                    Float64 part = 1) {
-  constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
-  constexpr Float64 c6 = fromBits(0xbfc5556555555555);  // -1/6 - 2^-19
-  constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
-  constexpr Float64 c4 = -0.25 + 0x1p-38;
-  constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
+struct LogTerms {
+  V z, rest, base, baseRest, common;
+};
+template <class V>
+INLINE LogTerms<V> logTerms(ShortPair<V> e, V common, WordsOf<V> near, Columns<V, 4> row) {
   const V factor = fromHighWords<V>(0x7fe00000 - (near & 0x7ff00000)), n = numbersOf<V>((near >> 20) - 1023);
   const V k = factor * row.of[0];
   const auto less = fastSum(broadcast<V>(-1.0), k);
-  const V z = e.head * k + less.high, rest = e.rest * k + less.low, whole = z + rest, z2 = whole * whole;
-  const V odd = (c7 * z2 + c5) * z2 + c3, even = c6 * z2 + c4;
-  const V tail = (odd + even * whole) * (z2 * whole) - 0.5 * z2;
-  const auto sum = fastSum(n * ln2Hi + row.of[1], z);
-  const auto log = fastSum(sum.high, (sum.low + (n * ln2Lo + row.of[2])) + (rest + tail));
-  const V error =
-      errorOfTangentLog(log.high, a, (common * (boundOfCommon * part)) * k, z2 * (boundOfSquare * part), part);
-  const auto certain = certainSum(log, error);
-  return {certain.value * 0.25, certain.isCertain};
+  return {e.head * k + less.high, e.rest * k + less.low, n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], common * k};
 }
 template <class V>
 INLINE auto rowOfLog(WordsOf<V> near) {
   return (near >> 8) & 0xfe0;
 }
-
-// T, from (x, B), the direction and `up` as it was before it became an integer.
+// L. All but z's leading term is made in double precision; z^8 / 8 is part of the terms before it.
 template <class V>
-INLINE Certain<V> certainTangentAngle(ShortPair<V> x, V b, V upAsItIs, V right, V up, TwoColumns<V> row,
-                                      Float64 part = 1) {
+INLINE Certain<V> certainTangentLog(const LogTerms<V>& t, V a, Float64 part = 1) {
+  constexpr Float64 c7 = fromBits(0x3fc2492492492492);  // 1/7
+  constexpr Float64 c6 = fromBits(0xbfc5556555555555);  // -1/6 - 2^-19
+  constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
+  constexpr Float64 c4 = -0.25 + 0x1p-38;
+  constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
+  const V whole = t.z + t.rest, z2 = whole * whole;
+  const V odd = (c7 * z2 + c5) * z2 + c3, even = c6 * z2 + c4;
+  const V tail = (odd + even * whole) * (z2 * whole) - 0.5 * z2;
+  const auto sum = fastSum(t.base, t.z);
+  const auto log = fastSum(sum.high, (sum.low + t.baseRest) + (t.rest + tail));
+  const V error = errorOfTangentLog(log.high, a, t.common * (boundOfCommon * part), z2 * (boundOfSquare * part), part);
+  const auto certain = certainSum(log, error);
+  return {certain.value * 0.25, certain.isCertain};
+}
+
+// 2 T is the direction's angle and the arc tangent of head + rest; what the error depends on, N / rho times the sine.
+template <class V>
+struct AngleTerms {
+  V head, rest, sine;
+};
+template <class V>
+INLINE AngleTerms<V> angleTerms(ShortPair<V> x, V b, V upAsItIs, V right, V up) {
   constexpr Float64 upper20 = fromBits(0xfffffffe00000000);  // a mask
-  constexpr Float64 a7 = fromBits(0xbfc2492492492492);       // -1/7
-  constexpr Float64 a5 = fromBits(0x3fc999999999999a);       // 1/5
-  constexpr Float64 a3 = fromBits(0xbfd5555555555555);       // -1/3
   const auto y = splitOf(b);
   const V inX = x.head * right, inY = y.head * up, rest = x.rest * right + y.rest * up;
   const V reciprocal = 1.0 / ((inX + inY) + rest);
   const V high = y.head * right - x.head * up, low = y.rest * right - x.rest * up;
-  const V q = (high + low) * reciprocal, head = andBits(q, broadcast<V>(upper20)), q2 = q * q;
+  const V head = andBits((high + low) * reciprocal, broadcast<V>(upper20));
   const V left = (high - head * largerLanes(inX, inY)) - head * smallerLanes(inX, inY);
-  const V tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
-  const auto sum = fastSum(row.first, head);
-  const auto angle = fastSum(sum.high, (sum.low + row.second) + ((left + (low - head * rest)) * reciprocal + tail));
+  return {head, (left + (low - head * rest)) * reciprocal, upAsItIs * (1.0 - x.head) * reciprocal};
+}
+// T
+template <class V>
+INLINE Certain<V> certainTangentAngle(const AngleTerms<V>& t, V x, TwoColumns<V> row, Float64 part = 1) {
+  constexpr Float64 a7 = fromBits(0xbfc2492492492492);  // -1/7
+  constexpr Float64 a5 = fromBits(0x3fc999999999999a);  // 1/5
+  constexpr Float64 a3 = fromBits(0xbfd5555555555555);  // -1/3
+  const V q = t.head + t.rest, q2 = q * q, tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
+  const auto sum = fastSum(row.first, t.head);
+  const auto angle = fastSum(sum.high, (sum.low + row.second) + (t.rest + tail));
 
-  const V ofSine = upAsItIs * (1.0 - x.head) * reciprocal, size = magnitude(x.head);
-  const V ofOneAngle = magnitude(q) * (boundOfQuotient * part) + ofSine * (boundOfSine * part);
+  const V size = magnitude(x), ofOneAngle = magnitude(t.head) * (boundOfQuotient * part) + t.sine * (boundOfSine * part);
   const V twoAngles = andBits(lessLanes(size, broadcast<V>(endOfBoth)), broadcast<V>(boundOfTwoAngles * part));
   const V ofAngle = angle.high * largerLanes(twoAngles, broadcast<V>(boundOfAngle * part));
   const auto certain =
