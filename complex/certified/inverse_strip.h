@@ -80,11 +80,8 @@ template <Function function, class W, class V>
     const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
     if constexpr (function == Function::atan) {
       const auto p = inverseTangentPoint(a, b);
-      store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.common + i, p.common);
-      store(s.xHead + i, p.x.head), store(s.xRest + i, p.x.rest), store(s.upAsItIs + i, p.up);
-      store(s.right + i, p.direction.right), store(s.up + i, p.direction.up);
-      storeWords(s.near + i, p.near), storeWords(s.rowOfLog + i, rowOfLog<U>(p.near));
-      storeWords(s.rowOfAngle + i, p.direction.row);
+      store(s.z + i, p.distance.head), store(s.zRest + i, p.distance.rest);
+      store(s.xHead + i, p.x.head), store(s.xRest + i, p.x.rest);
     } else {
       const auto point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
       store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
@@ -94,6 +91,17 @@ template <Function function, class W, class V>
   });
 }
 
+template <class W, class V>
+[[gnu::noinline]] void rowStage(TangentStrip& s, int count) {
+  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto p = tangentRowsOf(magnitude(load<U>(s.a + i)), magnitude(load<U>(s.b + i)), loadPair<U>(s.z + i, s.zRest + i), load<U>(s.xHead + i));
+      store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.common + i, p.common);
+      store(s.upAsItIs + i, p.up);
+      store(s.right + i, p.direction.right), store(s.up + i, p.direction.up);
+      storeWords(s.near + i, p.near), storeWords(s.rowOfLog + i, rowOfLog<U>(p.near));
+      storeWords(s.rowOfAngle + i, p.direction.row);
+  });
+}
 // Of the inverse tangent: both parts up to their polynomials.
 #ifdef MERGED
 template <class W, class V>
@@ -263,7 +271,7 @@ template <Function function, class W, class V>
   uint64_t leftLogs = taken.outside, leftAngles = leftLogs;
   if (taken.outside != allOf(whole)) {
     pointStage<function, W, V>(s, whole);
-    if constexpr (function == Function::atan) termStage<W, V>(s, whole);
+    if constexpr (function == Function::atan) rowStage<W, V>(s, whole), termStage<W, V>(s, whole);
     leftLogs |= logStage<function, W, V>(s, whole);
     leftAngles |= storeStrip<longStrip>(
         dst, count, whole, [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
@@ -291,12 +299,13 @@ CertainParts certainParts(Float64 a, Float64 b, Float64 ofLog, Float64 ofAngle) 
   using V = Float64;
   const V A = magnitude(a), B = magnitude(b);
   if constexpr (function == Function::atan) {
-    const auto p = inverseTangentPoint(A, B);
+    const auto point = inverseTangentPoint(A, B);
+    const auto p = tangentRowsOf(A, B, point.distance, point.x.head);
     const auto& d = p.direction;
     const auto log = logTerms(p.e, p.common, p.near, columns<4, V>(log1pRows, rowOfLog<V>(p.near)));
-    const auto angle = angleTerms(p.x, B, p.up, d.right, d.up);
+    const auto angle = angleTerms(point.x, B, p.up, d.right, d.up);
     return {certainTangentLog(log, a, ofLog),
-            certainTangentAngle(angle, p.x.head, twoColumns<V>(atanTable, d.row), ofAngle)};
+            certainTangentAngle(angle, point.x.head, twoColumns<V>(atanTable, d.row), ofAngle)};
   } else {
     const auto point = inverseSinePoint(A, B, sinhAndCosSquared(excessOf(A, B)));
     return {certainLog(point.e, ofLog), certainAngle<function>(point.cos, point.sin, a, ofAngle)};

@@ -37,35 +37,39 @@ INLINE Direction<V> directionOf(V right, V up) {
   return {x, y, lowWords(((shifter + 256.0) - x) + xorBits(y - 128.0, signOf(right))) << 4};
 }
 
-// e = 4 A / Q, B^2 / Q in double precision, and x = -q / 2; in advance, too, what picks the rows: 1 + e as the
-// words that log1pPair takes, and the direction of (x, B), the point times 128 over its larger part.
+// Q, and x = -q / 2.
 template <class V>
 struct TangentPoint {
-  ShortPair<V> e;
-  V common;
-  ShortPair<V> x;
-  WordsOf<V> near;
-  V up;
-  Direction<V> direction;
+  ShortPair<V> distance, x;
 };
 template <class V>
 INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
   const auto d = exactSum(broadcast<V>(1.0), xorBits(a, broadcast<V>(-0.0)));
   const auto d2 = square(pairOf(d));
-  const V bHead = headOf(b), b2 = bHead * bHead;
-  const auto sum = exactSum(d2.high, b2);
+  const V bHead = headOf(b);
+  const auto sum = exactSum(d2.high, bHead * bHead);
   const V low = sum.low + (d2.low + (bHead + b) * (b - bHead));
-  const V whole = sum.high + low, reciprocal = 1.0 / whole, qHead = headOf(whole), qRest = (sum.high - qHead) + low;
   const auto half = exactSum(sum.high * -0.5, d.high);
-  const auto x = shortPair(half.high, half.low + (d.low - low * 0.5));
-  const V scale = 128.0 / largerLanes(magnitude(x.head), bHead), up = bHead * scale;
+  return {shortPair(sum.high, low), shortPair(half.high, half.low + (d.low - low * 0.5))};
+}
+
+// e = 4 A / Q, and B^2 / Q in double precision; what picks the rows: 1 + e as the words that log1pPair takes, and
+// the direction of (x, B), the point times 128 over its larger part.
+template <class V>
+struct TangentRows {
+  ShortPair<V> e;
+  V common;
+  WordsOf<V> near;
+  V up;
+  Direction<V> direction;
+};
+template <class V>
+INLINE TangentRows<V> tangentRowsOf(V a, V b, ShortPair<V> distance, V x) {
+  const V bHead = headOf(b), reciprocal = 1.0 / (distance.head + distance.rest);
+  const V scale = 128.0 / largerLanes(magnitude(x), bHead), up = bHead * scale;
   const V a4 = a * 4.0, e = a4 * reciprocal, eHead = headOf(e);
-  return {{eHead, ((a4 - eHead * qHead) - eHead * qRest) * reciprocal},
-          b2 * reciprocal,
-          x,
-          highWords(e + 1.0) + 0x1000,
-          up,
-          directionOf(x.head * scale, up)};
+  return {{eHead, ((a4 - eHead * distance.head) - eHead * distance.rest) * reciprocal}, (bHead * bHead) * reciprocal,
+          highWords(e + 1.0) + 0x1000, up, directionOf(x * scale, up)};
 }
 
 // The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
