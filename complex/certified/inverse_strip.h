@@ -9,31 +9,11 @@
 // by 2^-130, which changes no part by more than 2^-77 of it but the one that is a zero itself; that one
 // is put right at the end.
 #pragma once
-#include <type_traits>
-
 #include "complex/certified/inverse_axis.h"
+#include "complex/certified/inverse_stages.h"
 
 namespace qorvane {
 namespace {
-
-// Twice as long as others: what is left to the routines, which starts when the last stage is through, costs less.
-constexpr int longStrip = 64;
-
-// The arguments with their signs, ln's argument less 1, the point on the unit circle, and the logarithm. The inverse
-// tangent has a point anywhere, the rows of its tables, and what it knows of their errors.
-struct InverseStrip {
-  alignas(32) Float64 a[longStrip], b[longStrip];
-  alignas(32) Float64 eHead[longStrip], eRest[longStrip], log[longStrip];
-  alignas(32) Float64 xHead[longStrip], xRest[longStrip], yHead[longStrip], yRest[longStrip];
-};
-struct TangentStrip : InverseStrip {
-  alignas(32) Float64 common[longStrip], right[longStrip], up[longStrip], upAsItIs[longStrip];
-  alignas(32) Float64 z[longStrip], zRest[longStrip], base[longStrip], baseRest[longStrip];
-  // The words of one vector may be stored twice.
-  alignas(32) uint32_t near[longStrip + 4], rowOfLog[longStrip + 4], rowOfAngle[longStrip + 4];
-};
-template <Function function>
-using StripOf = std::conditional_t<function == Function::atan, TangentStrip, InverseStrip>;
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 2^60.
 constexpr uint32_t limitOfInverse = 0x43b00000;
@@ -72,100 +52,6 @@ INLINE void zeroExactly(Complex64& result, Float64 a) {
   } else {
     if (aIsBelowOne) zero(aIsZero ? angle : log);
   }
-}
-
-template <Function function, class W, class V>
-[[gnu::noinline]] void pointStage(StripOf<function>& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
-    if constexpr (function == Function::atan) {
-      const auto p = inverseTangentPoint(a, b);
-      store(s.z + i, p.distance.head), store(s.zRest + i, p.distance.rest);
-      store(s.xHead + i, p.x.head), store(s.xRest + i, p.x.rest);
-    } else {
-      const auto point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
-      store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
-      store(s.xHead + i, point.cos.head), store(s.xRest + i, point.cos.rest);
-      store(s.yHead + i, point.sin.head), store(s.yRest + i, point.sin.rest);
-    }
-  });
-}
-
-template <class W, class V>
-[[gnu::noinline]] void rowStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto p = tangentRowsOf(magnitude(load<U>(s.a + i)), magnitude(load<U>(s.b + i)), loadPair<U>(s.z + i, s.zRest + i), load<U>(s.xHead + i));
-      store(s.eHead + i, p.e.head), store(s.eRest + i, p.e.rest), store(s.common + i, p.common);
-      store(s.upAsItIs + i, p.up);
-      store(s.right + i, p.direction.right), store(s.up + i, p.direction.up);
-      storeWords(s.near + i, p.near), storeWords(s.rowOfLog + i, rowOfLog<U>(p.near));
-      storeWords(s.rowOfAngle + i, p.direction.row);
-  });
-}
-// Of the inverse tangent: both parts up to their polynomials.
-#ifdef MERGED
-template <class W, class V>
-[[gnu::noinline]] void termStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto log = logTerms(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.common + i), loadWords<U>(s.near + i),
-                              columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
-    const auto angle = angleTerms(loadPair<U>(s.xHead + i, s.xRest + i), magnitude(load<U>(s.b + i)), load<U>(s.upAsItIs + i), load<U>(s.right + i), load<U>(s.up + i));
-    store(s.z + i, log.z), store(s.zRest + i, log.rest), store(s.base + i, log.base), store(s.baseRest + i, log.baseRest), store(s.common + i, log.common);
-    store(s.yHead + i, angle.head), store(s.yRest + i, angle.rest), store(s.upAsItIs + i, angle.sine);
-  });
-}
-#else
-template <class W, class V>
-[[gnu::noinline]] void logTermStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto log = logTerms(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.common + i), loadWords<U>(s.near + i),
-                              columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; }));
-    store(s.z + i, log.z), store(s.zRest + i, log.rest), store(s.base + i, log.base), store(s.baseRest + i, log.baseRest), store(s.common + i, log.common);
-  });
-}
-template <class W, class V>
-[[gnu::noinline]] void angleTermStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto angle = angleTerms(loadPair<U>(s.xHead + i, s.xRest + i), magnitude(load<U>(s.b + i)), load<U>(s.upAsItIs + i), load<U>(s.right + i), load<U>(s.up + i));
-    store(s.yHead + i, angle.head), store(s.yRest + i, angle.rest), store(s.upAsItIs + i, angle.sine);
-  });
-}
-template <class W, class V>
-INLINE void termStage(TangentStrip& s, int count) {
-  logTermStage<W, V>(s, count);
-  angleTermStage<W, V>(s, count);
-}
-#endif
-template <Function function, class W, class V>
-[[gnu::noinline]] uint64_t logStage(StripOf<function>& s, int count) {
-  uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    Certain<U> log;
-    if constexpr (function == Function::atan)
-      log = certainTangentLog(LogTerms<U>{load<U>(s.z + i), load<U>(s.zRest + i), load<U>(s.base + i), load<U>(s.baseRest + i), load<U>(s.common + i)}, load<U>(s.a + i));
-    else
-      log = certainLog(loadPair<U>(s.eHead + i, s.eRest + i));
-    store(s.log + i, log.value);
-    certain |= signMask(log.isCertain) << i;
-  });
-  return ~certain;
-}
-template <Function function, class W, class V>
-[[gnu::noinline]] uint64_t angleStage(const StripOf<function>& s, Complex64* dst, int count) {
-  uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const U a = load<U>(s.a + i), b = load<U>(s.b + i), log = load<U>(s.log + i);
-    const auto x = loadPair<U>(s.xHead + i, s.xRest + i);
-    Certain<U> angle;
-    if constexpr (function == Function::atan)
-      angle = certainTangentAngle(AngleTerms<U>{load<U>(s.yHead + i), load<U>(s.yRest + i), load<U>(s.upAsItIs + i)}, load<U>(s.xHead + i),
-                              twoColumns<U>(atanTable, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; }));
-    else
-      angle = certainAngle<function>(x, loadPair<U>(s.yHead + i, s.yRest + i), a);
-    storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
-    certain |= signMask(angle.isCertain) << i;
-  });
-  return ~certain;
 }
 
 // A strip with nothing but zeros in b, or in a.
@@ -270,8 +156,7 @@ template <Function function, class W, class V>
   }
   uint64_t leftLogs = taken.outside, leftAngles = leftLogs;
   if (taken.outside != allOf(whole)) {
-    pointStage<function, W, V>(s, whole);
-    if constexpr (function == Function::atan) rowStage<W, V>(s, whole), termStage<W, V>(s, whole);
+    firstStages<function, W, V>(s, whole);
     leftLogs |= logStage<function, W, V>(s, whole);
     leftAngles |= storeStrip<longStrip>(
         dst, count, whole, [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
@@ -287,28 +172,6 @@ template <Function function, class W, class V>
     if (i >= count) continue;
     const bool isLeft = ((leftLogs | leftAngles) >> place & 1) != 0;
     complete<function>(dst[i], a[place], b[place], (special >> place & 1) != 0, isLeft);
-  }
-}
-
-// The parts of one element that isn't on an axis, with the given parts of their bounds: for tests and tools.
-struct CertainParts {
-  Certain<Float64> log, angle;
-};
-template <Function function>
-CertainParts certainParts(Float64 a, Float64 b, Float64 ofLog, Float64 ofAngle) {
-  using V = Float64;
-  const V A = magnitude(a), B = magnitude(b);
-  if constexpr (function == Function::atan) {
-    const auto point = inverseTangentPoint(A, B);
-    const auto p = tangentRowsOf(A, B, point.distance, point.x.head);
-    const auto& d = p.direction;
-    const auto log = logTerms(p.e, p.common, p.near, columns<4, V>(log1pRows, rowOfLog<V>(p.near)));
-    const auto angle = angleTerms(point.x, B, p.up, d.right, d.up);
-    return {certainTangentLog(log, a, ofLog),
-            certainTangentAngle(angle, point.x.head, twoColumns<V>(atanTable, d.row), ofAngle)};
-  } else {
-    const auto point = inverseSinePoint(A, B, sinhAndCosSquared(excessOf(A, B)));
-    return {certainLog(point.e, ofLog), certainAngle<function>(point.cos, point.sin, a, ofAngle)};
   }
 }
 

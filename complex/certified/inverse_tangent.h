@@ -64,12 +64,15 @@ struct TangentRows {
   Direction<V> direction;
 };
 template <class V>
-INLINE TangentRows<V> tangentRowsOf(V a, V b, ShortPair<V> distance, V x) {
+INLINE TangentRows<V> tangentRows(V a, V b, ShortPair<V> distance, V x) {
   const V bHead = headOf(b), reciprocal = 1.0 / (distance.head + distance.rest);
   const V scale = 128.0 / largerLanes(magnitude(x), bHead), up = bHead * scale;
   const V a4 = a * 4.0, e = a4 * reciprocal, eHead = headOf(e);
-  return {{eHead, ((a4 - eHead * distance.head) - eHead * distance.rest) * reciprocal}, (bHead * bHead) * reciprocal,
-          highWords(e + 1.0) + 0x1000, up, directionOf(x * scale, up)};
+  return {{eHead, ((a4 - eHead * distance.head) - eHead * distance.rest) * reciprocal},
+          (bHead * bHead) * reciprocal,
+          highWords(e + 1.0) + 0x1000,
+          up,
+          directionOf(x * scale, up)};
 }
 
 // The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
@@ -84,14 +87,15 @@ INLINE V errorOfTangentLog(V log, V a, V common, V square, Float64 part) {
 // 4 L = base + ln(1 + z), |z| <= 2^-8, with what is left of either; B^2 / Q is that over m here.
 template <class V>
 struct LogTerms {
-  V z, rest, base, baseRest, common;
+  ShortPair<V> z;
+  V base, baseRest, common;
 };
 template <class V>
 INLINE LogTerms<V> logTerms(ShortPair<V> e, V common, WordsOf<V> near, Columns<V, 4> row) {
   const V factor = fromHighWords<V>(0x7fe00000 - (near & 0x7ff00000)), n = numbersOf<V>((near >> 20) - 1023);
   const V k = factor * row.of[0];
   const auto less = fastSum(broadcast<V>(-1.0), k);
-  return {e.head * k + less.high, e.rest * k + less.low, n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], common * k};
+  return {{e.head * k + less.high, e.rest * k + less.low}, n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], common * k};
 }
 template <class V>
 INLINE auto rowOfLog(WordsOf<V> near) {
@@ -105,12 +109,12 @@ INLINE Certain<V> certainTangentLog(const LogTerms<V>& t, V a, Float64 part = 1)
   constexpr Float64 c5 = fromBits(0x3fc999999999999a);  // 1/5
   constexpr Float64 c4 = -0.25 + 0x1p-38;
   constexpr Float64 c3 = fromBits(0x3fd5555555555555);  // 1/3
-  const V whole = t.z + t.rest, z2 = whole * whole;
+  const V whole = t.z.head + t.z.rest, z2 = whole * whole;
   const V odd = (c7 * z2 + c5) * z2 + c3, even = c6 * z2 + c4;
   const V tail = (odd + even * whole) * (z2 * whole) - 0.5 * z2;
-  const auto sum = fastSum(t.base, t.z);
-  const auto log = fastSum(sum.high, (sum.low + t.baseRest) + (t.rest + tail));
-  const V error = errorOfTangentLog(log.high, a, t.common * (boundOfCommon * part), z2 * (boundOfSquare * part), part);
+  const auto sum = fastSum(t.base, t.z.head);
+  const auto log = fastSum(sum.high, (sum.low + t.baseRest) + (t.z.rest + tail));
+  const V error = errorOfTangentLog(sum.high, a, t.common * (boundOfCommon * part), z2 * (boundOfSquare * part), part);
   const auto certain = certainSum(log, error);
   return {certain.value * 0.25, certain.isCertain};
 }
@@ -118,18 +122,19 @@ INLINE Certain<V> certainTangentLog(const LogTerms<V>& t, V a, Float64 part = 1)
 // 2 T is the direction's angle and the arc tangent of head + rest; what the error depends on, N / rho times the sine.
 template <class V>
 struct AngleTerms {
-  V head, rest, sine;
+  ShortPair<V> quotient;
+  V sine;
 };
 template <class V>
-INLINE AngleTerms<V> angleTerms(ShortPair<V> x, V b, V upAsItIs, V right, V up) {
+INLINE AngleTerms<V> angleTerms(ShortPair<V> x, V b, const Direction<V>& to, V up) {
   constexpr Float64 upper20 = fromBits(0xfffffffe00000000);  // a mask
   const auto y = splitOf(b);
-  const V inX = x.head * right, inY = y.head * up, rest = x.rest * right + y.rest * up;
+  const V inX = x.head * to.right, inY = y.head * to.up, rest = x.rest * to.right + y.rest * to.up;
   const V reciprocal = 1.0 / ((inX + inY) + rest);
-  const V high = y.head * right - x.head * up, low = y.rest * right - x.rest * up;
+  const V high = y.head * to.right - x.head * to.up, low = y.rest * to.right - x.rest * to.up;
   const V head = andBits((high + low) * reciprocal, broadcast<V>(upper20));
   const V left = (high - head * largerLanes(inX, inY)) - head * smallerLanes(inX, inY);
-  return {head, (left + (low - head * rest)) * reciprocal, upAsItIs * (1.0 - x.head) * reciprocal};
+  return {{head, (left + (low - head * rest)) * reciprocal}, up * (1.0 - x.head) * reciprocal};
 }
 // T
 template <class V>
@@ -137,13 +142,14 @@ INLINE Certain<V> certainTangentAngle(const AngleTerms<V>& t, V x, TwoColumns<V>
   constexpr Float64 a7 = fromBits(0xbfc2492492492492);  // -1/7
   constexpr Float64 a5 = fromBits(0x3fc999999999999a);  // 1/5
   constexpr Float64 a3 = fromBits(0xbfd5555555555555);  // -1/3
-  const V q = t.head + t.rest, q2 = q * q, tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
-  const auto sum = fastSum(row.first, t.head);
-  const auto angle = fastSum(sum.high, (sum.low + row.second) + (t.rest + tail));
+  const V q = t.quotient.head + t.quotient.rest, q2 = q * q, tail = ((a7 * q2 + a5) * q2 + a3) * (q2 * q);
+  const auto sum = fastSum(row.first, t.quotient.head);
+  const auto angle = fastSum(sum.high, (sum.low + row.second) + (t.quotient.rest + tail));
 
-  const V size = magnitude(x), ofOneAngle = magnitude(t.head) * (boundOfQuotient * part) + t.sine * (boundOfSine * part);
+  const V size = magnitude(x),
+          ofOneAngle = magnitude(t.quotient.head) * (boundOfQuotient * part) + t.sine * (boundOfSine * part);
   const V twoAngles = andBits(lessLanes(size, broadcast<V>(endOfBoth)), broadcast<V>(boundOfTwoAngles * part));
-  const V ofAngle = angle.high * largerLanes(twoAngles, broadcast<V>(boundOfAngle * part));
+  const V ofAngle = sum.high * largerLanes(twoAngles, broadcast<V>(boundOfAngle * part));
   const auto certain =
       certainSum(angle, ofAngle + withoutBits(ofOneAngle, lessLanes(size, broadcast<V>(endOfTwoAngles))));
   return {certain.value * 0.5, certain.isCertain};
