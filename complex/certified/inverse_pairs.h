@@ -5,8 +5,7 @@
 // where asin z = T + iL. t v = B^2, so the smaller of t and v is a quotient: nothing cancels. With
 // g = sinh L cosh L = sqrt(t + t^2)
 //   L = ln(1 + 2 (t + g)) / 2,   2T is the angle of the point (2v - 1, 2 A B / g) of the unit circle,
-// which takes two roots. The inverse tangent has
-//   L = ln(1 + 4 A / ((1 - A)^2 + B^2)) / 4,  2T the angle of (-q, 2 B) / rho.
+// which takes two roots. The inverse tangent's are in complex/certified/inverse_tangent.h.
 //
 // Error: docs/certainty_inverse.md has the proof.
 #pragma once
@@ -60,17 +59,16 @@ INLINE RootPair<V> rootPair(Sum<V> x) {
 // q/2 and the parts it is made of.
 template <class V>
 struct Excess {
-  ShortPair<V> aMinusOne, b, halfOfQ;
+  ShortPair<V> halfOfQ;
   Sum<V> b2;
 };
 template <class V>
 INLINE Excess<V> excessOf(V a, V b) {
   const auto below = exactSum(a, broadcast<V>(-1.0)), above = exactSum(a, broadcast<V>(1.0));
   const auto aMinusOne = shortPair(below.high, below.low), aPlusOne = shortPair(above.high, above.low);
-  const auto bPair = splitOf(b);
-  const auto b2 = square(bPair);
+  const auto b2 = square(splitOf(b));
   const auto q = sumOf(product(aMinusOne, aPlusOne), b2);
-  return {aMinusOne, bPair, {q.head * 0.5, q.rest * 0.5}, b2};
+  return {{q.head * 0.5, q.rest * 0.5}, b2};
 }
 // rho/2
 template <class V>

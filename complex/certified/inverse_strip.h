@@ -1,6 +1,6 @@
 // complexAsinh, complexAsin, complexAcosh, complexAcos and complexAtan in lanes, with the bits of their
 // extended routines: the loop over strips. As in complex/certified/strip.h, a part is taken where every
-// number within both errors rounds to it; the others, one element in 70 (of atan one in 25 to 70), go
+// number within both errors rounds to it; the others, one element in 70 (of atan one in 40 to 100), go
 // through the routine.
 //
 // Strips that lie on an axis have formulas of their own (complex/certified/inverse_axis.h).
