@@ -36,8 +36,8 @@ packaging() {
   tests/packaging_test.sh "$PWD/build-packaging" "$PWD"
 }
 python() {
-  build python -DCMAKE_BUILD_TYPE=Release -DQORVANE_DEVELOPMENT=OFF -DQORVANE_PYTHON=ON -DPython3_EXECUTABLE=/usr/bin/python3
-  PYTHONPATH=build-python/python /usr/bin/python3 -m pytest -q -p no:cacheprovider python/test_qorvane.py
+  build release -DCMAKE_BUILD_TYPE=Release -DQORVANE_PYTHON=ON -DPython3_EXECUTABLE=/usr/bin/python3  # beside the library that is there
+  PYTHONPATH=build/python /usr/bin/python3 -m pytest -q -p no:cacheprovider python/test_qorvane.py
 }
 tidy() {
   cmake -S . -B build-clang "${with_clang[@]}" -DQORVANE_WERROR=ON > /dev/null

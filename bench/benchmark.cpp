@@ -20,10 +20,10 @@ namespace {
 
 double seconds() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
-// How many calls fill a turn. What disturbs a call can only lengthen it, so the least of some tells.
+// How many calls fill a turn, in whole walks. What disturbs a call can only lengthen it, so the least of some tells.
 int64_t callsOfATurn(const Contestant& contestant, const Call& call) {
   constexpr double turn = 100e-6;
-  for (int64_t calls = 1;; calls *= 2) {
+  for (int64_t calls = callsOfAWalk(call.len);; calls *= 2) {
     double least = 1;
     for (int i = 0; i < 3; ++i) {
       const double start = seconds();

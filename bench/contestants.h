@@ -29,7 +29,21 @@ extern const Team library;
 extern const Team cLibrary, sleefSse4, sleefAvx, sleefAvx2, sleefAvx512, libmvecSse4, libmvecAvx, libmvecAvx2,
     libmvecAvx512, bareAvx;
 
-// Nothing that was stored in the arrays may be left out, nor any call be merged with the next.
-INLINE static void keep() { asm volatile("" : : : "memory"); }
+// A turn's calls of short arrays take one piece after the other of the first `walk` elements, and
+// begin again: if all calls had the same few elements, all branches of a function would be predicted.
+constexpr int walk = 1000;
+INLINE static constexpr int64_t callsOfAWalk(int len) { return len < walk ? walk / len : 1; }
+
+// one(at) for each call, `at` the place of its piece in the arrays. Nothing that was stored in them
+// may be left out, nor any call be merged with the next.
+template <class One>
+INLINE static void eachCall(int len, int parts, int64_t times, One one) {
+  const int64_t step = int64_t{len} * parts, end = callsOfAWalk(len) * step;
+  for (int64_t at = 0; times > 0; --times) {
+    one(at);
+    asm volatile("" : : : "memory");
+    at = at + step == end ? 0 : at + step;
+  }
+}
 
 }  // namespace qorvane::bench

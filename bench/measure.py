@@ -18,16 +18,18 @@ sys.path.insert(0, str(root / "tools"))
 from docs_data import contestants, functions, read_csv  # noqa: E402
 
 table = root / "docs/data/speed.csv"
+bars = read_csv(root / "bench/bars.csv")
 head = ["function", "range", "n", "machine", "GHz", *contestants]
 
 
 def measured(stem, options):
     """(range, n) -> the row: the least of all turns of all processes."""
+    lengths = {"1", "8", "100", "1000", "100000", *(bar["n"] for bar in bars if bar["function"] == stem)}
     rows = {}
     for _ in range(options.processes):
         command = [
             options.build / "bench/qorvane-bench",
-            f"--benchmark_filter=^{stem}[/[]",
+            f"--benchmark_filter=^{stem}[/[].*/({'|'.join(lengths)})/",
             f"--benchmark_repetitions={options.turns}",
             "--benchmark_format=json",
         ]
@@ -62,21 +64,22 @@ def shown(rows):
         )
 
 
-def bars(rows):
+def judged(rows):
     time = {
         (row["function"], row["range"], row["n"], c): float(row[c]) for row in rows for c in contestants if row.get(c)
     }
-    for bar in read_csv(root / "bench/bars.csv"):
+    for bar in bars:
+        other_n = bar["other n"] or bar["n"]
         ours = time.get((bar["function"], bar["range"], bar["n"], bar["contestant"]))
         peer = time.get(
-            (bar["other function"], "", bar["n"], bar["peer"])
+            (bar["other function"], "", other_n, bar["peer"])
             if bar["other function"]
-            else (bar["function"], bar["range"], bar["n"], bar["peer"])
+            else (bar["function"], bar["range"], other_n, bar["peer"])
         )
         if ours and peer:
             verdict = "met" if ours / peer <= float(bar["at most"]) else "MISSED"
             ours_is = " ".join(filter(None, (bar["function"], bar["range"], bar["contestant"])))
-            peer_is = " ".join(filter(None, (bar["other function"], bar["peer"])))
+            peer_is = " ".join(filter(None, (bar["other function"], bar["peer"], bar["other n"] and f"n = {other_n}")))
             print(f"{ours_is} / {peer_is}, n = {bar['n']}: {ours / peer:.3f}, at most {bar['at most']}: {verdict}")
 
 
@@ -107,4 +110,4 @@ for stem in options.functions or functions:
                 )
             )
 shown(rows)
-bars(rows)
+judged(rows)

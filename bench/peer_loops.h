@@ -33,9 +33,9 @@ template <class V, auto f>
 void repeat(const Call& call, int64_t times) {
   constexpr int lanes = sizeof(V) / sizeof(double);
   const V value = V{} + call.value[0];
-  for (; times > 0; --times) {
-    const double *const a = call.in[0], *const b = call.in[1];
-    double *const out = call.out[0], *const outB = call.out[1];
+  eachCall(call.len, 1, times, [&](int64_t at) {
+    const double *const a = call.in[0] + at, *const b = call.in[1] + at;
+    double *const out = call.out[0] + at, *const outB = call.out[1] + at;
     const int64_t n = call.len;
     int64_t i = 0;
     for (; i + lanes <= n; i += lanes) put(out + i, outB + i, f(get<V>(a + i), get<V>(b + i), value));
@@ -45,8 +45,7 @@ void repeat(const Call& call, int64_t times) {
       put(last, lastOutB, f(get<V>(lastA), get<V>(lastB), value));
       for (int64_t j = i; j < n; ++j) out[j] = last[j - i], outB[j] = lastOutB[j - i];
     }
-    keep();
-  }
+  });
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ using ComplexDouble = _Complex double;
 extern "C" {
 ComplexDouble cexp(ComplexDouble), csin(ComplexDouble), ccos(ComplexDouble), ctan(ComplexDouble);
 ComplexDouble csinh(ComplexDouble), ccosh(ComplexDouble), ctanh(ComplexDouble);
-ComplexDouble clog10(ComplexDouble), cpow(ComplexDouble, ComplexDouble);
+ComplexDouble clog(ComplexDouble), clog10(ComplexDouble), cpow(ComplexDouble, ComplexDouble), csqrt(ComplexDouble);
 ComplexDouble casin(ComplexDouble), cacos(ComplexDouble), catan(ComplexDouble);
 ComplexDouble casinh(ComplexDouble), cacosh(ComplexDouble);
 }
@@ -19,29 +19,28 @@ namespace {
 
 template <ComplexDouble f(ComplexDouble)>
 void repeatComplex(const Call& call, int64_t times) {
-  for (; times > 0; --times) {
-    for (int64_t i = 0; i < call.len; ++i) {
+  eachCall(call.len, 2, times, [&](int64_t at) {
+    for (int64_t i = at; i < at + 2 * call.len; i += 2) {
       ComplexDouble z;
-      __builtin_memcpy(&z, call.in[0] + 2 * i, sizeof z);
+      __builtin_memcpy(&z, call.in[0] + i, sizeof z);
       z = f(z);
-      __builtin_memcpy(call.out[0] + 2 * i, &z, sizeof z);
+      __builtin_memcpy(call.out[0] + i, &z, sizeof z);
     }
-    keep();
-  }
+  });
 }
 
 // Powers; the exponent is the scalar where there is one input.
+template <int inputs>
 void repeatComplexPow(const Call& call, int64_t times) {
-  for (; times > 0; --times) {
-    for (int64_t i = 0; i < call.len; ++i) {
+  eachCall(call.len, 2, times, [&](int64_t at) {
+    for (int64_t i = at; i < at + 2 * call.len; i += 2) {
       ComplexDouble a, b;
-      __builtin_memcpy(&a, call.in[0] + 2 * i, sizeof a);
-      __builtin_memcpy(&b, call.in[1] != nullptr ? call.in[1] + 2 * i : call.value, sizeof b);
+      __builtin_memcpy(&a, call.in[0] + i, sizeof a);
+      __builtin_memcpy(&b, inputs == 2 ? call.in[1] + i : call.value, sizeof b);
       a = cpow(a, b);
-      __builtin_memcpy(call.out[0] + 2 * i, &a, sizeof a);
+      __builtin_memcpy(call.out[0] + i, &a, sizeof a);
     }
-    keep();
-  }
+  });
 }
 
 using V = double;
@@ -97,18 +96,20 @@ constexpr Contestant contestants[] = {
     CALL(nearbyInt, nearbyint(a)),
     CALL(modf, parts(a)),
     {"complexExp", repeatComplex<cexp>},
+    {"complexLn", repeatComplex<clog>},
+    {"complexLog10", repeatComplex<clog10>},
+    {"complexPow", repeatComplexPow<2>},
+    {"complexPowx", repeatComplexPow<1>},
+    {"complexSqrt", repeatComplex<csqrt>},
     {"complexSin", repeatComplex<csin>},
     {"complexCos", repeatComplex<ccos>},
     {"complexTan", repeatComplex<ctan>},
-    {"complexSinh", repeatComplex<csinh>},
-    {"complexCosh", repeatComplex<ccosh>},
-    {"complexTanh", repeatComplex<ctanh>},
-    {"complexLog10", repeatComplex<clog10>},
-    {"complexPow", repeatComplexPow},
-    {"complexPowx", repeatComplexPow},
     {"complexAsin", repeatComplex<casin>},
     {"complexAcos", repeatComplex<cacos>},
     {"complexAtan", repeatComplex<catan>},
+    {"complexSinh", repeatComplex<csinh>},
+    {"complexCosh", repeatComplex<ccosh>},
+    {"complexTanh", repeatComplex<ctanh>},
     {"complexAsinh", repeatComplex<casinh>},
     {"complexAcosh", repeatComplex<cacosh>},
 };

@@ -21,7 +21,7 @@ struct Workload {
 // ranges that take other paths.
 const std::vector<Workload>& workloads();
 
-constexpr int lengths[] = {1, 8, 100, 1000, 100000};
+constexpr int lengths[] = {1, 3, 4, 8, 100, 1000, 100000};
 constexpr int longest = 100000;
 
 // The arrays of a workload; the same for every run. They begin at a cache line each, at different

@@ -1,4 +1,4 @@
-// complexExp, all levels: one element.
+// complexExp in extended precision, all levels: one element.
 //
 // Method: e^x, cos y and sin y in extended precision, with one rounding to double precision for
 // each part; extended precision has room for all products.
@@ -32,6 +32,7 @@ INLINE Complex64 make(Extended80 re, Extended80 im) { return {static_cast<Float6
     if (!isNegative(x)) return make(x, extSin(y));
     return {0.0, isInfinite(y) ? zeroWithSign(isNegative(y)) : 0.0};
   }
+  if (isNaN(x)) return {x * x, x * x};
   if (isZero(x) || !isFinite(x)) {
     const Extended80 e = extExp(x);
     return make(e * extCos(y), tinyY && !isZero(x) ? e * y : e * extSin(y));
@@ -43,7 +44,7 @@ INLINE Complex64 make(Extended80 re, Extended80 im) { return {static_cast<Float6
 
 }  // namespace
 
-Complex64 complexExp(Complex64 z) {
+Complex64 complexExpExtended(Complex64 z) {
   Complex64 result;
   if (exponentFieldOf(z.re) < 0x40a && !isZero(z.re) && isFinite(z.im) && !isZero(z.im)) [[likely]] {
     const Extended80 e = extExp(z.re);

@@ -5,7 +5,6 @@
 // rl; 2^(j/64) and sine and cosine of n pi/32 come from tables, the rest is polynomials. Both
 // factors are sums of two numbers, the upper one cut to 26 bits, so that the products of upper
 // parts are exact. The sine of a tiny y is kept scaled by 2^100, so that its lower part isn't lost.
-// For |y| from 512 to 100000 complexExp's results come from lanes where they are certain.
 //
 // Error: at most 0.523 ulp a part, 0.589 next to the zeros of sine and cosine (the largest found
 // has y = -45.553093477052002), 1.0 for an imaginary part that is subnormal or above by less than
@@ -104,6 +103,17 @@ INLINE UpperLower<V> cutSum(V w, V f) {
   return {upper, (sum - upper) + (f - (sum - w))};
 }
 
+// Where the angles of all elements are 0: the same, the cosine being 1.
+template <class V>
+INLINE bool isReal(Parts<V> z) {
+  return signMask(equalLanes(z.im, broadcast<V>(0.0))) == ~uint64_t{0} >> (64 - laneCount<V>);
+}
+template <class V>
+INLINE Parts<V> expOfReal(Parts<V> z) {
+  const ExpParts<V> e = expParts(z.re);
+  return {(e.upper + e.lower) * e.scale, z.im};
+}
+
 template <class V>
 INLINE Parts<V> expOf(Parts<V> z) {
   constexpr Float64 up = fromBits(0x4630000000000000), down = fromBits(0x39b0000000000000);  // 2^100, 2^-100
@@ -122,56 +132,70 @@ INLINE Parts<V> expOf(Parts<V> z) {
   return {re, select(equalLanes(z.im, broadcast<V>(0.0)), z.im, im)};
 }
 
-// Of flagged elements, those whose y is still below 100000, as far as they are certain: as complexExp gives
-// them (docs/certainty_log.md). Returns a mask of them.
-INLINE bool hasLargeAngle(Complex64 z) {
-  constexpr uint32_t toY = 0x40f86a00, fromX = 0x33700000, toX = expFlaggedHighWord;  // |x| from 2^-200 to 512
-  const uint32_t x = highWord(z.re) & 0x7fffffff, y = highWord(z.im) & 0x7fffffff;
-  return y - expFlaggedHighWord < toY - expFlaggedHighWord && (x - fromX < toX - fromX || toBits(z.re) << 1 == 0);
-}
+// A block with flagged elements: they count as 0 among the vectors, which leaves no flag, and
+// complexExp gives their results, or the same comes from lanes where these serve more than two of them.
 template <class V>
-INLINE uint64_t expOfLargeAngles(const Complex64* src, Complex64* dst, int64_t count) {
-  Complex64 large[laneCount<V>];
-  uint64_t served = 0;
-  for (int i = 0; i < laneCount<V>; ++i) {
-    const bool isServed = i < count && hasLargeAngle(src[i]);
-    served |= static_cast<uint64_t>(isServed) << i;
-    large[i] = isServed ? src[i] : Complex64{0, 512};
+[[gnu::noinline]] void expOfFlagged(const Complex64* src, Complex64* dst, int64_t count) {
+  constexpr int lanes = laneCount<V>;
+  constexpr Complex64 ordinary = {0, 1};
+  Complex64 cleared[lanes], inLanes[lanes];
+  uint64_t flagged = 0, served = 0;
+  int servedCount = 0;
+  for (int i = 0; i < lanes; ++i) {
+    cleared[i] = {0, 0}, inLanes[i] = ordinary;
+    if (i >= count) continue;
+    const Complex64 z = src[i];
+    if (!anyPartFrom(Parts<Float64>{z.re, z.im}, expFlaggedHighWord)) {
+      cleared[i] = z;
+      continue;
+    }
+    flagged |= uint64_t{1} << i;
+    if (!servesExponential(z.re, z.im)) continue;
+    inLanes[i] = withinLanes(z);
+    served |= uint64_t{1} << i, ++servedCount;
   }
-  if (served == 0) return 0;
-  const auto e = certainExponentialOfLarge(loadParts<V>(large));
-  storeParts(dst, e.parts);
-  const uint64_t certain = signMask(e.isCertain);
-  for (int i = 0; i < laneCount<V>; ++i)
-    if ((certain >> placeOf<PartOf<V>>(i) & 1) == 0) served &= ~(uint64_t{1} << i);
-  return served;
+  if (flagged != allOf(static_cast<int>(count))) storeParts(cleared, expOf(loadParts<V>(cleared)));
+  uint64_t certain = 0;
+  if (servedCount > 2 && isAllowed()) {
+    const auto e = certainExponentialOf(loadParts<V>(inLanes));
+    storeParts(inLanes, e.parts);
+    certain = signMask(e.isCertain);
+  }
+  for (int i = 0; i < count; ++i) {
+    const bool isServed = (served >> i & 1) != 0, isCertain = (certain >> placeOf<PartOf<V>>(i) & 1) != 0;
+    if ((flagged >> i & 1) == 0)
+      dst[i] = cleared[i];
+    else if (isServed && isCertain && leaveLanes(inLanes[i], src[i].re))
+      dst[i] = inLanes[i];
+    else
+      dst[i] = isServed ? complexExp(src[i]) : complexExpExtended(src[i]);
+  }
 }
 
-// A block with flagged elements: they count as 0 among the vectors, which leaves no flag, and
-// complexExp gives their results, or the same comes from lanes.
+// A block whose first angle is 0, or with flagged elements.
 template <class V>
-[[gnu::noinline, gnu::cold]] void expOfFlagged(const Complex64* src, Complex64* dst, int64_t count) {
-  Complex64 arguments[laneCount<V>], cleared[laneCount<V>] = {}, results[laneCount<V>], ofLarge[laneCount<V>];
-  for (int64_t i = 0; i < count; ++i) {
-    arguments[i] = src[i];
-    if (!anyPartFrom(Parts<Float64>{src[i].re, src[i].im}, expFlaggedHighWord)) cleared[i] = src[i];
+[[gnu::noinline]] void expOfRare(const Complex64* src, Complex64* dst, int64_t count) {
+  if (count == laneCount<V>) {
+    const Parts<V> z = loadParts<V>(src);
+    if (!anyPartFrom(z, expFlaggedHighWord)) {
+      storeParts(dst, isReal(z) ? expOfReal(z) : expOf(z));
+      return;
+    }
   }
-  const uint64_t done = isAllowed() ? expOfLargeAngles<V>(arguments, ofLarge, count) : 0;
-  if (done != allOf(static_cast<int>(count))) storeParts(results, expOf(loadParts<V>(cleared)));
-  for (int64_t i = 0; i < count; ++i) {
-    const Complex64 z = arguments[i];
-    if ((done >> i & 1) != 0)
-      dst[i] = ofLarge[i];
-    else
-      dst[i] = anyPartFrom(Parts<Float64>{z.re, z.im}, expFlaggedHighWord) ? complexExp(z) : results[i];
-  }
+  expOfFlagged<V>(src, dst, count);
 }
 
 template <class V>
 INLINE nuvStatus expLoop(const Complex64* src, Complex64* dst, int64_t len) {
   partsLoop<V>(
-      src, dst, len, [](auto z) INLINED { return anyPartFrom(z, expFlaggedHighWord); },
-      [](auto z) INLINED { return expOf(z); }, expOfFlagged<V>);
+      src, dst, len,
+      [](auto z) INLINED {
+        if constexpr (laneCount<decltype(z.re)> == laneCount<V>)
+          return anyPartFrom(z, expFlaggedHighWord) || partOf(z.im, 0)[0] == 0;
+        else
+          return anyPartFrom(z, expFlaggedHighWord);
+      },
+      [](auto z) INLINED { return expOf(z); }, expOfRare<V>);
   return nuvStatusOk;
 }
 

@@ -8,17 +8,16 @@
 // added twice over, so that it keeps its relative accuracy on the unit circle. The imaginary part is
 // the angle of a table of five and the arc tangent of the ratio to it.
 //
-// Elements with a part outside 2^-500 to 2^500, zeros, infinities and NaNs among them, go to
-// complexLn.
+// Elements with a part outside 2^-500 to 2^500, zeros, infinities and NaNs among them, have the bits of
+// complexLn; those on the axes come from lanes where they are certain (docs/certainty_log.md).
 //
 // Error: at most 0.854 ulp, in the imaginary part; real parts are off by little more than half a
 // unit, on the unit circle, too.
 //
 // Modes: rounds to nearest, without FTZ; DAZ is the caller's.
 #pragma once
+#include "complex/certified/log_strip.h"
 #include "complex/ln.h"
-#include "complex/pairs.h"
-#include "frame/kernel_frame.h"
 
 namespace qorvane {
 namespace {
@@ -145,37 +144,70 @@ INLINE auto outside(V v) {
   return (lowestWord > h) | (h > highestWord);
 }
 
-INLINE Parts<Block> logarithm(Parts<Block> z) {
-  const Block a = magnitude(z.re), b = magnitude(z.im), less = lessLanes(a, b);
+template <class V>
+INLINE Parts<V> logarithm(Parts<V> z) {
+  const V a = magnitude(z.re), b = magnitude(z.im), less = lessLanes(a, b);
   return {halfLog(select(less, b, a), select(less, a, b)), angleOf(z.re, z.im, a, b)};
 }
 
-// Up to eight elements, among them such as the vectors aren't made for: these count as 1 + i there.
-[[gnu::noinline]] void incompleteBlock(const Complex64* src, Complex64* dst, int64_t count) {
-  Complex64 z[8], saved[8];
-  bool isOutside[8] = {};
-  for (int64_t i = 0; i < 8; ++i) {
-    z[i] = {1.0, 1.0};
+// Up to a vector's elements, among them such as the vectors aren't made for: these count as 1 + i there, and
+// complexLn gives their results, or the same comes from lanes on the axes.
+template <class V>
+[[gnu::noinline]] void incomplete(const Complex64* src, Complex64* dst, int64_t count) {
+  constexpr int lanes = laneCount<V>;
+  Complex64 inside[lanes], onAxis[lanes], others[lanes];
+  uint64_t isInside = 0, isOnAxis = 0, isCertain = 0;
+  for (int i = 0; i < lanes; ++i) {
+    inside[i] = {1, 1}, onAxis[i] = {2, 0};
     if (i >= count) continue;
-    saved[i] = src[i];
-    isOutside[i] = outside(saved[i].re) || outside(saved[i].im);
-    if (!isOutside[i]) z[i] = saved[i];
+    const Complex64 z = src[i];
+    const bool hasZero = toBits(z.re) << 1 == 0 || toBits(z.im) << 1 == 0;
+    if (!outside(z.re) && !outside(z.im))
+      inside[i] = z, isInside |= uint64_t{1} << i;
+    else if (hasZero && !isOutsideOfLog(z.re, z.im))
+      onAxis[i] = z, isOnAxis |= uint64_t{1} << i;
+    others[i] = z;
   }
-  storeParts(z, logarithm(loadParts<Block>(z)));
-  for (int64_t i = 0; i < count; ++i) dst[i] = isOutside[i] ? complexLn(saved[i]) : z[i];
+  if (isInside != 0) storeParts(inside, logarithm(loadParts<V>(inside)));
+  if (isOnAxis != 0 && isAllowed()) {
+    using Two = Pack<PartOf<Four>, 2>;  // registers: more take more time
+    using U = std::conditional_t<(lanes > laneCount<Two>), Two, V>;
+    for (int i = 0; i < lanes; i += laneCount<U>) {
+      const Parts<U> z = loadParts<U>(onAxis + i);
+      const auto both = certainOnAxis<Base::e>(z.re, z.im);
+      storeParts(onAxis + i, Parts<U>{both.log.value, orBits(both.angle, signOf(z.im))});
+      isCertain |= signMask(both.log.isCertain) << i;
+    }
+  }
+  for (int i = 0; i < count; ++i) {
+    if ((isInside >> i & 1) != 0)
+      dst[i] = inside[i];
+    else if ((isOnAxis >> i & isCertain >> placeOf<PartOf<V>>(i) & 1) != 0)
+      dst[i] = onAxis[i];
+    else
+      dst[i] = complexLn(others[i]);
+  }
+}
+
+template <class V>
+INLINE void evaluate(const Complex64* src, Complex64* dst, int64_t count) {
+  if (count == laneCount<V>) {
+    const Parts<V> z = loadParts<V>(src);
+    if (!any(outside(z.re) | outside(z.im))) [[likely]]
+      return storeParts(dst, logarithm(z));
+  }
+  incomplete<V>(src, dst, count);
 }
 
 nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
-  int64_t i = 0;
-  for (; i + 8 <= len; i += 8) {
-    const Parts<Block> z = loadParts<Block>(src + i);
-    if (any(outside(z.re) | outside(z.im))) [[unlikely]] {
-      incompleteBlock(src + i, dst + i, 8);
-      continue;
-    }
-    storeParts(dst + i, logarithm(z));
-  }
-  if (i < len) incompleteBlock(src + i, dst + i, len - i);
+  for (; len >= 8; src += 8, dst += 8, len -= 8) evaluate<Block>(src, dst, 8);
+  // The rest takes the least registers that hold it.
+  if (len > 4)
+    evaluate<Block>(src, dst, len);
+  else if (len > 2)
+    evaluate<Four>(src, dst, len);
+  else if (len > 0)
+    evaluate<Lanes2>(src, dst, len);
   return nuvStatusOk;
 }
 

@@ -1,6 +1,6 @@
 // complexPow, all levels: one element.
 //
-// Method: complexLn and complexExp, each rounded to double precision, and between them the product in
+// Method: complexLn and complexExpExtended, each rounded to double precision, and between them the product in
 // double precision.
 //
 // Error: the product's rounding error times the exponential: |b ln a| ulp or so, where the parts of
@@ -18,7 +18,7 @@ namespace qorvane {
 [[gnu::noinline]] Complex64 complexPow(Complex64 a, Complex64 b) {
   const Complex64 l = complexLn(a);
   const Float64 reRe = b.re * l.re, imIm = b.im * l.im, reIm = b.re * l.im, imRe = b.im * l.re;
-  return complexExp({reRe - imIm, reIm + imRe});
+  return complexExpExtended({reRe - imIm, reIm + imRe});
 }
 
 nuvStatus powElements(const Complex64* a, const Complex64* b, Complex64* dst, int64_t len) {

@@ -16,10 +16,22 @@
 namespace qorvane {
 namespace {
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return oneOrSeveral<Four, Raises::no>(
-      src, dst, len, [](auto x) INLINED { return erfcCore(x); }, erfcIsFlagged, erfcSpecialLane);
-}
+// Each stage is a loop of its own; `values` has what the next one takes on.
+constexpr auto evaluate = [](const Float64* src, Float64* dst, int64_t count, const Stretch& c) INLINED {
+  alignas(16) Float64 values[longestStretch], rests[longestStretch];
+  const auto value = [&](int64_t i) INLINED { return load<Four>(values + i); };
+  const auto t = [&](int64_t i) INLINED { return load<Four>(c.t + i); };
+  const auto rows = [&](int64_t i) INLINED { return Rows{erfcRows, c.offsets + i}; };
+  for (int64_t i = 0; i < count; i += vector) store(values + i, erfcHighTerms(t(i), rows(i)));
+  for (int64_t i = 0; i < count; i += vector) store(values + i, erfcMiddleTerms(value(i), t(i), rows(i)));
+  for (int64_t i = 0; i < count; i += vector) {
+    const auto g = erfcScaled(value(i), t(i), rows(i));
+    store(values + i, g.head), store(rests + i, g.rest);
+  }
+  for (int64_t i = 0; i < count; i += vector) store(dst + i, lastStage(src, i, {value(i), load<Four>(rests + i)}, c));
+};
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return erfcLoop<8, evaluate>(src, dst, len); }
 
 }  // namespace
 

@@ -80,7 +80,8 @@ INLINE Pack<Lanes2, K> highWordWithin(Pack<Lanes2, K> a, int from, int to) {
 #ifdef __AVX__
 INLINE Lanes4 highWordWithin(Lanes4 a, int from, int to) {
   const auto limit = [](int word) INLINED { return _mm256_set1_pd(fromBits(static_cast<uint64_t>(word) << 32)); };
-  return _mm256_and_pd(_mm256_cmp_pd(a, limit(from), _CMP_GE_OQ), _mm256_cmp_pd(a, limit(to), _CMP_LT_OQ));
+  const Lanes4 below = _mm256_cmp_pd(a, limit(to), _CMP_LT_OQ);
+  return from == 0 ? below : _mm256_and_pd(_mm256_cmp_pd(a, limit(from), _CMP_GE_OQ), below);
 }
 #endif
 

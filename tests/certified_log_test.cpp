@@ -1,6 +1,7 @@
 // The complex logarithm in lanes: its bits are those of the extended routine, at every level, wherever an
 // element stands and whatever stands beside it.
 #include "complex/certified/log_strip.h"
+#include "complex/ln.h"
 #include "tests/certified_support.h"
 
 namespace qorvane::test {
@@ -173,6 +174,35 @@ TEST(CertifiedLog, FlagsAreTheRoutines) {
     std::feclearexcept(FE_ALL_EXCEPT);
     for (const Complex64& each : z) element<Function::log10>(each);
     expectFlags(log10OfComplex, z, std::fetestexcept(FE_ALL_EXCEPT));
+  }
+}
+
+// nuvsLn_64fc_A53 has lanes for elements on the axes: every third one here is off by less than a bound that is a
+// quarter too large.
+TEST(CertifiedLog, NaturalLogarithmsOnTheAxesHaveTheirExtendedBits) {
+  const Certified lnOfComplex = {"ln", nuvsLn_64fc_A53, complexLn};
+  Random random(7);
+  std::vector<Complex64> z;
+  while (z.size() < 60000) {
+    double part = uniform(random, -20, 20);
+    switch (random() % 5) {
+      case 0: break;
+      case 1: part = signedPower(random, -101, 101); break;
+      case 2: part = std::copysign(1 + signedPower(random, -54, -3), part); break;
+      case 3: part = std::copysign(1 + uniform(random, -0.02, 0.02), part); break;
+      default: part = special(random); break;
+    }
+    const double zero = std::copysign(0.0, uniform(random, -1, 1));
+    const Complex64 element = (random() & 1) != 0 ? Complex64{part, zero} : Complex64{zero, part};
+    const bool isClose = toBits(certainOnAxis<Base::e>(element.re, element.im, 1.25).log.isCertain) == 0;
+    if (z.size() % 3 != 0 || isClose) z.push_back(element);
+  }
+  expectElements(lnOfComplex, z);
+  for (size_t at = 0; at < 30000; at += 30) {
+    const std::vector<Complex64> some(z.begin() + static_cast<long>(at), z.begin() + static_cast<long>(at + at % 13));
+    std::feclearexcept(FE_ALL_EXCEPT);
+    for (const Complex64& each : some) complexLn(each);
+    expectFlags(lnOfComplex, some, std::fetestexcept(FE_ALL_EXCEPT));
   }
 }
 

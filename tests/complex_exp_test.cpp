@@ -3,6 +3,7 @@
 #include <cfenv>
 #include <cmath>
 
+#include "complex/certified/exponential.h"
 #include "complex/exp.h"
 #include "tests/certified_support.h"
 #include "tests/complex_rows.h"
@@ -214,35 +215,108 @@ TEST(ComplexExp, SubnormalPartsRaiseUnderflow) {
   }
 }
 
-// Angles from 512 to 100000 go through lanes of their own, whose bits are the routine's.
-TEST(ComplexExp, LargeAnglesHaveTheRoutinesBits) {
-  const Certified exp = {"exp", nuvsExp_64fc_A53, complexExp};
-  Random random(7);
-  std::vector<Complex64> z(40000);
-  for (Complex64& element : z) {
-    element = {uniform(random, -20, 20), std::copysign(uniform(random, 512, 100000), uniform(random, -1, 1))};
-    switch (random() % 8) {
-      case 0: element.re = uniform(random, -512, 512); break;
-      case 1: element.re = signedPower(random, -210, 11); break;
-      case 2: element.re = 0; break;
-      case 3: element.im = signedPower(random, 9, 18); break;
-      case 4: element.im = std::round(uniform(random, 326, 63661)) * 1.5707963267948966; break;
-      default: break;
+// Where complexExp's range ends, and its forms change, beside special values.
+double edgeOfExp(Random& random) {
+  const double values[] = {0.0,  0x1p-201, 0x1p-200, 0x1p-81, 0x1p-80, 0x1p-1074, 512,
+                           709,  709.78,   745.14,   746,     768,     1024,      2047.9,
+                           2048, 1e5,      1e8,      1e300,   inf,     nan,       1.5707963267948966};
+  const double value = values[random() % std::size(values)] * (random() % 4 == 0 ? double(random() % 50) : 1);
+  return std::copysign(random() % 3 == 0 ? std::nextafter(value, (random() & 1) != 0 ? inf : 0) : value,
+                       (random() & 1) != 0 ? 1.0 : -1.0);
+}
+// A part at least is from 512 up.
+Complex64 leftByVectors(Random& random) {
+  const double x = uniform(random, -20, 20),
+               y = std::copysign(uniform(random, 512, random() % 2 == 0 ? 1e5 : 1e8), uniform(random, -1, 1));
+  switch (random() % 10) {
+    case 0: return {uniform(random, -512, 709), y};
+    case 1: return {signedPower(random, -210, 11), y};
+    case 2: return {0, y};
+    case 3: return {x, signedPower(random, 9, 30)};
+    case 4: return {x, std::round(uniform(random, 326, 6e7)) * 1.5707963267948966};
+    case 5: return {uniform(random, 512, 800), x};
+    case 6: return {uniform(random, -800, -512), signedPower(random, -90, 28)};
+    case 7: return {signedPower(random, 9, 14), signedPower(random, -90, 28)};
+    case 8: {
+      const Complex64 z = {edgeOfExp(random), edgeOfExp(random)};
+      return std::abs(z.re) < 512 && std::abs(z.im) < 512 ? Complex64{z.re, -512} : z;
     }
+    default: return {x, y};
   }
+}
+
+TEST(ComplexExp, WhatVectorsLeaveHasTheExtendedBits) {
+  const Certified exp = {"exp", nuvsExp_64fc_A53, complexExpExtended};
+  Random random(7);
+  std::vector<Complex64> z(60000);
+  for (Complex64& element : z) element = leftByVectors(random);
   expectElements(exp, z);
   for (size_t length = 1; length < 20; ++length) expectElements(exp, {z.begin() + 10, z.begin() + 10 + length});
-  for (const double edge : {512.0, std::nextafter(100000, 0), 100000.0})
-    expectElements(exp, {{1, edge}, {0x1p-200, -edge}, {0x1p-201, edge}, {std::nextafter(512, 0), edge}, {-512, edge}});
-  expectFlags(exp, {{1, 1000}, {-511, 99999}, {0, -600}, {0x1p-200, 700}, {0x1p-400, 700}}, FE_INEXACT);
+  expectFlags(exp, {{1, 1000}, {-511, 1e8 - 1}, {0, -600}, {0x1p-200, 700}, {0x1p-400, 700}}, FE_INEXACT);
   for (int level : supportedLevels()) {
     AtLevel at(level);
-    _mm_setcsr(0x1f80 | 0x4000);
-    Complex64 result;
-    nuvsExp_64fc_A53(&z[0], &result, 1);
-    const Complex64 expected = complexExp(z[0]);
-    _mm_setcsr(0x1f80);
-    EXPECT_EQ(std::memcmp(&result, &expected, sizeof result), 0) << "upward, level " << level;
+    for (const uint32_t mode : {0x2000u, 0x4000u, 0x6000u, 0x8040u}) {
+      std::vector<Complex64> results(200), expected(200);
+      _mm_setcsr(0x1f80 | mode);
+      nuvsExp_64fc_A53(z.data(), results.data(), 200);
+      for (size_t i = 0; i < 200; ++i) expected[i] = complexExpExtended(z[i]);
+      _mm_setcsr(0x1f80);
+      for (size_t i = 0; i < 200; ++i) EXPECT_TRUE(test::same(results[i], expected[i])) << "mode " << mode << ", " << i;
+    }
+  }
+}
+
+// With that share of the bound.
+bool isCertainExponential(Complex64 z, double share) {
+  const auto e = exponentialPair(z.re);
+  const auto t = trigonometricPairs<true>(std::abs(z.im));
+  return toBits(certainProduct(e, t.cos, 0.0, boundOfExponential * share).isCertain) != 0 &&
+         toBits(certainProduct(e, t.sin, 0.0, boundOfExponential * share).isCertain) != 0 && toBits(t.isUnsure) == 0;
+}
+
+// One element by itself: many that are barely certain, or that a bound too small would take wrongly.
+TEST(ComplexExp, OneElementHasTheExtendedBitsAndFlags) {
+  Random random(8);
+  std::vector<Complex64> z;
+  int unsure = 0;
+  for (int i = 0; i < 400000; ++i) {
+    const Complex64 element = {uniform(random, -20, 20), uniform(random, -20, 20)};
+    unsure += !isCertainExponential(element, 1);
+    if (!isCertainExponential(element, 1.25)) z.push_back(element);
+  }
+  EXPECT_NEAR(unsure, 3000, 250);
+  for (int i = 0; i < 60000; ++i)
+    z.push_back(i % 2 == 0 ? leftByVectors(random) : Complex64{edgeOfExp(random), uniform(random, -20, 20)});
+  for (const Complex64& element : z) {
+    std::feclearexcept(FE_ALL_EXCEPT);
+    const Complex64 expected = complexExpExtended(element);
+    const int flags = std::fetestexcept(FE_ALL_EXCEPT);
+    std::feclearexcept(FE_ALL_EXCEPT);
+    const Complex64 result = complexExp(element);
+    EXPECT_TRUE(test::same(result, expected) && std::fetestexcept(FE_ALL_EXCEPT) == flags)
+        << std::hexfloat << element.re << ", " << element.im << ": " << result.re << ", " << result.im << ", extended "
+        << expected.re << ", " << expected.im;
+  }
+}
+
+// Blocks of real numbers have a form of their own, whose bits are those of any block.
+TEST(ComplexExp, RealBlocksHaveTheBitsOfOthers) {
+  Random random(9);
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (int round = 0; round < 2000; ++round) {
+      Complex64 z[8], results[8], mixed[8];
+      for (Complex64& element : z)
+        element = {uniform(random, -512, 512) * (random() % 8 != 0), (random() & 1) != 0 ? 0.0 : -0.0};
+      if (round % 4 == 0) z[random() % 8].im = round % 8 == 0 ? tiny : 1.5;
+      nuvsExp_64fc_A53(z, results, 8);
+      for (int i = 0; i < 8; ++i) {
+        Complex64 others[8] = {{1, 1}, {2, 3}, {1, 1}, {2, 3}, {1, 1}, {2, 3}, {1, 1}, z[i]};
+        nuvsExp_64fc_A53(others, mixed, 8);
+        EXPECT_TRUE(test::same(results[i], mixed[7]))
+            << std::hexfloat << z[i].re << ", " << z[i].im << ", level " << level;
+      }
+    }
   }
 }
 

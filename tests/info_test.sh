@@ -12,10 +12,10 @@ told() {
 }
 recorded() {
   case $1 in
-    0 | 1) echo 92c3fde4660aa83e ;;
-    2 | 3) echo 40255380f02ca00c ;;
-    4) echo 1eedb684aef0148c ;;
-    5) echo dfdd92d8c764faa2 ;;
+    0 | 1) echo 4a67a204dc918be2 ;;
+    2 | 3) echo 1db253d3882b6da8 ;;
+    4) echo 497d8d3914344f28 ;;
+    5) echo 228e338f3a09bbe6 ;;
   esac
 }
 

@@ -54,14 +54,14 @@ struct Subject {
   Complex64 (*element)(Complex64);
   // What the lanes make of one element with each share of the bounds.
   void (*takeShares)(Complex64 z, Complex64 expected, Counts&);
-  bool isTurned;  // takes a distribution's points with their parts exchanged
-  Kernel *sse3, *avx;
+  bool isTurned;               // takes a distribution's points with their parts exchanged
+  Kernel *sse3, *avx, *fused;  // the last one may be missing
   std::span<const Distribution> distributions;
 };
 
 std::span<const Subject> exponentialSubjects();  // sinh, cosh, tanh, sin, cos, tan
 std::span<const Subject> inverseSubjects();      // asinh, asin, acosh, acos, atan
 std::span<const Subject> logSubjects();          // log10
-std::span<const Subject> powSubjects();          // pow
+std::span<const Subject> powSubjects();          // exp, pow
 
 }  // namespace qorvane::certainty

@@ -3,7 +3,7 @@
 #include "tools/certainty.h"
 
 namespace qorvane {
-#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##Avx
+#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##AvxPlain, stem##AvxFma
 KERNELS(complexSinh);
 KERNELS(complexCosh);
 KERNELS(complexSin);
@@ -18,7 +18,7 @@ template <Function function>
 void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   const bool turned = isTurned(function);
   const Float64 x = std::abs(turned ? z.im : z.re), y = std::abs(turned ? z.re : z.im);
-  if (x >= (isQuotient(function) ? 512 : 1024) || y >= 100000) return;
+  if (x >= (isQuotient(function) ? 512 : 1024) || y >= 1e8) return;
   const bool isLarge = x >= 256;
   const auto h = isLarge ? hyperbolicPairs<true>(x) : hyperbolicPairs(x);
   const auto t = y >= 256 ? trigonometricPairs<true>(y) : trigonometricPairs(y);
@@ -75,21 +75,21 @@ constexpr Distribution distributions[] = {
      }},
     {"trigonometric part large",
      [](Random& random) {
-       return Complex64{uniform(random, -20, 20), signedPower(random, 8, 17)};
+       return Complex64{uniform(random, -20, 20), signedPower(random, 8, 27)};
      }},
 };
 
 template <Function function>
-constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx) {
-  return {name, element<function>, takeShares<function>, isTurned(function), sse3, avx, distributions};
+constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx, Kernel* fused) {
+  return {name, element<function>, takeShares<function>, isTurned(function), sse3, avx, fused, distributions};
 }
 constexpr Subject subjects[] = {
-    subject<Function::sinh>("sinh", complexSinhSse3, complexSinhAvx),
-    subject<Function::cosh>("cosh", complexCoshSse3, complexCoshAvx),
-    subject<Function::sin>("sin", complexSinSse3, complexSinAvx),
-    subject<Function::cos>("cos", complexCosSse3, complexCosAvx),
-    subject<Function::tanh>("tanh", complexTanhSse3, complexTanhAvx),
-    subject<Function::tan>("tan", complexTanSse3, complexTanAvx),
+    subject<Function::sinh>("sinh", complexSinhSse3, complexSinhAvxPlain, complexSinhAvxFma),
+    subject<Function::cosh>("cosh", complexCoshSse3, complexCoshAvxPlain, complexCoshAvxFma),
+    subject<Function::sin>("sin", complexSinSse3, complexSinAvxPlain, complexSinAvxFma),
+    subject<Function::cos>("cos", complexCosSse3, complexCosAvxPlain, complexCosAvxFma),
+    subject<Function::tanh>("tanh", complexTanhSse3, complexTanhAvxPlain, complexTanhAvxFma),
+    subject<Function::tan>("tan", complexTanSse3, complexTanAvxPlain, complexTanAvxFma),
 };
 
 }  // namespace

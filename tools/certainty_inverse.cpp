@@ -78,7 +78,7 @@ constexpr Distribution distributions[] = {
 
 template <Function function>
 constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx) {
-  return {name, element<function>, takeShares<function>, imaginaryIsA(function), sse3, avx, distributions};
+  return {name, element<function>, takeShares<function>, imaginaryIsA(function), sse3, avx, nullptr, distributions};
 }
 constexpr Subject subjects[] = {
     subject<Function::asinh>("asinh", complexAsinhSse3, complexAsinhAvx),

@@ -30,13 +30,13 @@ template <bool aIsZero, class V>
 INLINE AxisRoot<V> axisRoot(V x) {
   const V one = broadcast<V>(1.0);
   if constexpr (aIsZero) {
-    const V whole = rootOf(x * x + one);
+    const V whole = hardwareRoot(x * x + one);
     const auto x2 = square(splitOf(x));
     const auto sum = exactSum(x2.high, one);
     return {rootPair(Sum<V>{sum.high, sum.low + x2.low}, whole).root, whole};
   } else {
     const auto below = exactSum(x, broadcast<V>(-1.0)), above = exactSum(x, one);
-    const V whole = rootOf(magnitude(below.high) * above.high);
+    const V whole = hardwareRoot(magnitude(below.high) * above.high);
     const auto p = product(magnitudeOf(pairOf(below)), pairOf(above));
     return {rootPair(p, whole).root, whole};
   }

@@ -31,19 +31,6 @@ struct RootPair {
   ShortPair<V> root;
   V reciprocal;
 };
-template <class V>
-INLINE V rootOf(V x) {
-  if constexpr (isPack<V>)
-    return makePack<packSize<V>>([&](int i) INLINED { return rootOf(x.part[i]); });
-  else if constexpr (laneCount<V> == 1)
-    return __builtin_sqrt(x);
-#ifdef __AVX__
-  else if constexpr (laneCount<V> == 4)
-    return _mm256_sqrt_pd(x);
-#endif
-  else
-    return _mm_sqrt_pd(x);
-}
 // sqrt(x) = s + l with a short s: l = (x - s^2) / (2s + l), x - s^2 being exact. `whole` is the root in
 // double precision.
 template <class V>
@@ -54,7 +41,7 @@ INLINE RootPair<V> rootPair(Sum<V> x, V whole) {
 }
 template <class V>
 INLINE RootPair<V> rootPair(Sum<V> x) {
-  return rootPair(x, rootOf(x.high + x.low));
+  return rootPair(x, hardwareRoot(x.high + x.low));
 }
 // q/2 and the parts it is made of.
 template <class V>

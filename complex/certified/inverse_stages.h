@@ -24,7 +24,7 @@ struct TangentStrip : InverseStrip {
   alignas(32) Float64 common[longStrip], up[longStrip], base[longStrip], baseRest[longStrip];
   alignas(32) Float64 toTheRight[longStrip], upwards[longStrip];
   // The words of one vector may be stored twice.
-  alignas(32) uint32_t near[longStrip + 4], rowOfLog[longStrip + 4], rowOfAngle[longStrip + 4];
+  alignas(32) int near[longStrip + 4], rowOfLog[longStrip + 4], rowOfAngle[longStrip + 4];
 };
 template <Function function>
 using StripOf = std::conditional_t<function == Function::atan, TangentStrip, InverseStrip>;
@@ -62,7 +62,7 @@ template <class W, class V>
 template <class W, class V>
 [[gnu::noinline]] void logTermStage(TangentStrip& s, int count) {
   eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto row = columns<4, U>(log1pRows, [&](int lane) INLINED { return s.rowOfLog[i + lane]; });
+    const auto row = columns<4, U>(log1pRows, rowsAt(s.rowOfLog + i));
     const auto t =
         logTerms(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.common + i), loadWords<U>(s.near + i), row);
     storePair(s.eHead + i, s.eRest + i, t.z), store(s.common + i, t.common);
@@ -115,7 +115,7 @@ template <Function function, class W, class V>
     const auto y = loadPair<U>(s.yHead + i, s.yRest + i);
     Certain<U> angle;
     if constexpr (function == Function::atan) {
-      const auto row = twoColumns<U>(atanTable, [&](int lane) INLINED { return s.rowOfAngle[i + lane]; });
+      const auto row = twoColumns<U>(atanTable, rowsAt(s.rowOfAngle + i));
       angle = certainTangentAngle(AngleTerms<U>{y, load<U>(s.up + i)}, x, row);
     } else {
       angle = certainAngle<function>(ShortPair<U>{x, load<U>(s.xRest + i)}, y, a);

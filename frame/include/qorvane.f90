@@ -178,98 +178,6 @@ module qorvane
       integer(c_int32_t), intent(in), value :: len
       integer(c_int32_t) :: status
     end function
-    function nuvsFloor_64f(src, dst, len) bind(c, name="nuvsFloor_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsFloor_64f_Loc(src, dst, len) bind(c, name="nuvsFloor_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsCeil_64f(src, dst, len) bind(c, name="nuvsCeil_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsCeil_64f_Loc(src, dst, len) bind(c, name="nuvsCeil_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsTrunc_64f(src, dst, len) bind(c, name="nuvsTrunc_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsTrunc_64f_Loc(src, dst, len) bind(c, name="nuvsTrunc_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsRound_64f(src, dst, len) bind(c, name="nuvsRound_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsRound_64f_Loc(src, dst, len) bind(c, name="nuvsRound_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsRint_64f(src, dst, len) bind(c, name="nuvsRint_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsRint_64f_Loc(src, dst, len) bind(c, name="nuvsRint_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsNearbyInt_64f(src, dst, len) bind(c, name="nuvsNearbyInt_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsNearbyInt_64f_Loc(src, dst, len) bind(c, name="nuvsNearbyInt_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsModf_64f(src, dstA, dstB, len) bind(c, name="nuvsModf_64f") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dstA(*)
-      real(c_double), intent(out) :: dstB(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsModf_64f_Loc(src, dstA, dstB, len) bind(c, name="nuvsModf_64f") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dstA, dstB
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
     function nuvsSin_64f_A53(src, dst, len) bind(c, name="nuvsSin_64f_A53") result(status)
       import
       real(c_double), intent(in) :: src(*)
@@ -318,243 +226,6 @@ module qorvane
       integer(c_int32_t) :: status
     end function
     function nuvsTan_64f_A53_Loc(src, dst, len) bind(c, name="nuvsTan_64f_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsExp_64fc_A53(src, dst, len) bind(c, name="nuvsExp_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsExp_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsExp_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsSin_64fc_A53(src, dst, len) bind(c, name="nuvsSin_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsSin_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsSin_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsCos_64fc_A53(src, dst, len) bind(c, name="nuvsCos_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsCos_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsCos_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsTan_64fc_A53(src, dst, len) bind(c, name="nuvsTan_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsTan_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsTan_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsSinh_64fc_A53(src, dst, len) bind(c, name="nuvsSinh_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsSinh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsSinh_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsCosh_64fc_A53(src, dst, len) bind(c, name="nuvsCosh_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsCosh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsCosh_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsTanh_64fc_A53(src, dst, len) bind(c, name="nuvsTanh_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsTanh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsTanh_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsLog10_64fc_A53(src, dst, len) bind(c, name="nuvsLog10_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsLog10_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsLog10_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsPow_64fc_A53(srcA, srcB, dst, len) bind(c, name="nuvsPow_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: srcA(*)
-      complex(c_double_complex), intent(in) :: srcB(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsPow_64fc_A53_Loc(srcA, srcB, dst, len) bind(c, name="nuvsPow_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: srcA, srcB, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsPowx_64fc_A53(src, value, dst, len) bind(c, name="nuvsPowx_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(in), value :: value
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsPowx_64fc_A53_Loc(src, value, dst, len) bind(c, name="nuvsPowx_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      complex(c_double_complex), intent(in), value :: value
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAsin_64fc_A53(src, dst, len) bind(c, name="nuvsAsin_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAsin_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAsin_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAcos_64fc_A53(src, dst, len) bind(c, name="nuvsAcos_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAcos_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAcos_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAtan_64fc_A53(src, dst, len) bind(c, name="nuvsAtan_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAtan_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAtan_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAsinh_64fc_A53(src, dst, len) bind(c, name="nuvsAsinh_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAsinh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAsinh_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAcosh_64fc_A53(src, dst, len) bind(c, name="nuvsAcosh_64fc_A53") result(status)
-      import
-      complex(c_double_complex), intent(in) :: src(*)
-      complex(c_double_complex), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAcosh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAcosh_64fc_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAcosh_64f_A53(src, dst, len) bind(c, name="nuvsAcosh_64f_A53") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAcosh_64f_A53_Loc(src, dst, len) bind(c, name="nuvsAcosh_64f_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAsinh_64f_A53(src, dst, len) bind(c, name="nuvsAsinh_64f_A53") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAsinh_64f_A53_Loc(src, dst, len) bind(c, name="nuvsAsinh_64f_A53") result(status)
-      import
-      type(c_ptr), intent(in), value :: src, dst
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAtanh_64f_A53(src, dst, len) bind(c, name="nuvsAtanh_64f_A53") result(status)
-      import
-      real(c_double), intent(in) :: src(*)
-      real(c_double), intent(out) :: dst(*)
-      integer(c_int32_t), intent(in), value :: len
-      integer(c_int32_t) :: status
-    end function
-    function nuvsAtanh_64f_A53_Loc(src, dst, len) bind(c, name="nuvsAtanh_64f_A53") result(status)
       import
       type(c_ptr), intent(in), value :: src, dst
       integer(c_int32_t), intent(in), value :: len
@@ -652,6 +323,45 @@ module qorvane
       integer(c_int32_t), intent(in), value :: len
       integer(c_int32_t) :: status
     end function
+    function nuvsAsinh_64f_A53(src, dst, len) bind(c, name="nuvsAsinh_64f_A53") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAsinh_64f_A53_Loc(src, dst, len) bind(c, name="nuvsAsinh_64f_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAcosh_64f_A53(src, dst, len) bind(c, name="nuvsAcosh_64f_A53") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAcosh_64f_A53_Loc(src, dst, len) bind(c, name="nuvsAcosh_64f_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAtanh_64f_A53(src, dst, len) bind(c, name="nuvsAtanh_64f_A53") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAtanh_64f_A53_Loc(src, dst, len) bind(c, name="nuvsAtanh_64f_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
     function nuvsErf_64f_A53(src, dst, len) bind(c, name="nuvsErf_64f_A53") result(status)
       import
       real(c_double), intent(in) :: src(*)
@@ -691,14 +401,106 @@ module qorvane
       integer(c_int32_t), intent(in), value :: len
       integer(c_int32_t) :: status
     end function
-    function nuvsSqrt_64fc_A53(src, dst, len) bind(c, name="nuvsSqrt_64fc_A53") result(status)
+    function nuvsFloor_64f(src, dst, len) bind(c, name="nuvsFloor_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsFloor_64f_Loc(src, dst, len) bind(c, name="nuvsFloor_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsCeil_64f(src, dst, len) bind(c, name="nuvsCeil_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsCeil_64f_Loc(src, dst, len) bind(c, name="nuvsCeil_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsTrunc_64f(src, dst, len) bind(c, name="nuvsTrunc_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsTrunc_64f_Loc(src, dst, len) bind(c, name="nuvsTrunc_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsRound_64f(src, dst, len) bind(c, name="nuvsRound_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsRound_64f_Loc(src, dst, len) bind(c, name="nuvsRound_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsRint_64f(src, dst, len) bind(c, name="nuvsRint_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsRint_64f_Loc(src, dst, len) bind(c, name="nuvsRint_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsNearbyInt_64f(src, dst, len) bind(c, name="nuvsNearbyInt_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsNearbyInt_64f_Loc(src, dst, len) bind(c, name="nuvsNearbyInt_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsModf_64f(src, dstA, dstB, len) bind(c, name="nuvsModf_64f") result(status)
+      import
+      real(c_double), intent(in) :: src(*)
+      real(c_double), intent(out) :: dstA(*)
+      real(c_double), intent(out) :: dstB(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsModf_64f_Loc(src, dstA, dstB, len) bind(c, name="nuvsModf_64f") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dstA, dstB
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsExp_64fc_A53(src, dst, len) bind(c, name="nuvsExp_64fc_A53") result(status)
       import
       complex(c_double_complex), intent(in) :: src(*)
       complex(c_double_complex), intent(out) :: dst(*)
       integer(c_int32_t), intent(in), value :: len
       integer(c_int32_t) :: status
     end function
-    function nuvsSqrt_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsSqrt_64fc_A53") result(status)
+    function nuvsExp_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsExp_64fc_A53") result(status)
       import
       type(c_ptr), intent(in), value :: src, dst
       integer(c_int32_t), intent(in), value :: len
@@ -712,6 +514,204 @@ module qorvane
       integer(c_int32_t) :: status
     end function
     function nuvsLn_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsLn_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsLog10_64fc_A53(src, dst, len) bind(c, name="nuvsLog10_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsLog10_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsLog10_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsPow_64fc_A53(srcA, srcB, dst, len) bind(c, name="nuvsPow_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: srcA(*)
+      complex(c_double_complex), intent(in) :: srcB(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsPow_64fc_A53_Loc(srcA, srcB, dst, len) bind(c, name="nuvsPow_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: srcA, srcB, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsPowx_64fc_A53(src, value, dst, len) bind(c, name="nuvsPowx_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(in), value :: value
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsPowx_64fc_A53_Loc(src, value, dst, len) bind(c, name="nuvsPowx_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      complex(c_double_complex), intent(in), value :: value
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsSqrt_64fc_A53(src, dst, len) bind(c, name="nuvsSqrt_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsSqrt_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsSqrt_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsSin_64fc_A53(src, dst, len) bind(c, name="nuvsSin_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsSin_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsSin_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsCos_64fc_A53(src, dst, len) bind(c, name="nuvsCos_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsCos_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsCos_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsTan_64fc_A53(src, dst, len) bind(c, name="nuvsTan_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsTan_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsTan_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAsin_64fc_A53(src, dst, len) bind(c, name="nuvsAsin_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAsin_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAsin_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAcos_64fc_A53(src, dst, len) bind(c, name="nuvsAcos_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAcos_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAcos_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAtan_64fc_A53(src, dst, len) bind(c, name="nuvsAtan_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAtan_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAtan_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsSinh_64fc_A53(src, dst, len) bind(c, name="nuvsSinh_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsSinh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsSinh_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsCosh_64fc_A53(src, dst, len) bind(c, name="nuvsCosh_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsCosh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsCosh_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsTanh_64fc_A53(src, dst, len) bind(c, name="nuvsTanh_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsTanh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsTanh_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAsinh_64fc_A53(src, dst, len) bind(c, name="nuvsAsinh_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAsinh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAsinh_64fc_A53") result(status)
+      import
+      type(c_ptr), intent(in), value :: src, dst
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAcosh_64fc_A53(src, dst, len) bind(c, name="nuvsAcosh_64fc_A53") result(status)
+      import
+      complex(c_double_complex), intent(in) :: src(*)
+      complex(c_double_complex), intent(out) :: dst(*)
+      integer(c_int32_t), intent(in), value :: len
+      integer(c_int32_t) :: status
+    end function
+    function nuvsAcosh_64fc_A53_Loc(src, dst, len) bind(c, name="nuvsAcosh_64fc_A53") result(status)
       import
       type(c_ptr), intent(in), value :: src, dst
       integer(c_int32_t), intent(in), value :: len

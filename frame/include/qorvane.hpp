@@ -106,34 +106,6 @@ inline nuvStatus invCbrt(std::span<const double> src, std::span<double> dst) noe
   return detail::run(nuvsInvCbrt_64f_A53, src.size(), src, dst);
 }
 
-inline nuvStatus floor(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsFloor_64f, src.size(), src, dst);
-}
-
-inline nuvStatus ceil(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsCeil_64f, src.size(), src, dst);
-}
-
-inline nuvStatus trunc(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsTrunc_64f, src.size(), src, dst);
-}
-
-inline nuvStatus round(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsRound_64f, src.size(), src, dst);
-}
-
-inline nuvStatus rint(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsRint_64f, src.size(), src, dst);
-}
-
-inline nuvStatus nearbyInt(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsNearbyInt_64f, src.size(), src, dst);
-}
-
-inline nuvStatus modf(std::span<const double> src, std::span<double> dstA, std::span<double> dstB) noexcept {
-  return detail::run(nuvsModf_64f, src.size(), src, dstA, dstB);
-}
-
 inline nuvStatus sin(std::span<const double> src, std::span<double> dst) noexcept {
   return detail::run(nuvsSin_64f_A53, src.size(), src, dst);
 }
@@ -148,78 +120,6 @@ inline nuvStatus sinCos(std::span<const double> src, std::span<double> dstA, std
 
 inline nuvStatus tan(std::span<const double> src, std::span<double> dst) noexcept {
   return detail::run(nuvsTan_64f_A53, src.size(), src, dst);
-}
-
-inline nuvStatus exp(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsExp_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus sin(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsSin_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus cos(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsCos_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus tan(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsTan_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus sinh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsSinh_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus cosh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsCosh_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus tanh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsTanh_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus log10(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsLog10_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus pow(std::span<const Complex> srcA, std::span<const Complex> srcB, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsPow_64fc_A53, srcA.size(), srcA, srcB, dst);
-}
-
-inline nuvStatus powx(std::span<const Complex> src, Complex value, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsPowx_64fc_A53, src.size(), src, value, dst);
-}
-
-inline nuvStatus asin(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsAsin_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus acos(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsAcos_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus atan(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsAtan_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus asinh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsAsinh_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus acosh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsAcosh_64fc_A53, src.size(), src, dst);
-}
-
-inline nuvStatus acosh(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsAcosh_64f_A53, src.size(), src, dst);
-}
-
-inline nuvStatus asinh(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsAsinh_64f_A53, src.size(), src, dst);
-}
-
-inline nuvStatus atanh(std::span<const double> src, std::span<double> dst) noexcept {
-  return detail::run(nuvsAtanh_64f_A53, src.size(), src, dst);
 }
 
 inline nuvStatus asin(std::span<const double> src, std::span<double> dst) noexcept {
@@ -250,6 +150,18 @@ inline nuvStatus tanh(std::span<const double> src, std::span<double> dst) noexce
   return detail::run(nuvsTanh_64f_A53, src.size(), src, dst);
 }
 
+inline nuvStatus asinh(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsAsinh_64f_A53, src.size(), src, dst);
+}
+
+inline nuvStatus acosh(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsAcosh_64f_A53, src.size(), src, dst);
+}
+
+inline nuvStatus atanh(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsAtanh_64f_A53, src.size(), src, dst);
+}
+
 inline nuvStatus erf(std::span<const double> src, std::span<double> dst) noexcept {
   return detail::run(nuvsErf_64f_A53, src.size(), src, dst);
 }
@@ -262,12 +174,100 @@ inline nuvStatus erfc(std::span<const double> src, std::span<double> dst) noexce
   return detail::run(nuvsErfc_64f_A53, src.size(), src, dst);
 }
 
-inline nuvStatus sqrt(std::span<const Complex> src, std::span<Complex> dst) noexcept {
-  return detail::run(nuvsSqrt_64fc_A53, src.size(), src, dst);
+inline nuvStatus floor(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsFloor_64f, src.size(), src, dst);
+}
+
+inline nuvStatus ceil(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsCeil_64f, src.size(), src, dst);
+}
+
+inline nuvStatus trunc(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsTrunc_64f, src.size(), src, dst);
+}
+
+inline nuvStatus round(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsRound_64f, src.size(), src, dst);
+}
+
+inline nuvStatus rint(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsRint_64f, src.size(), src, dst);
+}
+
+inline nuvStatus nearbyInt(std::span<const double> src, std::span<double> dst) noexcept {
+  return detail::run(nuvsNearbyInt_64f, src.size(), src, dst);
+}
+
+inline nuvStatus modf(std::span<const double> src, std::span<double> dstA, std::span<double> dstB) noexcept {
+  return detail::run(nuvsModf_64f, src.size(), src, dstA, dstB);
+}
+
+inline nuvStatus exp(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsExp_64fc_A53, src.size(), src, dst);
 }
 
 inline nuvStatus ln(std::span<const Complex> src, std::span<Complex> dst) noexcept {
   return detail::run(nuvsLn_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus log10(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsLog10_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus pow(std::span<const Complex> srcA, std::span<const Complex> srcB, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsPow_64fc_A53, srcA.size(), srcA, srcB, dst);
+}
+
+inline nuvStatus powx(std::span<const Complex> src, Complex value, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsPowx_64fc_A53, src.size(), src, value, dst);
+}
+
+inline nuvStatus sqrt(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsSqrt_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus sin(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsSin_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus cos(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsCos_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus tan(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsTan_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus asin(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsAsin_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus acos(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsAcos_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus atan(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsAtan_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus sinh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsSinh_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus cosh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsCosh_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus tanh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsTanh_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus asinh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsAsinh_64fc_A53, src.size(), src, dst);
+}
+
+inline nuvStatus acosh(std::span<const Complex> src, std::span<Complex> dst) noexcept {
+  return detail::run(nuvsAcosh_64fc_A53, src.size(), src, dst);
 }
 
 }  // namespace qorvane
