@@ -1,5 +1,5 @@
-// The inverse functions' strips, and their stages: what is to be stored between them, and how. Chains of operations
-// are kept short, so that the processor looks ahead over several vectors.
+// The inverse functions' strips, and their stages: what is to be stored between them, and how.
+// Chains of operations are kept short, so that the processor looks ahead over several vectors.
 #pragma once
 #include <type_traits>
 
@@ -12,14 +12,15 @@ namespace {
 // Twice as long as others: what is left to the routines, which waits for the last stage, costs less.
 constexpr int longStrip = 64;
 
-// The arguments with their signs, ln's argument less 1, the logarithm, and the point (x, y) of the unit circle.
+// The arguments with their signs, ln's argument less 1, the logarithm, and the point (x, y) of the
+// unit circle.
 struct InverseStrip {
   alignas(32) Float64 a[longStrip], b[longStrip];
   alignas(32) Float64 eHead[longStrip], eRest[longStrip], log[longStrip];
   alignas(32) Float64 xHead[longStrip], xRest[longStrip], yHead[longStrip], yRest[longStrip];
 };
-// Of the inverse tangent: Q, then ln's argument less 1, then z; x, and then the angle's quotient as y; in `common`
-// and `up` what the errors depend on.
+// Of the inverse tangent: Q, then ln's argument less 1, then z; x, and then the angle's quotient as
+// y; in `common` and `up` what the errors depend on.
 struct TangentStrip : InverseStrip {
   alignas(32) Float64 common[longStrip], up[longStrip], base[longStrip], baseRest[longStrip];
   alignas(32) Float64 toTheRight[longStrip], upwards[longStrip];
@@ -126,7 +127,8 @@ template <Function function, class W, class V>
   return ~certain;
 }
 
-// The parts of one element that isn't on an axis, with the given parts of their bounds: for tests and tools.
+// The parts of one element that isn't on an axis, with the given parts of their bounds: for tests
+// and tools.
 struct CertainParts {
   Certain<Float64> log, angle;
 };

@@ -67,8 +67,8 @@ template <Function function, bool aIsZero, class W, class V>
   return ~certain;
 }
 
-// Whether a or b is zero all over a strip, and whether the other one is anywhere outside of what the lanes
-// serve on that axis, or perhaps so.
+// Whether a or b is zero all over a strip, and whether the other one is anywhere outside of what
+// the lanes serve on that axis, or perhaps so.
 struct Axis {
   bool aIsZero, bIsZero, hasOutside;
 };
@@ -92,8 +92,8 @@ INLINE void completeLog(Complex64& result, Float64 a, Float64 b) {
   const auto parts = signedParts<function>(0.0, extendedLog<function>(a, b), a, b);
   (angleIsReal(function) ? result.im : result.re) = angleIsReal(function) ? parts.im : parts.re;
 }
-// The angle from its routine; where an element is outside or has a zero, all of it, unless nothing is left to do
-// but the zero.
+// The angle from its routine; where an element is outside or has a zero, all of it, unless nothing
+// is left to do but the zero.
 template <Function function>
 [[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool isSpecial, bool isLeft) {
   if (!isLeft) return zeroExactly<function>(result, a);
@@ -161,7 +161,8 @@ template <Function function, class W, class V>
     leftAngles |= storeStrip<longStrip>(
         dst, count, whole, [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
   }
-  // The logarithms first: what is left of them has long been known, and nobody waits for the last angles.
+  // The logarithms first: what is left of them has long been known, and nobody waits for the last
+  // angles.
   const uint64_t special = taken.outside | taken.zero;
   for (uint64_t rest = leftLogs & ~special & allOf(whole); rest != 0; rest &= rest - 1) {
     const int place = __builtin_ctzll(rest), i = placeOf<V>(place);

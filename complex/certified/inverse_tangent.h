@@ -4,8 +4,9 @@
 // Method: with A the part along the cuts, B the other one, and d = A - 1, exactly,
 //   Q = d^2 + B^2,  q = A^2 + B^2 - 1 = Q + 2 d,
 //   L = ln(1 + 4 A / Q) / 4,   2T is the angle of (-q, 2 B).
-// Q is at most rho = |1 - z^2|, to which q's error matters: nothing is lost where q cancels. No part of the
-// logarithm but its quotient has to be better than 2^-69 absolutely, beside a bound of several 2^-64.
+// Q is at most rho = |1 - z^2|, to which q's error matters: nothing is lost where q cancels. No
+// part of the logarithm but its quotient has to be better than 2^-69 absolutely, beside a bound of
+// several 2^-64.
 #pragma once
 #include "complex/certified/inverse_pairs.h"
 #include "complex/certified/strips.h"
@@ -14,17 +15,18 @@
 namespace qorvane {
 namespace {
 
-// Of 4 L: by the series that the extended routine takes for a small one, and else by a logarithm of a quotient
-// above 1, a < 0, or below.
+// Of 4 L: by the series that the extended routine takes for a small one, and else by a logarithm of
+// a quotient above 1, a < 0, or below.
 constexpr Float64 boundOfSeries = 5.375 * 0x1p-64, endOfSeries = 0.02952, boundOfSquare = 6144 * 0x1p-64;
 constexpr Float64 boundByLog = 3.75 * 0x1p-64, absoluteByLog = 5.8125 * 0x1p-64, lessAboveOne = 0.71875 * 0x1p-64;
 constexpr Float64 boundOfCommon = 2 * 0x1p-64;
-// Of 2 T, of its quotient, and of the angle's sine over rho times N, N = 1 + A^2 + B^2. Where |q| < 0.0299 the
-// routine adds up two angles for certain, and beyond 0.0301 it doesn't.
+// Of 2 T, of its quotient, and of the angle's sine over rho times N, N = 1 + A^2 + B^2. Where |q| <
+// 0.0299 the routine adds up two angles for certain, and beyond 0.0301 it doesn't.
 constexpr Float64 boundOfAngle = 1.03125 * 0x1p-64, boundOfQuotient = 5.25 * 0x1p-64, boundOfSine = 3.03125 * 0x1p-64;
 constexpr Float64 boundOfTwoAngles = 7.25 * 0x1p-64, endOfTwoAngles = 0.01495, endOfBoth = 0.01505;
 
-// The direction next to a point is (right, up), integers, one of them 128 or -128; the row of its angle.
+// The direction next to a point is (right, up), integers, one of them 128 or -128; the row of its
+// angle.
 template <class V>
 struct Direction {
   V right, up;
@@ -53,8 +55,8 @@ INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
   return {shortPair(sum.high, low), shortPair(half.high, half.low + (d.low - low * 0.5))};
 }
 
-// e = 4 A / Q, and B^2 / Q in double precision; what picks the rows: 1 + e as the words that log1pPair takes, and
-// the direction of (x, B), the point times 128 over its larger part.
+// e = 4 A / Q, and B^2 / Q in double precision; what picks the rows: 1 + e as the words that
+// log1pPair takes, and the direction of (x, B), the point times 128 over its larger part.
 template <class V>
 struct TangentRows {
   ShortPair<V> e;
@@ -75,8 +77,8 @@ INLINE TangentRows<V> tangentRows(V a, V b, ShortPair<V> distance, V x) {
           directionOf(x * scale, up)};
 }
 
-// The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small; `square` is what
-// the lanes add where it is. `a` has its sign.
+// The bound of the error of 4 L, from which `common` is taken where the logarithm isn't small;
+// `square` is what the lanes add where it is. `a` has its sign.
 template <class V>
 INLINE V errorOfTangentLog(V log, V a, V common, V square, Float64 part) {
   const V isAbove = lessLanes(a, broadcast<V>(0.0));
@@ -119,7 +121,8 @@ INLINE Certain<V> certainTangentLog(const LogTerms<V>& t, V a, Float64 part = 1)
   return {certain.value * 0.25, certain.isCertain};
 }
 
-// 2 T is the direction's angle and the arc tangent of head + rest; what the error depends on, N / rho times the sine.
+// 2 T is the direction's angle and the arc tangent of head + rest; what the error depends on, N /
+// rho times the sine.
 template <class V>
 struct AngleTerms {
   ShortPair<V> quotient;
