@@ -1,8 +1,8 @@
 // The inverse tangent in lanes: the parts of atan z, each with the error within which it is certain
 // (docs/certainty_inverse.md).
 //
-// Method: with A the part along the cuts, B the other one, and d = A - 1, exactly,
-//   Q = d^2 + B^2,  q = A^2 + B^2 - 1 = Q + 2 d,
+// Method: with A the part along the cuts, B the other one, and d = 1 - A, exactly,
+//   Q = d^2 + B^2,  q = A^2 + B^2 - 1 = Q - 2 d,
 //   L = ln(1 + 4 A / Q) / 4,   2T is the angle of (-q, 2 B).
 // Q is at most rho = |1 - z^2|, to which q's error matters: nothing is lost where q cancels. No
 // part of the logarithm but its quotient has to be better than 2^-69 absolutely, beside a bound of
