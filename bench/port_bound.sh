@@ -1,6 +1,7 @@
 #!/bin/sh
-# The port bound of the inner loop of Exp at level 5: takes the loop out of the object file and gives it to llvm-mca. With the measured time in ns an element and
-# the clock in GHz, both as qorvane-bench prints them, it also says how near the loop comes.
+# The port bound of Exp at level 5 on long arrays: takes its loops out of the object file, gives each to llvm-mca and adds
+# them up. With the measured time in ns an element and the clock in GHz, both as qorvane-bench prints them, it also says
+# how near they come.
 #   bench/port_bound.sh [BUILD-FOLDER [NANOSECONDS GIGAHERTZ]]
 # The processor models are llvm's; MCPU names another one than znver3.
 set -eu
@@ -10,34 +11,40 @@ mca=$(command -v llvm-mca || command -v llvm-mca-14) || { echo "llvm-mca is miss
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Every backward jump closes a loop; the inner loop is the shortest that has the ten multiplications of a vector.
-objdump -d --no-show-raw-insn -C "$object" | awk -v body="$work/loop.s" '
-  /^[0-9a-f]+ <.*>:/ { inside = /::loop\(/; count = 0; next }
+# Every backward jump closes a loop, if none is in it. That without products looks for flagged elements, 16 a turn; the
+# others take two vectors.
+objdump -d --no-show-raw-insn -C "$object" | awk -v folder="$work" '
+  /^[0-9a-f]+ <.*>:/ { inside = /::longArray</; count = 0; next }
   inside && /^ *[0-9a-f]+:\t/ {
     address = $1; sub(/:/, "", address)
     text = $0; sub(/^ *[0-9a-f]+:\t/, "", text)
     line[count] = text; at[address] = count
     if (text ~ /^j[a-z]+ / && text !~ /^jmp/) {
       split(text, word, " +")
-      if (word[2] in at) {
-        first = at[word[2]]; products = 0
-        for (i = first; i <= count; ++i) if (line[i] ~ /^vmulpd .*%ymm/) ++products
-        if (products >= 10 && (!found || count - first < last - start)) { found = 1; start = first; last = count; for (i = first; i <= count; ++i) best[i] = line[i] }
+      if (word[2] in at && at[word[2]] > closed) {
+        first = at[word[2]]; products = vectors = 0
+        for (i = first; i <= count; ++i) { products += line[i] ~ /^vmulpd .*%ymm/; vectors += line[i] ~ /%[xy]mm/ }
+        if (vectors >= 5) {
+          body = folder "/loop" ++loops "." (products ? 8 : 16)
+          print "top:" > body
+          for (i = first; i <= count; ++i) { text = line[i]; sub(/ *[#<].*/, "", text); if (text ~ /^j/) sub(/ .*/, " top", text); print text > body }
+        }
+        closed = count
       }
     }
     ++count
   }
-  END {
-    if (!found) { print "no loop found" > "/dev/stderr"; exit 1 }
-    print "top:" > body
-    for (i = start; i <= last; ++i) { text = best[i]; sub(/ *[#<].*/, "", text); if (text ~ /^j/) sub(/ .*/, " top", text); print text > body }
-  }'
-"$mca" -mcpu="${MCPU:-znver3}" -iterations=1000 "$work/loop.s" > "$work/report"
+  END { if (loops != 4) { print loops + 0 " loops found, not 4" > "/dev/stderr"; exit 1 } }'
+for body in "$work"/loop*; do
+  echo "Elements: ${body##*.}"
+  "$mca" -mcpu="${MCPU:-znver3}" -iterations=1000 "$body"
+done > "$work/report"
 awk -v nanoseconds="${2:-0}" -v clock="${3:-0}" -v cpu="${MCPU:-znver3}" '
-  /^Instructions:/ { instructions = $2 / 1000 }
-  /^Block RThroughput:/ { bound = $3 }
-  /^Total Cycles:/ { simulated = $3 / 1000 }
+  /^Elements:/ { elements = $2 }
+  /^Instructions:/ { instructions += $2 / 1000 / elements }
+  /^Block RThroughput:/ { bound += $3 / elements }
+  /^Total Cycles:/ { simulated += $3 / 1000 / elements }
   END {
-    printf "%s: %d instructions for 4 elements; the ports allow %.2f cycles an element, the simulated window %.2f\n", cpu, instructions, bound / 4, simulated / 4
-    if (nanoseconds > 0) printf "measured: %.2f cycles an element, %.2f times the port bound\n", nanoseconds * clock, nanoseconds * clock / (bound / 4)
+    printf "%s: %.1f instructions for 4 elements; the ports allow %.2f cycles an element, the simulated window %.2f\n", cpu, instructions * 4, bound, simulated
+    if (nanoseconds > 0) printf "measured: %.2f cycles an element, %.2f times the port bound\n", nanoseconds * clock, nanoseconds * clock / bound
   }' "$work/report"

@@ -115,48 +115,39 @@ INLINE bool anyFlagged(const Float64* x, int64_t count) {
   return false;
 }
 
-// The factors 2^m for four keys.
-INLINE Lanes4 powerAt(const Float64* keys) {
-  const BitsOf<Lanes4> shifted = bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44;
-  return andBits(valueOf<Lanes4>(shifted), broadcast<Lanes4>(fromBits(0x7ff0000000000000)));
+// The factors 2^m for keys.
+template <class V>
+INLINE V powersAt(const Float64* keys) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return powersAt<PartOf<V>>(keys + i * laneCount<PartOf<V>>); });
+  else
+    return andBits(valueOf<V>(bitsOf(load<Pack<Lanes2, 2>>(keys)) << 44), broadcast<V>(fromBits(0x7ff0000000000000)));
 }
 
-// A stretch without flagged elements, its length a multiple of 4 and at least 20. One vector's chain
-// of operations takes some seventy cycles. The operations are those of `core`, and so are the bits.
-// k goes through memory, as the key k + keyShifter: the lowest byte of its pattern is 4j, so that
-// one load a lane gives the address of a row, and above it stands m + 1023.
-constexpr int64_t longestStretch = 1024, shortestStretch = 32;
+// A stretch without flagged elements, its length a multiple of 4. One vector's chain of operations
+// takes some seventy cycles, so it is cut into loops with short chains. The operations are those of
+// `core`, and so are the bits. k goes through memory, as the key k + keyShifter: the lowest byte of
+// its pattern is 4j, so that one load a lane gives the address of a row, and above it stands m + 1023.
+constexpr int64_t longestStretch = 512, shortestStretch = 32;
 INLINE void stages(const Float64* src, Float64* dst, int64_t count) {
-  using V = Lanes4;
-  alignas(32) Float64 keys[longestStretch];
-  V x, s, partial, k, r, z, rNext, zNext, q;
-  TwoColumns<V> row;
-  pipeline<4>(
-      count,
-      [&](int64_t i) INLINED {
-        x = load<V>(src + i);
-        s = shiftedOf(x);
-      },
-      [&](int64_t i) INLINED {
-        k = s - shifter;
-        store(keys + i, k + keyShifter);
-        partial = x - (k * ln2By64Hi);
-      },
-      [&](int64_t) INLINED {
-        r = partial - (k * ln2By64Lo);
-        z = c5 * r + c4;
-      },
-      [&](int64_t) INLINED {
-        rNext = r;
-        zNext = (z * r + c3) * r + c2;
-      },
-      [&](int64_t i) INLINED {
-        row = twoColumns<V>(expTableNearest, [&](int lane) INLINED {
-          return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + i + lane)[0];
-        });
-        q = (zNext * (rNext * rNext)) + rNext;
-      },
-      [&](int64_t i) INLINED { store(dst + i, (((q * row.first) + row.second) + row.first) * powerAt(keys + i)); });
+  using Two = Pack<Lanes4, 2>;
+  alignas(32) Float64 keys[longestStretch], remainders[longestStretch], series[longestStretch];
+  eachGroup<Two, Lanes4>(count, [&]<class V>(V, int64_t i) INLINED {
+    const V x = load<V>(src + i), k = shiftedOf(x) - shifter;
+    store(keys + i, k + keyShifter);
+    store(remainders + i, remainder(x, k));
+  });
+  eachGroup<Two, Lanes4>(count, [&]<class V>(V, int64_t i) INLINED {
+    const V r = load<V>(remainders + i), z = ((c5 * r + c4) * r + c3) * r + c2;
+    store(series + i, (z * (r * r)) + r);
+  });
+  eachGroup<Two, Lanes4>(count, [&]<class V>(V, int64_t i) INLINED {
+    const auto row = twoColumns<V>(expTableNearest, [&](int lane) INLINED {
+      return uint64_t{4} * reinterpret_cast<const unsigned char*>(keys + i + lane)[0];
+    });
+    const V q = load<V>(series + i), y = ((q * row.first) + row.second) + row.first;
+    store(dst + i, y * powersAt<V>(keys + i));
+  });
 }
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {

@@ -74,7 +74,7 @@ INLINE void atan2Stages(int64_t count, const Float64* srcA, const Float64* srcB,
   });
   divide(s, count);
   beginSeries(s, count);
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V y = load<V>(srcA + i), x = load<V>(srcB + i), hi = load<V>(his + i);
     store(dst + i, sum(y, x, seriesAt<V>(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), hi));
   });

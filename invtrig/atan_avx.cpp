@@ -88,12 +88,12 @@ constexpr auto stretch = [](int64_t count, const Float64* src, Float64* dst) {
   alignas(32) Column hi;
   Stages s;
   Float64* const keys = s.u;  // until the quotients come
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V cut = andBits(load<V>(src + i), broadcast<V>(fromBits(0x7fffffff00000000)));
     const V key = smallerLanes(cut, broadcast<V>(lastKey)) + keyShifter;
     store(keys + i, andBits(key, broadcast<V>(fromBits(0xfffffffffc000000))));
   });
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const auto rows = [&](int lane)
                           INLINED { return uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + i + lane)[3]; };
     const V a = magnitude(load<V>(src + i)), ah = upperPart(a);
@@ -104,7 +104,7 @@ constexpr auto stretch = [](int64_t count, const Float64* src, Float64* dst) {
   });
   divide(s, count);
   beginSeries(s, count);
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V v = sum(seriesAt<V>(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(hi + i));
     store(dst + i, orBits(v, signOf(load<V>(src + i))));
   });

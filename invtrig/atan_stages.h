@@ -42,14 +42,6 @@ template <class F>
 INLINE void eachVector(int64_t count, F f) {
   for (int64_t i = 0; i < count; i += vector) f(i);
 }
-// f(V, int64_t i) for each group, V{} standing for its type, and for a last vector.
-template <class F>
-INLINE void eachGroup(int64_t count, F f) {
-  int64_t i = 0;
-  for (; i + laneCount<Group> <= count; i += laneCount<Group>) f(Group{}, i);
-  if (i < count) f(Four{}, i);
-}
-
 // The reciprocals' seeds for a group, in single precision, which must hold the denominators and
 // their reciprocals: there the processor's approximation is that of reciprocalSeed, since it repeats
 // itself from binade to binade.
@@ -81,14 +73,15 @@ INLINE Four seedsAt(Four, const float* p) {
 
 // From the fractions to u, the quotients.
 INLINE void divide(Stages& s, int64_t count) {
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED { storeSeeds(s.seeds + i, load<V>(s.dh + i)); });
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED { storeSeeds(s.seeds + i, load<V>(s.dh + i)); });
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V y = seedsAt(V{}, s.seeds + i);
     store(s.e() + i, residual(load<V>(s.dh + i), load<V>(s.dl + i), y));
     store(s.y() + i, y);
   });
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED { store(s.even + i, reciprocalSeries(load<V>(s.e() + i))); });
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(
+      count, [&]<class V>(V, int64_t i) INLINED { store(s.even + i, reciprocalSeries(load<V>(s.e() + i))); });
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V y = load<V>(s.y() + i), nh = load<V>(s.nh + i), nl = load<V>(s.nl + i);
     const V r = restOfReciprocal(load<V>(s.even + i), load<V>(s.e() + i), y);
     const V uh = y * nh, ul = (r * nh + r * nl) + y * nl;
@@ -100,7 +93,7 @@ INLINE void divide(Stages& s, int64_t count) {
 
 // From the quotients to the first half of the polynomials; seriesAt does the second.
 INLINE void beginSeries(Stages& s, int64_t count) {
-  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V u = load<V>(s.u + i), z = u * u, z2 = z * z;
     store(s.z() + i, z), store(s.z2() + i, z2);
     store(s.even + i, ((g5 * z2 + g4) * z2 + g3) * z2 + g2);
