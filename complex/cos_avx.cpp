@@ -1,11 +1,11 @@
-// cos z, level 5: in lanes (complex/certified/strip.h), with the bits of complex/cosh.h.
+// cos z, level 5, for processors without fused multiply-adds: in lanes (complex/certified/strip.h),
+// with the bits of complex/cosh.h.
 #include "complex/certified/strip.h"
 
 namespace qorvane {
 
-nuvStatus complexCosAvx(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::cos, Pack<Lanes4, 2>, Lanes4>, X87::fix>(
-      len, src, dst);
+nuvStatus complexCosAvxPlain(const Complex64* src, Complex64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::cos, Lanes4>, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane

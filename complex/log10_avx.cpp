@@ -1,10 +1,10 @@
-// log10 z, level 5: in lanes (complex/certified/log10_strip.h), with the bits of
-// complex/certified/log10_elements.cpp.
+// log10 z, level 5, for processors without fused multiply-adds: in lanes
+// (complex/certified/log10_strip.h), with the bits of complex/certified/log10_elements.cpp.
 #include "complex/certified/log10_strip.h"
 
 namespace qorvane {
 
-nuvStatus complexLog10Avx(const Complex64* src, Complex64* dst, int32_t len) {
+nuvStatus complexLog10AvxPlain(const Complex64* src, Complex64* dst, int32_t len) {
   return runKernel<Check::lengthFirst, Mode::none, log10Loop<Pack<Lanes4, 2>, Lanes4>, X87::fix>(len, src, dst);
 }
 

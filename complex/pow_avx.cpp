@@ -1,9 +1,10 @@
-// a^b, level 5: in lanes (complex/certified/pow_strip.h), with the bits of complex/pow.cpp.
+// a^b, level 5, for processors without fused multiply-adds: in lanes
+// (complex/certified/pow_strip.h), with the bits of complex/pow.cpp.
 #include "complex/certified/pow_strip.h"
 
 namespace qorvane {
 
-nuvStatus complexPowAvx(const Complex64* a, const Complex64* b, Complex64* dst, int32_t len) {
+nuvStatus complexPowAvxPlain(const Complex64* a, const Complex64* b, Complex64* dst, int32_t len) {
   return runKernel<Check::lengthFirst, Mode::none, powLoop<Lanes4>, X87::fix>(len, a, b, dst);
 }
 

@@ -1,9 +1,10 @@
-// a^b for one b, level 5: in lanes (complex/certified/pow_strip.h), with the bits of complex/pow.cpp.
+// a^b for one b, level 5, for processors without fused multiply-adds: in lanes
+// (complex/certified/pow_strip.h), with the bits of complex/pow.cpp.
 #include "complex/certified/pow_strip.h"
 
 namespace qorvane {
 
-nuvStatus complexPowxAvx(const Complex64* a, Complex64 b, Complex64* dst, int32_t len) {
+nuvStatus complexPowxAvxPlain(const Complex64* a, Complex64 b, Complex64* dst, int32_t len) {
   return runKernel<Check::lengthFirst, Mode::none, powxLoop<Lanes4>, X87::fix>(len, a, b, dst);
 }
 

@@ -4,8 +4,7 @@
 namespace qorvane {
 
 nuvStatus complexSinSse3(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::sin, Pack<Lanes2, 2>, Lanes2>, X87::fix>(
-      len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::sin, Lanes2>, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -2,7 +2,8 @@
 // terms; the program that sqrt_ssse3.cpp and sqrt_avx.cpp compile for their registers.
 //
 // Elements with parts outside 2^-459 to 2^511, or parts further apart than a factor of about 2^58,
-// are done one by one; so are the last ones after whole blocks. The bits are the same.
+// are done one by one, but for blocks on an axis; so are the last ones after whole blocks. The bits
+// are the same.
 //
 // Error: at most 0.502 ulp in either part (docs/accuracy.md has the arguments), in round to
 // nearest; the modes are the caller's.
@@ -22,7 +23,8 @@ Complex64 complexSqrt(Float64 x, Float64 y) {
 }
 
 // Whether any element needs the single way. Words are compared as signed numbers.
-INLINE bool anyApart(Parts<Block> z) {
+template <class V>
+INLINE bool anyApart(Parts<V> z) {
   const auto hx = highWords(z.re) & 0x7fffffff, hy = highWords(z.im) & 0x7fffffff;
   const auto outside = [](auto h) INLINED { return (0x23400000 > h) | (h > 0x5fdfffff); };
   const auto distance = hx - hy;
@@ -32,6 +34,59 @@ INLINE bool anyApart(Parts<Block> z) {
 INLINE void single(const Complex64* src, Complex64* dst) {
   const Complex64 z = *src;
   *dst = complexSqrt(z.re, z.im);
+}
+
+INLINE Halves<Block> blockHalfOfSum(Parts<Block> z) {
+  return halfOfSum<Terms::seven>(magnitude(z.re), magnitude(z.im));
+}
+INLINE Parts<Block> blockRoot(Parts<Block> z, Halves<Block> t) {
+  const Root<Block> root = rootFrom<Terms::seven>(t, magnitude(z.im));
+  const Block negative = lessLanes(z.re, broadcast<Block>(0.0));
+  return {select(negative, root.i, root.r), orBits(select(negative, root.r, root.i), signOf(z.im))};
+}
+
+// A block on one axis: one root is all.
+INLINE bool axisBlock(Parts<Block> z, Complex64* dst) {
+  const Block a = magnitude(z.re), b = magnitude(z.im);
+  const auto outside = [](Block v, int lowest) INLINED {
+    const auto h = highWords(v);
+    return any((lowest > h) | (h > 0x7fefffff));
+  };
+  if (!any(isNonzero(b)) && !outside(a, 0)) {
+    const Block root = hardwareRoot(a), negative = lessLanes(z.re, broadcast<Block>(0.0));
+    storeParts(dst, Parts<Block>{withoutBits(root, negative), orBits(andBits(root, negative), signOf(z.im))});
+    return true;
+  }
+  if (!any(isNonzero(a)) && !outside(b, 0x00200000)) {
+    const Block root = hardwareRoot(b * 0.5);
+    storeParts(dst, Parts<Block>{root, orBits(root, signOf(z.im))});
+    return true;
+  }
+  return false;
+}
+
+// A block in which some need the single way; among the vectors these count as 1 + i.
+[[gnu::noinline]] void mixedBlock(const Complex64* src, Complex64* dst) {
+  if (axisBlock(loadParts<Block>(src), dst)) return;
+  Complex64 z[8];
+  uint32_t apart = 0;
+  for (int i = 0; i < 8; ++i) {
+    z[i] = src[i];
+    if (!anyApart(Parts<Float64>{z[i].re, z[i].im})) continue;
+    apart |= 1u << i;
+    z[i] = {1, 1};
+  }
+  if (__builtin_popcount(apart) < 2 + laneCount<PartOf<Block>>) {  // else the vectors take longer
+    const Parts<Block> parts = loadParts<Block>(z);
+    storeParts(z, blockRoot(parts, blockHalfOfSum(parts)));
+  } else {
+    apart = 0xff;
+  }
+  for (int i = 0; i < 8; ++i)
+    if ((apart >> i & 1) != 0)
+      single(src + i, dst + i);
+    else
+      dst[i] = z[i];
 }
 
 // Stretches go through two short loops instead of one with a chain of operations that is longer
@@ -46,19 +101,20 @@ nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
       const Parts<Block> z = loadParts<Block>(src + whole);
       if (anyApart(z)) [[unlikely]]
         break;
-      const Halves<Block> t = halfOfSum<Terms::seven>(magnitude(z.re), magnitude(z.im));
+      const Halves<Block> t = blockHalfOfSum(z);
       store(upper + whole, t.upper), store(rest + whole, t.rest);
     }
     for (; i < whole; i += 8) {
       const Parts<Block> z = loadParts<Block>(src + i);
       const Halves<Block> t = {load<Block>(upper + i), load<Block>(rest + i)};
-      const Root<Block> root = rootFrom<Terms::seven>(t, magnitude(z.im));
-      const Block negative = lessLanes(z.re, broadcast<Block>(0.0));
-      storeParts(dst + i, Parts<Block>{select(negative, root.i, root.r),
-                                       orBits(select(negative, root.r, root.i), signOf(z.im))});
+      storeParts(dst + i, blockRoot(z, t));
     }
-    if (whole < count) count = count - whole < 8 ? count : whole + 8;  // a block with an element for the single way
-    for (; i < count; ++i) single(src + i, dst + i);
+    if (count - whole >= 8) {
+      mixedBlock(src + whole, dst + whole);
+      count = whole + 8;
+    } else {
+      for (; i < count; ++i) single(src + i, dst + i);
+    }
   }
   return nuvStatusOk;
 }

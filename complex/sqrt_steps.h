@@ -98,8 +98,6 @@ INLINE Root<V> rootFrom(Halves<V> t, V b) {
   return {rootOf(t, q), q.w * cs.upper + (cs.rest * q.w + (q.v * cs.rest + cs.upper * q.v))};
 }
 
-INLINE Float64 hardwareRoot(Float64 v) { return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(v))); }
-
 template <Terms terms, class V>
 INLINE Root<V> mainPath(V a, V b) {
   return rootFrom<terms>(halfOfSum<terms>(a, b), b);

@@ -1,11 +1,11 @@
-// tanh z, level 5: in lanes (complex/certified/strip.h), with the bits of complex/tanh.h.
+// tanh z, level 5, for processors without fused multiply-adds: in lanes
+// (complex/certified/strip.h), with the bits of complex/tanh.h.
 #include "complex/certified/strip.h"
 
 namespace qorvane {
 
-nuvStatus complexTanhAvx(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::tanh, Pack<Lanes4, 2>, Lanes4>, X87::fix>(
-      len, src, dst);
+nuvStatus complexTanhAvxPlain(const Complex64* src, Complex64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::tanh, Lanes4>, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -14,7 +14,7 @@
 #include "explog/pow_core.h"
 #include "explog/pow_lanes.h"
 #include "frame/kernel_frame.h"
-#include "frame/loops.h"
+#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -203,11 +203,10 @@ template <Program program, Repair repair, Exponents exponents>
 // The last elements after whole blocks, if they are many, are made up to a block with ones, which
 // raise no flag and aren't outside. `flags` are those of MXCSR, errors at least.
 template <class Part, Program program, Repair repair, Exponents exponents>
-INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar,
-                           uint32_t& flags) {
+[[gnu::noinline, gnu::flatten]] nuvStatus manyElements(const Float64* x, const Float64* y, Float64* dst, int64_t len,
+                                                       PowScalarRoutine* scalar, uint32_t& flags) {
   constexpr bool same = exponents == Exponents::same;
   nuvStatus status = nuvStatusOk;
-  if (len <= few<repair>) return oneByOne<program, repair, exponents>(x, y, dst, len, status, scalar);
   Scratch c;
   Float64 lastX[8], lastY[8];
   for (int64_t i = 0, count; i < len; i += count) {
@@ -223,7 +222,10 @@ INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int
       if (!same) ys = lastY;
     }
     const Float64 *xsInside = xs, *ysInside = ys;
-    while (stagesToProduct<Part, program, repair, exponents>(xsInside, ysInside, n, c)) [[unlikely]] {
+    const auto stages = [&](auto elements) INLINED {
+      return stagesToProduct<Part, program, repair, exponents>(xsInside, ysInside, elements, c);
+    };
+    while (withKnownCount<8>(n, stages)) [[unlikely]] {
         replaceOutside<repair, exponents>(xs, ys, n, count, c, flags);
         xsInside = c.x;
         if (!same) ysInside = c.y;
@@ -239,6 +241,13 @@ INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int
       for (int64_t j = 0; j < count; ++j) dst[i + j] = z[j];
   }
   return status;
+}
+
+template <class Part, Program program, Repair repair, Exponents exponents>
+INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar,
+                           uint32_t& flags) {
+  if (len <= few<repair>) return oneByOne<program, repair, exponents>(x, y, dst, len, nuvStatusOk, scalar);
+  return manyElements<Part, program, repair, exponents>(x, y, dst, len, scalar, flags);
 }
 
 // x^y with one exponent for all elements.

@@ -19,19 +19,19 @@
   __attribute__((no_instrument_function, no_sanitize("address", "undefined", "thread"), no_sanitize_coverage))
 #endif
 
-// Makes `kernel` one of the two at load; outside of all namespaces. The resolver is extern "C", since the
-// loader's attribute takes the linker's name.
+// Makes `kernel`, with these parameters and called with these arguments, one of the two at load; outside of all
+// namespaces. The resolver is extern "C", since the loader's attribute takes the linker's name.
 #ifdef __GLIBC__
-#define CHOOSE_AT_LOAD(kernel, plain, fused, resolver)                                                       \
-  extern "C" [[gnu::used, gnu::visibility("hidden")]] NOTHING_ADDED qorvane::shapes::realUnary* resolver() { \
-    return qorvane::fusedFormFitsHere() ? qorvane::fused : qorvane::plain;                                   \
-  }                                                                                                          \
-  namespace qorvane {                                                                                        \
-  [[gnu::ifunc(#resolver)]] nuvStatus kernel(const Float64* src, Float64* dst, int32_t len);                 \
+#define CHOOSE_AT_LOAD(kernel, plain, fused, resolver, parameters, arguments)                              \
+  extern "C" [[gnu::used, gnu::visibility("hidden")]] NOTHING_ADDED decltype(qorvane::plain)* resolver() { \
+    return qorvane::fusedFormFitsHere() ? qorvane::fused : qorvane::plain;                                 \
+  }                                                                                                        \
+  namespace qorvane {                                                                                      \
+  [[gnu::ifunc(#resolver)]] nuvStatus kernel parameters;                                                   \
   }
 #else
-#define CHOOSE_AT_LOAD(kernel, plain, fused, resolver) \
-  nuvStatus qorvane::kernel(const Float64* src, Float64* dst, int32_t len) { return plain(src, dst, len); }
+#define CHOOSE_AT_LOAD(kernel, plain, fused, resolver, parameters, arguments) \
+  nuvStatus qorvane::kernel parameters { return plain arguments; }
 #endif
 
 namespace qorvane {

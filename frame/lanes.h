@@ -79,6 +79,8 @@ template <class A, class B> requires PackOperands<A, B>
 INLINE auto operator^(A a, B b) { return makePack<commonSize<A, B>>([&](int i) INLINED { return partOf(a, i) ^ partOf(b, i); }); }
 template <class A, class B> requires PackOperands<A, B>
 INLINE auto operator>(A a, B b) { return makePack<commonSize<A, B>>([&](int i) INLINED { return partOf(a, i) > partOf(b, i); }); }
+template <class A, class B> requires PackOperands<A, B>
+INLINE auto operator!=(A a, B b) { return makePack<commonSize<A, B>>([&](int i) INLINED { return partOf(a, i) != partOf(b, i); }); }
 template <class V, int K>
 INLINE auto operator<<(Pack<V, K> a, int n) { return makePack<K>([&](int i) INLINED { return a.part[i] << n; }); }
 template <class V, int K>
@@ -267,6 +269,21 @@ INLINE V signOf(V x) {
   return andBits(x, broadcast<V>(-0.0));
 }
 
+// The processor's square root, rounded as the mode is.
+template <class V>
+INLINE V hardwareRoot(V x) {
+  if constexpr (isPack<V>)
+    return makePack<packSize<V>>([&](int i) INLINED { return hardwareRoot(x.part[i]); });
+  else if constexpr (laneCount<V> == 1)
+    return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(x)));
+#ifdef __AVX__
+  else if constexpr (laneCount<V> == 4)
+    return _mm256_sqrt_pd(x);
+#endif
+  else
+    return _mm_sqrt_pd(x);
+}
+
 // Masks of numbers have all bits set in a lane, or none. These are C's == and <: for a NaN they are
 // false, and lessLanes then raises invalid, while equalLanes doesn't but for a signalling one.
 template <class V>
@@ -362,6 +379,14 @@ INLINE Lanes4 fusedFrom(Lanes4 c, Lanes4 a, Lanes4 b) { return _mm256_fnmadd_pd(
 template <int K>
 INLINE Pack<Lanes4, K> fused(Pack<Lanes4, K> a, Pack<Lanes4, K> b, Pack<Lanes4, K> c) {
   return makePack<K>([&](int i) INLINED { return fused(a.part[i], b.part[i], c.part[i]); });
+}
+template <int K>
+INLINE Pack<Lanes4, K> fusedLess(Pack<Lanes4, K> a, Pack<Lanes4, K> b, Pack<Lanes4, K> c) {
+  return makePack<K>([&](int i) INLINED { return fusedLess(a.part[i], b.part[i], c.part[i]); });
+}
+template <int K>
+INLINE Pack<Lanes4, K> fusedFrom(Pack<Lanes4, K> c, Pack<Lanes4, K> a, Pack<Lanes4, K> b) {
+  return makePack<K>([&](int i) INLINED { return fusedFrom(c.part[i], a.part[i], b.part[i]); });
 }
 #endif
 

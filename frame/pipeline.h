@@ -39,6 +39,14 @@ INLINE void pipeline(int64_t count, Stages... stages) {
   (std::make_integer_sequence<int, fill>{});
 }
 
+// stages(count). Where the count is `known` the compiler knows it, too: what one stage leaves in memory
+// for the next one then stays in registers.
+template <int64_t known, class Stages>
+INLINE auto withKnownCount(int64_t count, Stages stages) {
+  if (count == known) return stages(std::integral_constant<int64_t, known>{});
+  return stages(count);
+}
+
 // Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may
 // take one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status
 // takes the rest and raises its flags.

@@ -72,6 +72,12 @@ INLINE auto lowWords(V v) {
 template <class V>
 using WordsOf = decltype(highWords(V{}));
 
+// Words that are all ones where the number isn't 0; nothing is raised.
+template <class V>
+INLINE auto isNonzero(V v) {
+  return ((highWords(v) & 0x7fffffff) | lowWords(v)) != 0;
+}
+
 // The words of part i of a pack, in the lower half where two parts share them.
 template <class V>
 INLINE auto wordsOfPart(WordsOf<V> words, int i) {

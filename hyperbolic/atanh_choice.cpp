@@ -10,4 +10,5 @@ shapes::realUnary atanhAvx;
 
 }  // namespace qorvane
 
-CHOOSE_AT_LOAD(atanhAvx, atanhAvxPlain, atanhAvxFma, qorvaneChooseAtanh)
+CHOOSE_AT_LOAD(atanhAvx, atanhAvxPlain, atanhAvxFma, qorvaneChooseAtanh,
+               (const Float64* src, Float64* dst, int32_t len), (src, dst, len))

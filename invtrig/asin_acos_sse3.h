@@ -30,33 +30,34 @@ INLINE Pack<Words4, K> reciprocalRoots(Pack<Words4, K> singles) {
   return makePack<K>([&](int i) INLINED { return reciprocalRoots(singles.part[i]); });
 }
 
-// About 1/sqrt(s), to 12 bits and with a low word of zero, for positive normal s. The processor is
+// About -1/sqrt(s), to 12 bits and with a low word of zero, for s from 2^-200 to 4. The processor is
 // asked for the root of s times an even power of 2, between 1 and 4, cut to single precision.
 template <class V>
-INLINE V rootSeed(V s) {
-  const auto fraction = (highWords(valueOf<V>(bitsOf(s) << 11)) >> 8) & 0x00ffffff;  // and the lowest exponent bit
-  const auto root = reciprocalRoots(wrappingSum(fraction ^ 0x00800000, 0x3f800000));
-  const auto exponent = (wrappingDifference(highWords(s), 0x00100000) & static_cast<int>(0xffe00000)) >> 1;
-  return fromHighWords<V>(wrappingSum(root >> 3, 0x57f00000) - exponent);
+INLINE V negativeSeed(V s) {
+  // The exponent's lowest bit, extended by its sign, makes the exponent of 1 or, inverted, that of 2.
+  const auto fraction = highWords(valueOf<V>(bitsOf(s) << 11)) >> 8;
+  const auto root = reciprocalRoots((fraction & 0x7fffffff) ^ 0x40000000);
+  // Half the even power, with the bias of the root's exponent and the sign.
+  const auto exponent = ((wrappingDifference(highWords(s), 0x30100000) >> 1) ^ -1) & static_cast<int>(0xbff00000);
+  return fromHighWords<V>(wrappingSum(root >> 3, exponent));
 }
 
-// sqrt(s) negated, in two parts: with the seed y and e = s y^2 - 1 it is -s y (1 + e)^(-1/2).
+// sqrt(s) negated, in two parts: with the seed n and e = s n^2 - 1 it is s n (1 + e)^(-1/2).
 template <class V>
 struct Root {
   V hi, lo;
 };
 template <class V>
-INLINE Root<V> negativeRoot(V s, V y) {
+INLINE Root<V> negativeRoot(V s, V n) {
   // (1 + e)^(-1/2) - 1 = b1 e + ... + b5 e^5
   constexpr Float64 b5 = fromBits(0xbfcf800000000000);  // -0.24609375
   constexpr Float64 b4 = fromBits(0x3fd1800000000000);  // 0.2734375
   constexpr Float64 b3 = fromBits(0xbfd4000000000000);  // -0.3125
   constexpr Float64 b2 = fromBits(0x3fd8000000000000);  // 0.375
   constexpr Float64 b1 = fromBits(0xbfe0000000000000);  // -0.5
-  const V n = xorBits(y, broadcast<V>(-0.0));
   const V sh = andBits(s, broadcast<V>(fromBits(0xffffffff00000000))), sl = s - sh;
-  const V y2 = y * y;
-  const V e = (sh * y2 - 1.0) + sl * y2;
+  const V n2 = n * n;
+  const V e = (sh * n2 - 1.0) + sl * n2;
   const V p = (((((b5 * e + b4) * e + b3) * e + b2) * e + b1) * e) * n * s;
   return {sh * n, p + sl * n};
 }
@@ -95,13 +96,13 @@ INLINE ArcTerms<V> arcTerms(V a, Root<V> root, V series) {
 template <class V>
 INLINE ArcTerms<V> arcTerms(V a) {
   const V t = (1.0 - a) * 0.5, s = 4.0 * t;  // the root is of no use where a isn't big
-  return arcTerms(a, negativeRoot(s, rootSeed(s)), arcSeries(select(isBig(a), t, a * a)));
+  return arcTerms(a, negativeRoot(s, negativeSeed(s)), arcSeries(smallerLanes(t, a * a)));
 }
 // A single number goes one of the two ways.
 INLINE ArcTerms<Float64> arcTerms(Float64 a) {
   if (a <= 0.5) return {0.0, a, 0.0, arcSeries(a * a) * a};
   const Float64 t = (1.0 - a) * 0.5, s = 4.0 * t;
-  const auto [hi, lo] = negativeRoot(s, rootSeed(s));
+  const auto [hi, lo] = negativeRoot(s, negativeSeed(s));
   return {fromBits(~uint64_t{0}), hi, lo, arcSeries(t) * (hi + lo)};
 }
 
@@ -113,7 +114,7 @@ constexpr int64_t longestStretch = 192, shortestStretch = 8, vector = laneCount<
 
 template <auto finish>
 INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
-  alignas(16) Float64 zs[longestStretch], ys[longestStretch], his[longestStretch], los[longestStretch];
+  alignas(16) Float64 zs[longestStretch], ns[longestStretch], his[longestStretch], los[longestStretch];
   Words4 outliers{};
   for (int64_t i = 0; i < count; i += vector)
     outliers |= (highWords(load<Four>(src + i)).part[0] & 0x7fffffff) > outlierHighWord - 1;
@@ -121,13 +122,13 @@ INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
 
   for (int64_t i = 0; i < count; i += vector) {
     const Four a = magnitude(load<Four>(src + i)), t = (1.0 - a) * 0.5, s = 4.0 * t;
-    store(zs + i, select(isBig(a), t, a * a));
+    store(zs + i, smallerLanes(t, a * a));
     store(his + i, s);
-    store(ys + i, rootSeed(s));
+    store(ns + i, negativeSeed(s));
   }
   for (int64_t i = 0; i < count; i += vector) store(zs + i, arcSeries(load<Four>(zs + i)));
   for (int64_t i = 0; i < count; i += vector) {
-    const auto root = negativeRoot(load<Four>(his + i), load<Four>(ys + i));
+    const auto root = negativeRoot(load<Four>(his + i), load<Four>(ns + i));
     store(his + i, root.hi), store(los + i, root.lo);
   }
   for (int64_t i = 0; i < count; i += vector) {

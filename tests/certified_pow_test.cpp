@@ -98,12 +98,16 @@ Power anyPower(Random& random) {
   return p;
 }
 
-// Whether the lanes are certain of e^z with that share of the bound.
-bool isCertain(Complex64 z, double share) {
+// Whether the lanes are certain of e^z, and of e^x alone, with that bound.
+bool isCertain(Complex64 z, double bound) {
   const auto e = exponentialPair(z.re);
   const auto t = trigonometricPairs(std::abs(z.im), nearestToSteps);
-  return toBits(certainProduct(e, t.cos, 0.0, boundOfExponential * share).isCertain) != 0 &&
-         toBits(certainProduct(e, t.sin, 0.0, boundOfExponential * share).isCertain) != 0 && toBits(t.isUnsure) == 0;
+  return toBits(certainExponential(e, t.sin, t.cos, z.im, bound).isCertain) != 0 && toBits(t.isUnsure) == 0;
+}
+bool isCertain(double x, double bound) {
+  const auto e = exponentialPair(x);
+  const auto sum = fastSum(e.head, e.rest);
+  return toBits(certainSum(sum, sum.high * bound).isCertain) != 0;
 }
 
 TEST(CertifiedPow, ElementsHaveTheirExtendedBits) {
@@ -122,17 +126,56 @@ TEST(CertifiedPow, BarelyAndUncertainElementsHaveTheirExtendedBits) {
     const Complex64 a = within(random, 20), log = complexLn(a);
     const Power p = {a, (random() & 1) != 0 ? Complex64{1, 0} : Complex64{0, 1}};
     const Complex64 product = p.b.im == 0 ? log : Complex64{-log.im, log.re};
-    if (!isCertain(product, 1.25)) powers.push_back(p);
+    if (!isCertain(product, boundOfExponential * 1.25)) powers.push_back(p);
   }
   expectPowers(powers);
+}
+
+// Exponents so small that x is below 2^-11, and strips of real powers, with bounds of their own.
+TEST(CertifiedPow, BarelyCertainElementsOfTheOtherBoundsHaveTheirExtendedBits) {
+  Random random(6);
+  std::vector<Power> powers;
+  while (powers.size() < 2000) {
+    const Complex64 a = within(random, 20), log = complexLn(a);
+    const double b = std::exp2(uniform(random, -18, -12));
+    if (!isCertain(Complex64{b * log.re, b * log.im}, boundOfExponential * 1.25)) powers.push_back({a, {b, 0}});
+  }
+  expectPowers(powers);
+  powers.clear();
+  while (powers.size() < 2000) {
+    const double a = uniform(random, 0, 20), zero = (random() & 1) != 0 ? 0.0 : -0.0;
+    if (!isCertain(complexLn({a, 0}).re, boundOfReal * 1.25)) powers.push_back({{a, zero}, {1, 0}});
+  }
+  expectPowers(powers);
+}
+
+TEST(CertifiedPow, RealPowersHaveTheirExtendedBits) {
+  Random random(7);
+  for (size_t round = 0; round < 600; ++round) {
+    std::vector<Power> powers(1 + round % 75);
+    for (Power& p : powers) {
+      p = {{std::exp2(uniform(random, -20, 20)), 0}, {uniform(random, -20, 20), (random() & 1) != 0 ? 0.0 : -0.0}};
+      if (random() % 64 == 0) p.a.re = std::abs(special(random));
+      if (random() % 64 == 0) p.b.re = special(random);
+      if (round % 5 == 0 && random() % 8 == 0) p.a.im = signedPower(random, -20, 4);
+    }
+    expectPowers(powers);
+  }
 }
 
 // Bounds, or sums, that are far from what they should be show in the share that is unsure.
 TEST(CertifiedPow, TheBoundIsOfTheRightSize) {
   Random random(3);
-  int unsure = 0;
-  for (int i = 0; i < 200000; ++i) unsure += !isCertain(within(random, 10), 1);
+  int unsure = 0, fromEleventh = 0, real = 0;
+  for (int i = 0; i < 200000; ++i) {
+    const Complex64 z = within(random, 10);
+    unsure += !isCertain(z, boundOfExponential);
+    fromEleventh += !isCertain(z, boundFromEleventh);
+    real += !isCertain(z.re, boundOfReal);
+  }
   EXPECT_NEAR(unsure, 1519, 120);
+  EXPECT_NEAR(fromEleventh, 1230, 110);
+  EXPECT_NEAR(real, 344, 60);
 }
 
 // The reduction doesn't know the remainder of an angle that is too close to a multiple of pi/256.

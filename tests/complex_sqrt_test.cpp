@@ -2,6 +2,8 @@
 #include <cfenv>
 #include <cmath>
 #include <complex>
+#include <iterator>
+#include <random>
 
 #include "tests/test_support.h"
 
@@ -72,6 +74,55 @@ TEST(ComplexSqrt, NaNs) {
       EXPECT_EQ(bits(root.re), re[i]) << "level " << level << ", " << i;
       EXPECT_EQ(bits(root.im), im[i]) << "level " << level << ", " << i;
       EXPECT_EQ(std::fetestexcept(FE_INVALID), level == 1 && i == 2 ? FE_INVALID : 0) << "level " << level << ", " << i;
+    }
+  }
+}
+
+// Whole blocks on an axis, and blocks with elements that go by themselves, have the bits of single elements; on an
+// axis the flags, too.
+TEST(ComplexSqrt, BlocksHaveTheBitsOfSingleElements) {
+  std::mt19937_64 random(1);
+  const double parts[] = {0.0,
+                          1.0,
+                          2.0,
+                          4.0,
+                          0x1p-1074,
+                          0x1.8p-1030,
+                          0x1p-1021,
+                          1e9,
+                          inf,
+                          0x1p-459,
+                          0x1p-460,
+                          0x1p511,
+                          number(0x7ff0000000000123),
+                          0x1.fffffffffffffp1023};
+  const auto part = [&] {
+    const double value = random() % 4 != 0 ? std::exp2(static_cast<double>(random() % 80) - 40) * 1.1
+                                           : parts[random() % std::size(parts)];
+    return (random() & 1) != 0 ? value : -value;
+  };
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (int round = 0; round < 6000; ++round) {
+      Complex64 z[24], results[24];
+      const int kind = round % 4;  // real, imaginary, with some of these, in one block
+      for (int i = 0; i < 24; ++i) {
+        z[i] = {part(), part()};
+        const bool isOnAxis = kind < 2 || (random() % 8 == 0 && (round % 3 != 0 || i / 8 == 1));
+        if (isOnAxis) ((kind & 1) != 0 ? z[i].re : z[i].im) = (random() & 1) != 0 ? 0.0 : -0.0;
+      }
+      std::feclearexcept(FE_ALL_EXCEPT);
+      nuvsSqrt_64fc_A53(z, results, 24);
+      const int flags = std::fetestexcept(FE_ALL_EXCEPT);
+      std::feclearexcept(FE_ALL_EXCEPT);
+      for (int i = 0; i < 24; ++i) {
+        Complex64 root;
+        nuvsSqrt_64fc_A53(&z[i], &root, 1);
+        EXPECT_TRUE(same(results[i].re, root.re) && same(results[i].im, root.im))
+            << "level " << level << ": sqrt(" << z[i].re << ", " << z[i].im << "), place " << i;
+      }
+      const int counted = kind < 2 ? FE_ALL_EXCEPT : FE_ALL_EXCEPT & ~FE_INEXACT;
+      EXPECT_EQ(flags & counted, std::fetestexcept(counted)) << "level " << level << ", round " << round;
     }
   }
 }

@@ -9,8 +9,21 @@
 
 namespace qorvane {
 shapes::realUnary tanAvxX87, tanAvxFma, atanhAvxPlain, atanhAvxFma;
+shapes::complexUnary complexSinhAvxPlain, complexSinhAvxFma, complexCoshAvxPlain, complexCoshAvxFma;
+shapes::complexUnary complexTanhAvxPlain, complexTanhAvxFma, complexSinAvxPlain, complexSinAvxFma;
+shapes::complexUnary complexCosAvxPlain, complexCosAvxFma, complexTanAvxPlain, complexTanAvxFma;
+shapes::complexUnary complexLog10AvxPlain, complexLog10AvxFma;
+shapes::complexBinary complexPowAvxPlain, complexPowAvxFma;
+shapes::complexScalar complexPowxAvxPlain, complexPowxAvxFma;
+}  // namespace qorvane
+extern "C" {
+qorvane::shapes::realUnary *qorvaneChooseTan(), *qorvaneChooseAtanh();
+qorvane::shapes::complexUnary *qorvaneChooseComplexSinh(), *qorvaneChooseComplexCosh(), *qorvaneChooseComplexTanh();
+qorvane::shapes::complexUnary *qorvaneChooseComplexSin(), *qorvaneChooseComplexCos(), *qorvaneChooseComplexTan();
+qorvane::shapes::complexUnary* qorvaneChooseComplexLog10();
+qorvane::shapes::complexBinary* qorvaneChooseComplexPow();
+qorvane::shapes::complexScalar* qorvaneChooseComplexPowx();
 }
-extern "C" qorvane::shapes::realUnary *qorvaneChooseTan(), *qorvaneChooseAtanh();
 
 namespace qorvane::test {
 namespace {
@@ -98,8 +111,100 @@ TEST(FusedForms, AgreeWithThePlainOnes) {
   }
 }
 
+// The complex functions with one argument.
+struct ComplexForms {
+  const char* name;
+  shapes::complexUnary *plain, *fusing, *(*choose)();
+};
+const ComplexForms complexForms[] = {
+    {"sinh", complexSinhAvxPlain, complexSinhAvxFma, qorvaneChooseComplexSinh},
+    {"cosh", complexCoshAvxPlain, complexCoshAvxFma, qorvaneChooseComplexCosh},
+    {"tanh", complexTanhAvxPlain, complexTanhAvxFma, qorvaneChooseComplexTanh},
+    {"sin", complexSinAvxPlain, complexSinAvxFma, qorvaneChooseComplexSin},
+    {"cos", complexCosAvxPlain, complexCosAvxFma, qorvaneChooseComplexCos},
+    {"tan", complexTanAvxPlain, complexTanAvxFma, qorvaneChooseComplexTan},
+    {"log10", complexLog10AvxPlain, complexLog10AvxFma, qorvaneChooseComplexLog10},
+};
+
+Complex64 ofComplex(Arguments& arguments, int kind) {
+  const auto part = [&](double size) { return (2 * arguments.unit() - 1) * size; };
+  const auto power = [&](double from, double to) {
+    return arguments.sign() * std::exp2(from + (to - from) * arguments.unit());
+  };
+  const auto special = [&] {
+    return arguments.oneOf({0.0, -0.0, 1.0, 5e-324, -1e-310, 0x1p-100, -0x1.fffffffffffffp-101, 0x1p100, 256.0, -511.0,
+                            600.0, 1024.0, 1e9, NAN, HUGE_VAL, -HUGE_VAL});
+  };
+  switch (kind) {
+    case 0: return {part(20), part(20)};
+    case 1: return {power(-100, 9), power(-100, 9)};
+    case 2: return {power(-30, 10), power(-30, 27)};
+    case 3: {  // next to steps of the reductions
+      const double x = std::round(part(300)) * 0.010830424696249145, y = std::round(part(300)) * 0.012271846303085129;
+      return {x * (1 + power(-53, -20)), y * (1 + power(-53, -20))};
+    }
+    case 4: {  // next to the unit circle
+      const double angle = part(3.2), r = 1 + power(-60, -4);
+      return {r * std::cos(angle), r * std::sin(angle)};
+    }
+    case 5: return {part(20), arguments.sign() * 0.0};
+    case 6: return {arguments.unit() * 20, 0};
+    case 7: return {arguments.sign() * 0.0, part(20)};
+    default: {
+      Complex64 z = {part(20), part(20)};
+      if (arguments.random() % 20 == 0) z.re = special();
+      if (arguments.random() % 20 == 0) z.im = special();
+      return z;
+    }
+  }
+}
+
+// Results and flags of both forms, the second time in place.
+template <class Call>
+void expectSame(const char* name, const std::vector<Complex64>& src, Call call) {
+  std::vector<Complex64> expected = src, results = src;
+  std::feclearexcept(FE_ALL_EXCEPT);
+  call(false, expected);
+  const int flags = std::fetestexcept(FE_ALL_EXCEPT);
+  std::feclearexcept(FE_ALL_EXCEPT);
+  call(true, results);
+  EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), flags) << name << ", " << src.size() << " elements";
+  for (size_t i = 0; i < src.size(); ++i)
+    ASSERT_TRUE(bits(results[i].re) == bits(expected[i].re) && bits(results[i].im) == bits(expected[i].im))
+        << std::hexfloat << name << ", element " << i << " of " << src.size() << ": " << src[i].re << ", " << src[i].im;
+}
+TEST(FusedForms, OfComplexFunctionsAgreeWithThePlainOnes) {
+  if (!processorFuses()) GTEST_SKIP() << "no fused multiply-adds";
+  Arguments arguments;
+  for (int round = 0; round < 1800; ++round) {
+    std::vector<Complex64> src(round < 90 ? static_cast<size_t>(round) + 1 : 1 + arguments.random() % 600);
+    for (Complex64& z : src) z = ofComplex(arguments, round % 9);
+    const auto len = static_cast<int32_t>(src.size());
+    for (const ComplexForms& forms : complexForms)
+      expectSame(forms.name, src, [&](bool isFused, std::vector<Complex64>& z) {
+        (isFused ? forms.fusing : forms.plain)(z.data(), z.data(), len);
+      });
+
+    std::vector<Complex64> exponents(src.size());
+    const int kind = round % 7 == 0 ? 8 : round % 7 < 3 ? 5 : 0;
+    for (Complex64& b : exponents) b = ofComplex(arguments, kind), b.re /= 8, b.im /= 8;
+    expectSame("pow", src, [&](bool isFused, std::vector<Complex64>& z) {
+      (isFused ? complexPowAvxFma : complexPowAvxPlain)(z.data(), exponents.data(), z.data(), len);
+    });
+    expectSame("powx", src, [&](bool isFused, std::vector<Complex64>& z) {
+      (isFused ? complexPowxAvxFma : complexPowxAvxPlain)(z.data(), exponents[0], z.data(), len);
+    });
+  }
+}
+
 TEST(FusedForms, AreChosenWhereTheyFit) {
-  for (const Forms& forms : all) EXPECT_EQ(forms.choose(), processorFuses() ? forms.fusing : forms.plain) << forms.name;
+  const auto expectChosen = [](const auto& forms) {
+    EXPECT_EQ(forms.choose(), processorFuses() ? forms.fusing : forms.plain) << forms.name;
+  };
+  for (const Forms& forms : all) expectChosen(forms);
+  for (const ComplexForms& forms : complexForms) expectChosen(forms);
+  EXPECT_EQ(qorvaneChooseComplexPow(), processorFuses() ? complexPowAvxFma : complexPowAvxPlain);
+  EXPECT_EQ(qorvaneChooseComplexPowx(), processorFuses() ? complexPowxAvxFma : complexPowxAvxPlain);
 
   constexpr uint32_t fma = 1u << 12, osxsave = 1u << 27, avx = 1u << 28, avx2 = 1u << 5;
   EXPECT_TRUE(fusedFormFits(fma | osxsave | avx, 6, avx2));

@@ -28,6 +28,7 @@ void measure(const Subject& subject, const Distribution& distribution, int64_t c
   constexpr int block = 1000;
   std::vector<Complex64> z(block), expected(block), results(block);
   const bool hasAvx = __builtin_cpu_supports("avx");
+  const bool fuses = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
   auto shown = std::chrono::steady_clock::now();
   while (counts.elements < count) {
     for (Complex64& element : z) {
@@ -35,7 +36,8 @@ void measure(const Subject& subject, const Distribution& distribution, int64_t c
       if (subject.isTurned) std::swap(element.re, element.im);
     }
     for (int i = 0; i < block; ++i) expected[i] = subject.element(z[i]);
-    for (Kernel* kernel : {subject.sse3, hasAvx ? subject.avx : subject.sse3}) {
+    for (Kernel* kernel : {subject.sse3, hasAvx ? subject.avx : nullptr, fuses ? subject.fused : nullptr}) {
+      if (kernel == nullptr) continue;
       kernel(z.data(), results.data(), block);
       for (int i = 0; i < block; ++i) {
         if (std::memcmp(&results[i], &expected[i], sizeof results[i]) == 0) continue;

@@ -54,8 +54,8 @@ struct Subject {
   Complex64 (*element)(Complex64);
   // What the lanes make of one element with each share of the bounds.
   void (*takeShares)(Complex64 z, Complex64 expected, Counts&);
-  bool isTurned;  // takes a distribution's points with their parts exchanged
-  Kernel *sse3, *avx;
+  bool isTurned;               // takes a distribution's points with their parts exchanged
+  Kernel *sse3, *avx, *fused;  // the last one may be missing
   std::span<const Distribution> distributions;
 };
 

@@ -3,7 +3,7 @@
 #include "tools/certainty.h"
 
 namespace qorvane {
-#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##Avx
+#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##AvxPlain, stem##AvxFma
 KERNELS(complexSinh);
 KERNELS(complexCosh);
 KERNELS(complexSin);
@@ -80,16 +80,16 @@ constexpr Distribution distributions[] = {
 };
 
 template <Function function>
-constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx) {
-  return {name, element<function>, takeShares<function>, isTurned(function), sse3, avx, distributions};
+constexpr Subject subject(const char* name, Kernel* sse3, Kernel* avx, Kernel* fused) {
+  return {name, element<function>, takeShares<function>, isTurned(function), sse3, avx, fused, distributions};
 }
 constexpr Subject subjects[] = {
-    subject<Function::sinh>("sinh", complexSinhSse3, complexSinhAvx),
-    subject<Function::cosh>("cosh", complexCoshSse3, complexCoshAvx),
-    subject<Function::sin>("sin", complexSinSse3, complexSinAvx),
-    subject<Function::cos>("cos", complexCosSse3, complexCosAvx),
-    subject<Function::tanh>("tanh", complexTanhSse3, complexTanhAvx),
-    subject<Function::tan>("tan", complexTanSse3, complexTanAvx),
+    subject<Function::sinh>("sinh", complexSinhSse3, complexSinhAvxPlain, complexSinhAvxFma),
+    subject<Function::cosh>("cosh", complexCoshSse3, complexCoshAvxPlain, complexCoshAvxFma),
+    subject<Function::sin>("sin", complexSinSse3, complexSinAvxPlain, complexSinAvxFma),
+    subject<Function::cos>("cos", complexCosSse3, complexCosAvxPlain, complexCosAvxFma),
+    subject<Function::tanh>("tanh", complexTanhSse3, complexTanhAvxPlain, complexTanhAvxFma),
+    subject<Function::tan>("tan", complexTanSse3, complexTanAvxPlain, complexTanAvxFma),
 };
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "tools/certainty.h"
 
 namespace qorvane {
-#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##Avx
+#define KERNELS(stem) certainty::Kernel stem##Sse3, stem##AvxPlain, stem##AvxFma
 KERNELS(complexLog10);
 
 namespace certainty {
@@ -53,7 +53,8 @@ constexpr Distribution distributions[] = {
 };
 
 constexpr Subject subjects[] = {
-    {"log10", element<Function::log10>, takeShares, false, complexLog10Sse3, complexLog10Avx, distributions},
+    {"log10", element<Function::log10>, takeShares, false, complexLog10Sse3, complexLog10AvxPlain, complexLog10AvxFma,
+     distributions},
 };
 
 }  // namespace

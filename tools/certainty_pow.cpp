@@ -4,7 +4,8 @@
 
 namespace qorvane {
 nuvStatus complexPowSse3(const Complex64*, const Complex64*, Complex64*, int32_t);
-nuvStatus complexPowAvx(const Complex64*, const Complex64*, Complex64*, int32_t);
+nuvStatus complexPowAvxPlain(const Complex64*, const Complex64*, Complex64*, int32_t);
+nuvStatus complexPowAvxFma(const Complex64*, const Complex64*, Complex64*, int32_t);
 
 nuvStatus complexExpSse3(const Complex64*, Complex64*, int32_t);
 nuvStatus complexExpAvx(const Complex64*, Complex64*, int32_t);
@@ -21,7 +22,8 @@ double fraction(uint64_t& counter) {
 }
 Complex64 exponentOf(Complex64 z) {
   uint64_t counter = toBits(z.re) ^ toBits(z.im) << 7;
-  const double kind = fraction(counter), size = kind < 0.2 ? 50 : 2;
+  const bool isPositive = z.im == 0 && z.re > 0;  // these have real powers
+  const double kind = isPositive ? 0.7 + 0.3 * fraction(counter) : fraction(counter), size = kind < 0.2 ? 50 : 2;
   const Complex64 b = {(2 * fraction(counter) - 1) * size, (2 * fraction(counter) - 1) * size};
   if (kind > 0.85) return {std::round(4 * b.re), 0};
   return {b.re, kind > 0.7 ? 0 : b.im};
@@ -46,13 +48,18 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
     const double re = log.log.value, im = std::copysign(angle.value, z.im);
     const double x = b.re * re - b.im * im, y = b.re * im + b.im * re;
     const auto isServed = [](double part) { return std::abs(part) >= 0x1p-80 && std::abs(part) < 512; };
-    if (!isServed(x) || !isServed(y)) return;
+    if (!isServed(x) || (!isServed(y) && y != 0)) return;
     const auto e = exponentialPair(x);
     const auto t = trigonometricPairs(std::abs(y), nearestToSteps);
-    const auto cos = certainProduct(e, t.cos, 0.0, boundOfExponential * share);
-    const auto sin = certainProduct(e, t.sin, 0.0, boundOfExponential * share);
+    const double bound = std::abs(x) >= 0x1p-11 ? boundFromEleventh : boundOfExponential;
+    auto cos = certainProduct(e, t.cos, 0.0, bound * share);
+    const auto sin = certainProduct(e, t.sin, 0.0, bound * share);
+    if (y == 0) {
+      const auto sum = fastSum(e.head, e.rest);
+      cos = certainSum(sum, sum.high * (boundOfReal * share));
+    }
     const bool isSure = toBits(log.log.isCertain) != 0 && toBits(angle.isCertain) != 0 && toBits(cos.isCertain) != 0 &&
-                        toBits(sin.isCertain) != 0 && toBits(t.isUnsure) == 0;
+                        toBits(sin.isCertain) != 0 && (toBits(t.isUnsure) == 0 || y == 0);
     counts.add(i, isSure, cos.value == std::abs(expected.re) && sin.value == std::abs(expected.im));
   }
 }
@@ -65,6 +72,10 @@ constexpr Distribution distributions[] = {
     {"real axis",
      [](Random& r) {
        return Complex64{uniform(r, -20, 20), 0};
+     }},
+    {"positive numbers",
+     [](Random& r) {
+       return Complex64{uniform(r, 0, 20), 0};
      }},
     {"imaginary axis",
      [](Random& r) {
@@ -116,8 +127,9 @@ constexpr Distribution exponents[] = {
 
 constexpr Subject subjects[] = {
     {"exp", complexExpExtended, takeSharesOfExp, false, exponentials<complexExpSse3>, exponentials<complexExpAvx>,
-     exponents},
-    {"pow", power, takeShares, false, powers<complexPowSse3>, powers<complexPowAvx>, distributions},
+     nullptr, exponents},
+    {"pow", power, takeShares, false, powers<complexPowSse3>, powers<complexPowAvxPlain>, powers<complexPowAvxFma>,
+     distributions},
 };
 
 }  // namespace

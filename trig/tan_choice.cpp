@@ -10,4 +10,5 @@ shapes::realUnary tanAvx;
 
 }  // namespace qorvane
 
-CHOOSE_AT_LOAD(tanAvx, tanAvxX87, tanAvxFma, qorvaneChooseTan)
+CHOOSE_AT_LOAD(tanAvx, tanAvxX87, tanAvxFma, qorvaneChooseTan, (const Float64* src, Float64* dst, int32_t len),
+               (src, dst, len))

@@ -6,8 +6,10 @@
 namespace qorvane {
 namespace {
 
-// Of a part, relative to it.
-constexpr Float64 boundOfExponential = 5.25 * 0x1p-64;
+// Of a part, relative to it: for all x; from |x| = 2^-11 up, where the routine's e^x has
+// half the error; and of e^x by itself.
+constexpr Float64 boundOfExponential = 5.25 * 0x1p-64, boundFromEleventh = 4.25 * 0x1p-64;
+constexpr Float64 boundOfReal = 2.375 * 0x1p-64;
 
 template <class V>
 struct CertainParts {
@@ -16,9 +18,10 @@ struct CertainParts {
 };
 // From e^x and the sine and cosine of |y|.
 template <class V>
-INLINE CertainParts<V> certainExponential(ShortPair<V> e, ShortPair<V> sin, ShortPair<V> cos, V y) {
-  const auto re = certainProduct(e, cos, signOf(cos.head), boundOfExponential);
-  const auto im = certainProduct(e, sin, signOf(xorBits(sin.head, y)), boundOfExponential);
+INLINE CertainParts<V> certainExponential(ShortPair<V> e, ShortPair<V> sin, ShortPair<V> cos, V y,
+                                          Float64 bound = boundOfExponential) {
+  const auto re = certainProduct(e, cos, signOf(cos.head), bound);
+  const auto im = certainProduct(e, sin, signOf(xorBits(sin.head, y)), bound);
   return {{re.value, im.value}, andBits(re.isCertain, im.isCertain)};
 }
 

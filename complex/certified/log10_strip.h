@@ -5,13 +5,12 @@
 namespace qorvane {
 namespace {
 
-template <class W, class V>
+template <class V>
 [[gnu::noinline]] uint64_t log10AngleStage(const LogStrip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const U x = load<U>(s.x + i), y = load<U>(s.y + i);
-    const auto angle = certainAngle<Base::ten>(x, y);
-    storeParts(dst + i, Parts<U>{load<U>(s.log + i), orBits(angle.value, signOf(y))});
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto angle = angleAt<Base::ten, U>(s, i);
+    storeParts(dst + i, Parts<U>{load<U>(s.log + i), angle.value});
     certain |= signMask(angle.isCertain) << i;
   });
   return ~certain;
@@ -45,9 +44,10 @@ template <class W, class V>
     left = axisStage<Base::ten, W, V>(s, whole);
     storeStrip(dst, count, whole, [&](Complex64* results) INLINED { return storeAxes<V>(s, results, whole); });
   } else if (left != allOf(whole)) {
-    left |= realParts<Base::ten, W, V>(s, whole);
+    left |= realParts<Base::ten, V>(s, whole);
+    angleRemainders<V>(s, whole);
     left |= storeStrip(dst, count, whole,
-                       [&](Complex64* results) INLINED { return log10AngleStage<Pack<V, 4>, V>(s, results, whole); });
+                       [&](Complex64* results) INLINED { return log10AngleStage<V>(s, results, whole); });
   }
   for (left &= allOf(whole); left != 0; left &= left - 1) {
     const int place = __builtin_ctzll(left), i = placeOf<V>(place);  // which is its own inverse

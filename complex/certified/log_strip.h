@@ -1,106 +1,20 @@
 // The logarithm of strips of complex numbers in lanes, with the bits of the extended routines: for log10 z
-// and for the powers. As in complex/certified/strip.h, a part is taken where every number within both
-// errors rounds to it.
+// and for the powers.
 #pragma once
-#include "complex/certified/log_pairs.h"
-#include "complex/certified/strips.h"
+#include "complex/certified/log_parts.h"
 
 namespace qorvane {
 namespace {
 
-// Bounds of the errors (docs/certainty_log.md), of |ln |z|| and absolute; next to the unit circle, where
-// the routine forms N - 1; and of the angle and of its quotient q.
-struct LogBounds {
-  Float64 ofLog, absolute, ofLogByLess, ofAngle, ofQuotient;
-};
-constexpr Float64 log10Head = fromBits(0x3fdbcb7b18000000);  // 0.4342944845557213, 26 bits
-constexpr Float64 log10OfE = fromBits(0x3fdbcb7b1526e50e);   // 0.4342944819032518
-constexpr Float64 log10Rest = fromBits(0xbe26c8d78e6acaa4);  // -2.6524694553078553e-09
-constexpr LogBounds lnBounds = {3 * 0x1p-64, 1.8125 * 0x1p-64, 3.1875 * 0x1p-64, 1.03125 * 0x1p-64, 4.25 * 0x1p-64};
-constexpr LogBounds log10Bounds = {4.25 * 0x1p-64, 0.7875 * 0x1p-64, 4.4375 * 0x1p-64, 2.28125 * 0x1p-64,
-                                   1.875 * 0x1p-64};
-// N is good to 2^-75 by itself, N - 1 from its exact terms to 2^-127; the ends of their ranges, of R = |ln |z||
-// and of |N - 1|. Where R is below its end, |N - 1| is below 0.0299.
-constexpr Float64 absoluteOfNorm = 0x1p-75, absoluteOfLess = 0x1p-127;
-constexpr Float64 endOfCircle = 0.0147, endOfLess = 0x1p-9;
-
-// Which logarithm: times log10 e, or as it is.
-enum class Base { e, ten };
-template <Base base>
-constexpr const LogBounds& logBounds = base == Base::ten ? log10Bounds : lnBounds;
-template <Base base>
-constexpr Float64 toBase(Float64 ln) {
-  return base == Base::ten ? ln * log10OfE : ln;
-}
-// That many times x, to the base.
-template <Base base, class V>
-INLINE Sum<V> toBase(Sum<V> x, Float64 times) {
-  if constexpr (base == Base::e) return {x.high * times, x.low * times};
-  const ShortPair<V> p = pairOf(x);
-  return fastSum(p.head * (log10Head * times), p.head * (log10Rest * times) + p.rest * (log10OfE * times));
-}
-
-// ln |z|, with the given part of its bounds: all of it, but in tests and tools; and whether z is so near the
-// circle that it takes the other function.
-template <class V>
-struct CertainLog {
-  Certain<V> log;
-  V isNearCircle;
-};
-template <Base base, class V>
-INLINE CertainLog<V> certainLog(BySize<V> z, Float64 part = 1) {
-  constexpr const LogBounds& bounds = logBounds<base>;
-  const auto log = toBase<base>(lnPair<false>(squaredModulus(z)), 0.5);
-  const V size = magnitude(log.high), isNear = lessLanes(size, broadcast<V>(endOfCircle * toBase<base>(1.0)));
-  return {certainSum(log, size * (bounds.ofLog * part) + bounds.absolute * part), isNear};
-}
-// Nothing is lost in N - 1 where the larger part is 1.
-template <Base base, class V>
-INLINE Certain<V> certainLogNearCircle(BySize<V> z, Float64 part = 1) {
-  const auto norm = squaredModulus(z), byNorm = lnPair<true>(norm), byLess = lnNextToCircle(z);
-  const V isNext = lessLanes(magnitude(norm.high - 1.0), broadcast<V>(endOfLess));
-  const V absolute = select(isNext, broadcast<V>(absoluteOfLess * part), broadcast<V>(absoluteOfNorm * part));
-  const auto log =
-      toBase<base>(Sum<V>{select(isNext, byLess.high, byNorm.high), select(isNext, byLess.low, byNorm.low)}, 0.5);
-  return certainSum(log, magnitude(log.high) * (logBounds<base>.ofLogByLess * part) +
-                             withoutBits(absolute, equalLanes(z.larger, broadcast<V>(1.0))));
-}
-// The angle's magnitude.
-template <Base base, class V>
-INLINE Certain<V> certainAngle(V x, V y, Float64 part = 1) {
-  constexpr const LogBounds& bounds = logBounds<base>;
-  const auto a = angleSum(x, y, bySize(x, y));
-  const auto angle = base == Base::e ? a.angle : toBase<base>(a.angle, 1);
-  return certainSum(angle, angle.high * (bounds.ofAngle * part) + a.quotient * (bounds.ofQuotient * part));
-}
-
-// Both parts where one part of z is 0. Nothing is lost in N - 1 there.
-template <class V>
-struct CertainAxis {
-  Certain<V> log;
-  V angle;
-};
-template <Base base, class V>
-INLINE CertainAxis<V> certainOnAxis(V x, V y, Float64 part = 1) {
-  constexpr const LogBounds& bounds = logBounds<base>;
-  // pi/2 log10 e, 0.6821881769209207 - 3.4292220243961786e-17, or pi/2, 1.5707963267948966 + 6.123233995736766e-17
-  constexpr Float64 quarterTurn = fromBits(base == Base::ten ? 0x3fe5d47c4cb2fba1 : 0x3ff921fb54442d18);
-  constexpr Float64 quarterRest =
-      fromBits(base == Base::ten ? 0xbc83c4a373b7fc66 : 0x3c91a62633145c07);  // makes it inexact
-  const V zero = broadcast<V>(0.0), larger = largerLanes(magnitude(x), magnitude(y));
-  const auto log = toBase<base>(lnPair<true>(Sum<V>{larger, zero}), 1);
-  const V isNear = lessLanes(magnitude(larger - 1.0), broadcast<V>(endOfCircle));
-  const V absolute = withoutBits(broadcast<V>(bounds.absolute * part), isNear);
-  const V quarters = select(equalLanes(x, zero), broadcast<V>(1.0), andBits(lessLanes(x, zero), broadcast<V>(2.0)));
-  return {certainSum(log, magnitude(log.high) * (bounds.ofLogByLess * part) + absolute),
-          quarters * quarterTurn + quarters * quarterRest};
-}
-
-// Arguments and their logarithms.
+// Arguments, their logarithms, and what stages leave for the next ones.
 struct LogStrip {
   alignas(32) Float64 x[stripLength], y[stripLength], log[stripLength], angle[stripLength];
+  alignas(32) Float64 larger[stripLength], smaller[stripLength], ratio[stripLength];  // this is shifted
+  alignas(32) Float64 norm[stripLength], normRest[stripLength];
+  alignas(16) int wordOfNorm[stripLength], rowOfNorm[stripLength];
+  alignas(32) Float64 base[stripLength], baseRest[stripLength], head[stripLength], rest[stripLength];
+  alignas(32) Float64 numerator[stripLength], numeratorRest[stripLength], reciprocal[stripLength];
 };
-
 // The parts that the lanes serve: 2^-100 <= |part| < 2^100, and one zero. The logarithm of 1 is exact: a strip
 // of nothing else leaves it to the routine.
 constexpr uint32_t limitOfLog = 0x46300000;
@@ -147,15 +61,43 @@ template <class V>
   }
 }
 
+// Larger and smaller part, their ratio, and the norm with its row.
+template <class V>
+[[gnu::noinline]] void normStage(LogStrip& s, int count) {
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto parts = bySize(load<U>(s.x + i), load<U>(s.y + i));
+    store(s.larger + i, parts.larger), store(s.smaller + i, parts.smaller);
+    store(s.ratio + i, shiftedRatio(parts));
+    const auto norm = squaredModulus(parts);
+    store(s.norm + i, norm.high), store(s.normRest + i, norm.low);
+    const auto word = wordsOfLog(norm.high);
+    storeWords(s.wordOfNorm + i, word), storeWords(s.rowOfNorm + i, rowOfLog(word));
+  });
+}
+template <class V>
+[[gnu::noinline]] void logRowStage(LogStrip& s, int count) {
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+    const Sum<U> norm = {load<U>(s.norm + i), load<U>(s.normRest + i)};
+    const auto a = logRemainder<false>(norm, loadWords<U>(s.wordOfNorm + i), rowsAt(s.rowOfNorm + i));
+    store(s.base + i, a.base), store(s.baseRest + i, a.baseRest);
+    store(s.head + i, a.z.head), store(s.rest + i, a.z.rest);
+  });
+}
+template <class V>
+[[gnu::noinline]] void logRestStage(LogStrip& s, int count) {
+  eachVector<Pack<V, 2>, V>(
+      count, [&]<class U>(U, int i) INLINED { store(s.rest + i, restOfLog1p(loadPair<U>(s.head + i, s.rest + i))); });
+}
 // Masks of the elements that aren't certain, and of those near the unit circle.
 struct LogMasks {
   uint64_t unsure, nearCircle;
 };
-template <Base base, class W, class V>
+template <Base base, class V>
 [[gnu::noinline]] LogMasks logStage(LogStrip& s, int count) {
   uint64_t certain = 0, nearCircle = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto log = certainLog<base>(bySize(load<U>(s.x + i), load<U>(s.y + i)));
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto ln = sumOfLog(load<U>(s.base + i), load<U>(s.baseRest + i), load<U>(s.head + i), load<U>(s.rest + i));
+    const auto log = certainLog<base>(ln);
     store(s.log + i, log.log.value);
     certain |= signMask(log.log.isCertain) << i;
     nearCircle |= signMask(log.isNearCircle) << i;
@@ -193,12 +135,50 @@ template <Base base, class W, class V>
   return ~certain;
 }
 // The real parts elsewhere; a mask of the elements that aren't certain.
-template <Base base, class W, class V>
+template <Base base, class V>
 INLINE uint64_t realParts(LogStrip& s, int count) {
-  const LogMasks masks = logStage<base, W, V>(s, count);
+  normStage<V>(s, count);
+  logRowStage<V>(s, count);
+  logRestStage<V>(s, count);
+  const LogMasks masks = logStage<base, V>(s, count);
   if (masks.nearCircle == 0) [[likely]]
     return masks.unsure;
   return (masks.unsure & ~masks.nearCircle) | circleStage<base, V>(s, masks.nearCircle, count);
+}
+
+// The angles, after the norms, but for the last stage.
+template <class V>
+[[gnu::noinline]] void fractionStage(LogStrip& s, int count) {
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+    const BySize<U> parts = {load<U>(s.larger + i), load<U>(s.smaller + i)};
+    const auto f = fractionOf(parts, load<U>(s.ratio + i));
+    store(s.numerator + i, f.numerator.high), store(s.numeratorRest + i, f.numerator.low);
+    store(s.head + i, f.denominator.head), store(s.rest + i, f.denominator.rest);
+    store(s.reciprocal + i, f.reciprocal);
+  });
+}
+template <class V>
+[[gnu::noinline]] void angleRowStage(LogStrip& s, int count) {
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+    const Fraction<U> f = {{load<U>(s.numerator + i), load<U>(s.numeratorRest + i)},
+                           loadPair<U>(s.head + i, s.rest + i),
+                           load<U>(s.reciprocal + i)};
+    const auto row = [&](int lane) INLINED { return rowOfRatio(toBits(s.ratio[i + lane])); };
+    const auto a = angleRemainder(load<U>(s.x + i), load<U>(s.y + i), load<U>(s.larger + i), f, row);
+    store(s.base + i, a.base), store(s.baseRest + i, a.baseRest);
+    store(s.head + i, a.q.head), store(s.rest + i, a.q.rest);
+  });
+}
+template <class V>
+INLINE void angleRemainders(LogStrip& s, int count) {
+  fractionStage<V>(s, count);
+  angleRowStage<V>(s, count);
+}
+template <Base base, class U>
+INLINE Certain<U> angleAt(const LogStrip& s, int i) {
+  const AngleRemainder<U> a = {load<U>(s.base + i), load<U>(s.baseRest + i), loadPair<U>(s.head + i, s.rest + i)};
+  const auto angle = certainAngle<base>(a);
+  return {orBits(angle.value, signOf(load<U>(s.y + i))), angle.isCertain};
 }
 
 }  // namespace

@@ -17,6 +17,37 @@
 namespace qorvane {
 namespace {
 
+// Sources with the ending _fma have forms with fused multiply-adds, in which a product's low part costs one
+// operation: a head is then a whole number in double precision.
+#ifdef __FMA__
+constexpr bool isFused = true;
+#else
+constexpr bool isFused = false;
+#endif
+
+// a b + c and c - a b, with one rounding in the fused forms, and a b - c, which is made in these only.
+template <class V, class A>
+INLINE V lifted(A a) {
+  if constexpr (std::is_same_v<A, V>)
+    return a;
+  else
+    return broadcast<V>(a);
+}
+template <class A, class V, class C>
+INLINE V timesPlus(A a, V b, C c) {
+  if constexpr (isFused)
+    return fused(lifted<V>(a), b, lifted<V>(c));
+  else
+    return a * b + c;
+}
+template <class V, class B>
+INLINE V minusTimes(V c, V a, B b) {
+  if constexpr (isFused)
+    return fusedFrom(c, a, lifted<V>(b));
+  else
+    return c - a * b;
+}
+
 template <class V>
 INLINE V headOf(V x) {
   return halvesOf(x).upper;
@@ -34,12 +65,17 @@ INLINE ShortPair<V> splitOf(V x) {
 // An exact sum as a pair.
 template <class V>
 INLINE ShortPair<V> pairOf(Sum<V> x) {
+  if constexpr (isFused) return {x.high, x.low};
   const V head = headOf(x.high);
   return {head, (x.high - head) + x.low};
 }
 // v + low; low is below 2^-12 of v, or v and low are 0.
 template <class V>
 INLINE ShortPair<V> shortPair(V v, V low) {
+  if constexpr (isFused) {
+    const V head = v + low;
+    return {head, (v - head) + low};
+  }
   const V head = headOf(v + low);
   return {head, (v - head) + low};
 }
@@ -47,10 +83,18 @@ INLINE ShortPair<V> shortPair(V v, V low) {
 // A product: that of the heads, exact, and what is left.
 template <class V>
 INLINE Sum<V> product(ShortPair<V> a, ShortPair<V> b) {
+  if constexpr (isFused) {
+    const V high = a.head * b.head;
+    return {high, fused(a.rest, b.head, fused(a.head, b.rest, fusedLess(a.head, b.head, high)))};
+  }
   return {a.head * b.head, a.head * b.rest + a.rest * (b.head + b.rest)};
 }
 template <class V>
 INLINE Sum<V> square(ShortPair<V> a) {
+  if constexpr (isFused) {
+    const V high = a.head * a.head;
+    return {high, fused(a.head + a.head, a.rest, fusedLess(a.head, a.head, high))};
+  }
   return {a.head * a.head, ((a.head + a.head) + a.rest) * a.rest};
 }
 template <class V>
@@ -62,6 +106,10 @@ INLINE ShortPair<V> sumOf(Sum<V> a, Sum<V> b) {
 // remainder.
 template <class V>
 INLINE ShortPair<V> quotient(Sum<V> a, ShortPair<V> b, V reciprocal) {
+  if constexpr (isFused) {
+    const V head = a.high * reciprocal;
+    return {head, fusedFrom(fusedFrom(a.high, head, b.head) + a.low, head, b.rest) * reciprocal};
+  }
   const V head = headOf((a.high + a.low) * reciprocal);
   return {head, ((a.high - head * b.head) + (a.low - head * b.rest)) * reciprocal};
 }
@@ -72,16 +120,23 @@ template <class V>
 struct RowNumber {
   V value, low, whole, head, rest;
 };
-// The remainder r as a short pair, t and p.
+// The remainder r: its head; its rest and t; p.
 template <class V>
 struct Remainder {
-  V head, rest, t, p;
+  V head, tail, p;
 };
 
 // f (1 + p) + g (r + t), with minus f (1 + p) - g (r + t).
 template <bool minus, class V>
 INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Remainder<V>& r) {
-  const V product = g.head * r.head, tail = g.rest * r.head + g.whole * (r.t + r.rest), scaled = f.whole * r.p;
+  if constexpr (isFused) {
+    const V v = minus ? fusedFrom(f.value, g.value, r.head) : fused(g.value, r.head, f.value);
+    const V lost = minus ? fusedFrom(f.value - v, g.value, r.head) : fused(g.value, r.head, f.value - v);
+    const V low = minus ? fusedFrom(fusedFrom(lost + f.low, g.low, r.head), g.whole, r.tail)
+                        : fused(g.whole, r.tail, fused(g.low, r.head, lost + f.low));
+    return shortPair(v, fused(f.whole, r.p, low));
+  }
+  const V product = g.head * r.head, tail = g.rest * r.head + g.whole * r.tail, scaled = f.whole * r.p;
   if constexpr (minus) {
     const V v = f.value - product;
     return shortPair(v, ((((f.value - v) - product) + f.low) - tail) + scaled);
@@ -91,28 +146,47 @@ INLINE ShortPair<V> added(const RowNumber<V>& f, const RowNumber<V>& g, const Re
   }
 }
 
-// x = n ln 2 / 64 + r for |x| <= 1024.
+// An argument as n steps + r + rest: n in the low word of `shifted`, r rounded.
 template <class V>
 struct Reduced {
-  WordsOf<V> n;
-  Remainder<V> r;
+  V shifted, r, rest;
 };
+// The places of the rows for n.
+template <class Words>
+INLINE Words rowOfPower(Words n) {
+  return (n & 63) << 5;
+}
+template <class Words>
+INLINE Words rowOfTurn(Words n) {
+  return (n & 511) << 5;
+}
+// x = n ln 2 / 64 + r for |x| <= 1024.
 template <class V>
 INLINE Reduced<V> reducedByLn2(V x) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);     // 1.5 * 2^52
   constexpr Float64 invLn2By64 = fromBits(0x40571547652b82fe);  // 92.33248261689366 = 64 / ln 2
   constexpr Float64 ln2By64Hi = fromBits(0x3f862e42fefa0000);   // 0.010830424696223417, 36 bits: k times it is exact
   constexpr Float64 ln2By64Lo = fromBits(0x3d1cf79abc9e3b3a);   // 2.572804622327669e-14
-  constexpr Float64 t7 = fromBits(0x3f2a01a01a01a01a);          // 1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);          // 1/120
-  constexpr Float64 t3 = fromBits(0x3fc5555555555555);          // 1/6
-  constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);          // 1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);          // 1/24
+  const V s = timesPlus(invLn2By64, x, shifter), k = s - shifter;
+  const V r0 = minusTimes(x, k, ln2By64Hi);
+  if constexpr (isFused) {
+    const V r = minusTimes(r0, k, ln2By64Lo);
+    return {s, r, minusTimes(r0 - r, k, ln2By64Lo)};
+  }
+  const V r1 = k * ln2By64Lo, r = r0 - r1;
+  return {s, r, (r0 - r) - r1};
+}
+template <class V>
+INLINE Remainder<V> remainderByLn2(const Reduced<V>& a) {
+  constexpr Float64 t7 = fromBits(0x3f2a01a01a01a01a);  // 1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);  // 1/120
+  constexpr Float64 t3 = fromBits(0x3fc5555555555555);  // 1/6
+  constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);  // 1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
   constexpr Float64 p2 = 0.5;
-  const V s = x * invLn2By64 + shifter, k = s - shifter;
-  const V r0 = x - k * ln2By64Hi, r1 = k * ln2By64Lo, r = r0 - r1;
-  const V head = headOf(r), rest = (r0 - head) - r1, q = r * r;
-  return {lowWords(s), {head, rest, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q}};
+  const V r = a.r, head = isFused ? r : headOf(r), q = r * r;
+  const V t = timesPlus(timesPlus(t7, q, t5), q, t3) * q, p = timesPlus(timesPlus(p6, q, p4), q, p2) * q;
+  return {head, timesPlus(t, r, isFused ? a.rest : (r - head) + a.rest), p};
 }
 
 template <class V>
@@ -121,9 +195,8 @@ struct HyperbolicPairs {
 };
 // Of x >= 0; in the form for large ones 2^-512 times from 256 up, where squares would overflow, and e^-x
 // is left out.
-template <bool large = false, class V>
-INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
-  const auto [n, remainder] = reducedByLn2(x);
+template <bool large, class V, class Offsets>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x, WordsOf<V> n, const Remainder<V>& r, Offsets offsets) {
   const auto exponent = (n << 14) & 0x7ff00000;
   V up, down;
   if constexpr (large) {
@@ -133,7 +206,7 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   } else {
     up = fromHighWords<V>(exponent + 0x3fe00000), down = fromHighWords<V>(0x3fe00000 - exponent);
   }
-  const auto row = columns<4, V>(hyperbolicRows, (n & 63) << 5);
+  const auto row = columns<4, V>(hyperbolicRows, offsets);
   const V rising = row.of[0] * up, risingRest = row.of[1] * up;
   const V falling = row.of[2] * down, fallingRest = row.of[3] * down;
   const auto number = [](V value, V low) INLINED {
@@ -143,30 +216,47 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   const V c = rising + falling, d = rising - falling;
   const RowNumber<V> cosh = number(c, ((rising - c) + falling) + (risingRest + fallingRest));
   const RowNumber<V> sinh = number(d, ((rising - d) - falling) + (risingRest - fallingRest));
-  return {added<false>(sinh, cosh, remainder), added<false>(cosh, sinh, remainder)};
+  return {added<false>(sinh, cosh, r), added<false>(cosh, sinh, r)};
+}
+template <bool large = false, class V>
+INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
+  const Reduced<V> a = reducedByLn2(x);
+  const auto n = lowWords(a.shifted);
+  return hyperbolicPairs<large>(x, n, remainderByLn2(a), rowOfPower(n));
 }
 
-// A power of two times e^x, for x from -708 to 709. Both rows' parts are one: f = g.
+// `times`, a power of two, times e^x, for x from -708 to 709. Both rows' parts are one: f = g.
+template <class V, class Offsets>
+INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets, V times = broadcast<V>(1.0)) {
+  const auto row = twoColumns<V>(hyperbolicRows, offsets);
+  const V scale = fromHighWords<V>((wrappingSum(n, 1023 * 64) << 14) & 0x7ff00000) * times;
+  const V f = row.first, low = row.second;
+  if constexpr (isFused) {
+    const V v = fused(f, r.head, f), lost = fused(f, r.head, f - v);
+    const auto pair = shortPair(v, fused(f + low, r.p + r.tail, fused(low, r.head, lost + low)));
+    return {pair.head * scale, pair.rest * scale};
+  }
+  const V product = f * r.head, v = f + product;
+  const auto pair = shortPair(v, ((f - v) + product) + ((low + low * r.head) + (f + low) * (r.p + r.tail)));
+  return {pair.head * scale, pair.rest * scale};
+}
 template <class V>
 INLINE ShortPair<V> exponentialPair(V x, V times = broadcast<V>(1.0)) {
   const Reduced<V> a = reducedByLn2(x);
-  const auto row = twoColumns<V>(hyperbolicRows, (a.n & 63) << 5);
-  const V f = row.first, low = row.second, product = f * a.r.head, v = f + product;
-  const auto pair =
-      shortPair(v, ((f - v) + product) + ((low + low * a.r.head) + (f + low) * ((a.r.p + a.r.t) + a.r.rest)));
-  const V scale = fromHighWords<V>((wrappingSum(a.n, 1023 * 64) << 14) & 0x7ff00000) * times;
-  return {pair.head * scale, pair.rest * scale};
+  const auto n = lowWords(a.shifted);
+  return exponentialPair(n, remainderByLn2(a), rowOfPower(n), times);
 }
 
+// y = n pi/256 + r for y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large
+// ones to 2^-119 times that multiple's number.
+constexpr Float64 nearestToRows = 0x1p-45;
 template <class V>
-struct TrigonometricPairs {
-  ShortPair<V> sin, cos;
+struct ReducedTurn {
+  Reduced<V> reduced;
   V isUnsure;  // a mask: the remainder is below `nearest` y, or too small in the form for large numbers
 };
-// Of y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large ones to
-// 2^-119 times that multiple's number.
 template <bool large = false, class V>
-INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) {
+INLINE ReducedTurn<V> reducedByPi(V y, Float64 nearest) {
   constexpr Float64 shifter = fromBits(0x4338000000000000);   // 1.5 * 2^52
   constexpr Float64 pieces = fromBits(0x40545f306dc9c883);    // 81.48733086305042 = 256 / pi
   constexpr Float64 pi1 = fromBits(0x3f8921fb54440000);       // 0.012271846303065104, 37 bits: n times it is exact
@@ -176,30 +266,59 @@ INLINE TrigonometricPairs<V> trigonometricPairs(V y, Float64 nearest = 0x1p-45) 
   constexpr Float64 pi2Large = fromBits(0x3e45444200000000);  // 9.903047271109244e-09, likewise
   constexpr Float64 pi3Large = fromBits(0x3cfa308c00000000);  // 5.81526742992472e-15, likewise
   constexpr Float64 pi4Large = fromBits(0x3bb313198a2e0370);  // 4.039205454526645e-21
-  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);        // -1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);        // 1/120
-  constexpr Float64 t3 = fromBits(0xbfc5555555555555);        // -1/6
-  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);        // -1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);        // 1/24
-  constexpr Float64 p2 = -0.5;
-  const V s = y * pieces + shifter, n = s - shifter;
+  const V s = timesPlus(pieces, y, shifter), n = s - shifter;
   V r, r2;
   if constexpr (large) {
     const V r0 = (y - n * pi1Large) - n * pi2Large, r1 = n * pi3Large;
     const V a = r0 - r1, b = n * pi4Large - ((r0 - a) - r1);
     r = a - b, r2 = (a - r) - b;
+  } else if constexpr (isFused) {
+    const V r0 = minusTimes(y, n, pi1);
+    r = minusTimes(r0, n, pi2), r2 = minusTimes(minusTimes(r0 - r, n, pi2), n, pi3);
   } else {
     const V r0 = y - n * pi1, r1 = n * pi2;
     r = r0 - r1, r2 = ((r0 - r) - r1) - n * pi3;
   }
-  const V head = headOf(r), q = r * r;
-  const Remainder<V> parts = {head, (r - head) + r2, (((t7 * q + t5) * q + t3) * q) * r, ((p6 * q + p4) * q + p2) * q};
+  return {{s, r, r2}, lessLanes(magnitude(r), large ? n * 0x1p-48 : y * nearest)};
+}
+template <class V>
+INLINE Remainder<V> remainderByPi(const Reduced<V>& a) {
+  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);  // -1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);  // 1/120
+  constexpr Float64 t3 = fromBits(0xbfc5555555555555);  // -1/6
+  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);  // -1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
+  constexpr Float64 p2 = -0.5;
+  const V r = a.r, head = isFused ? r : headOf(r), q = r * r;
+  const V t = timesPlus(timesPlus(t7, q, t5), q, t3) * q, p = timesPlus(timesPlus(p6, q, p4), q, p2) * q;
+  return {head, timesPlus(t, r, isFused ? a.rest : (r - head) + a.rest), p};
+}
 
-  const auto row = columns<4, V>(trigonometricRows, (lowWords(s) & 511) << 5);
+template <class V>
+struct TrigonometricPairs {
+  ShortPair<V> sin, cos;
+};
+template <class V, class Offsets>
+INLINE TrigonometricPairs<V> trigonometricPairs(const Remainder<V>& r, Offsets offsets) {
+  const auto row = columns<4, V>(trigonometricRows, offsets);
   const auto number = [](V head26, V low) INLINED { return RowNumber<V>{head26, low, head26 + low, head26, low}; };
   const RowNumber<V> sin = number(row.of[0], row.of[1]), cos = number(row.of[2], row.of[3]);
-  return {added<false>(sin, cos, parts), added<true>(cos, sin, parts),
-          lessLanes(magnitude(r), large ? n * 0x1p-48 : y * nearest)};
+  return {added<false>(sin, cos, r), added<true>(cos, sin, r)};
+}
+template <class V>
+INLINE TrigonometricPairs<V> trigonometricPairs(const Reduced<V>& a) {
+  return trigonometricPairs(remainderByPi(a), rowOfTurn(lowWords(a.shifted)));
+}
+template <class V>
+struct CertainTurn {
+  ShortPair<V> sin, cos;
+  V isUnsure;
+};
+template <bool large = false, class V>
+INLINE CertainTurn<V> trigonometricPairs(V y, Float64 nearest = nearestToRows) {
+  const auto a = reducedByPi<large>(y, nearest);
+  const auto t = trigonometricPairs(a.reduced);
+  return {t.sin, t.cos, a.isUnsure};
 }
 
 }  // namespace

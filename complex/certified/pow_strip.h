@@ -5,6 +5,7 @@
 #pragma once
 #include "complex/certified/exponential.h"
 #include "complex/certified/log_strip.h"
+#include "complex/certified/reduction_strip.h"
 #include "complex/exp.h"
 #include "complex/ln.h"
 #include "complex/pow.h"
@@ -20,8 +21,9 @@ struct PowStrip {
   LogStrip base;
   alignas(32) Float64 re[stripLength], im[stripLength];  // but one exponent for all
   alignas(32) Float64 x[stripLength], y[stripLength];
+  ReducedStrip reducedX, reducedY;
   alignas(32) Float64 expHead[stripLength], expRest[stripLength];
-  alignas(32) Float64 sinHead[stripLength], sinRest[stripLength], cosHead[stripLength], cosRest[stripLength];
+  TurnStrip turn;
 };
 
 // The exponents from place i on: one for each element, or one for all.
@@ -40,13 +42,12 @@ struct OneExponent {
   }
 };
 
-template <class W, class V>
+template <class V>
 [[gnu::noinline]] uint64_t angleStage(LogStrip& s, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const U x = load<U>(s.x + i), y = load<U>(s.y + i);
-    const auto angle = certainAngle<Base::e>(x, y);
-    store(s.angle + i, orBits(angle.value, signOf(y)));
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto angle = angleAt<Base::e, U>(s, i);
+    store(s.angle + i, angle.value);
     certain |= signMask(angle.isCertain) << i;
   });
   return ~certain;
@@ -60,8 +61,9 @@ INLINE void logarithms(LogStrip& s, OutsideOfLog& out, bool isOutsideOrZero, int
   if (out.onAxes) {
     left = axisStage<Base::e, Pack<V, 2>, V>(s, count);
   } else if (left != allOf(count)) {
-    left |= realParts<Base::e, Pack<V, 2>, V>(s, count);
-    left |= angleStage<Pack<V, 4>, V>(s, count);
+    left |= realParts<Base::e, V>(s, count);
+    angleRemainders<V>(s, count);
+    left |= angleStage<V>(s, count);
   }
   left &= allOf(count);
   const Float64 *x = out.mask == 0 ? s.x : out.x, *y = out.mask == 0 ? s.y : out.y;
@@ -73,14 +75,16 @@ INLINE void logarithms(LogStrip& s, OutsideOfLog& out, bool isOutsideOrZero, int
 }
 
 // The parts of the product that the lanes serve, beside zeros: 2^-200 <= |x| < 512 and 2^-80 <= |y| < 512. The
-// sine's rest may be as small as y^3/6, times e^-512.
+// sine's rest may be as small as y^3/6, times e^-512. From |x| = 2^-11 up the bound is the smaller one.
 constexpr uint32_t firstOfX = 0x33700000, firstOfY = 0x3af00000, limitOfPower = 0x40800000;
+constexpr uint32_t firstOfSmallerBound = 0x3f400000;
 template <uint32_t first, class V>
 INLINE auto outsideOfPower(V part) {
   const auto word = highWords(part) & 0x7fffffff;
   return (word > static_cast<int>(limitOfPower - 1)) | (static_cast<int>(first) > word);
 }
-// b ln a, operation for operation that of complexPow; whether any part is outside, or zero.
+// b ln a, operation for operation that of complexPow; whether any part is outside, or zero, or wants the larger
+// bound.
 template <class V, class Exponents>
 INLINE bool multiplyStage(PowStrip& s, Exponents exponents, int count) {
   WordsOf<V> isOutside{};
@@ -89,29 +93,41 @@ INLINE bool multiplyStage(PowStrip& s, Exponents exponents, int count) {
     const V log = load<V>(s.base.log + i), angle = load<V>(s.base.angle + i);
     const V x = re * log - im * angle, y = re * angle + im * log;
     store(s.x + i, x), store(s.y + i, y);
-    isOutside = isOutside | outsideOfPower<firstOfX>(x) | outsideOfPower<firstOfY>(y);
+    isOutside = isOutside | outsideOfPower<firstOfSmallerBound>(x) | outsideOfPower<firstOfY>(y);
   }
   return any(isOutside);
 }
-// Whether the lanes serve the whole strip, zeros and all; e^0 is exact.
+// Whether the lanes serve the whole strip, zeros and all; whether its products are real. e^0 is exact.
+struct ServedPowers {
+  bool whole, real;
+};
 template <class V>
-INLINE bool servesPowers(const PowStrip& s, int count) {
-  WordsOf<V> isOther{};
+INLINE ServedPowers servedPowers(const PowStrip& s, int count) {
+  WordsOf<V> isOther{}, isComplex{};
   for (int i = 0; i < count; i += laneCount<V>) {
     const V x = load<V>(s.x + i), y = load<V>(s.y + i);
     const auto anyX = isNonzero(x), anyY = isNonzero(y);
     isOther = isOther | (outsideOfPower<firstOfX>(x) & anyX) | (outsideOfPower<firstOfY>(y) & anyY) | ~(anyX | anyY);
+    isComplex = isComplex | anyY;
   }
-  return !any(isOther);
+  return {!any(isOther), !any(isComplex)};
 }
-// A mask of the elements outside, which become 0; the product as it was.
+// What such a strip leaves: a mask of the elements outside, which become 0, and the products as they were;
+// whether all are real.
 struct OutsideOfPower {
   uint64_t mask = 0;
+  bool isReal = false;
+  Float64 bound = boundFromEleventh;
   Float64 x[stripLength], y[stripLength];
 };
 template <class V>
 [[gnu::noinline]] void takeOutsideOfPower(PowStrip& s, OutsideOfPower& out, int count) {
-  if (servesPowers<V>(s, count)) return;
+  out.bound = boundOfExponential;
+  const ServedPowers served = servedPowers<V>(s, count);
+  if (served.whole) {
+    out.isReal = served.real;
+    return;
+  }
   for (int i = 0; i < count; ++i) {
     out.x[i] = s.x[i], out.y[i] = s.y[i];
     const auto isZero = [](Float64 x) INLINED { return toBits(x) << 1 == 0; };
@@ -124,40 +140,54 @@ template <class V>
   }
 }
 
-template <class W, class V>
+template <class V>
 [[gnu::noinline]] void exponentialStage(PowStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto e = exponentialPair(load<U>(s.x + i));
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+    const ReducedStrip& x = s.reducedX;
+    const auto e = exponentialPair(loadWords<U>(x.n + i), remainderAt<U>(x, i), rowsAt(x.row + i));
     store(s.expHead + i, e.head), store(s.expRest + i, e.rest);
   });
 }
-template <class W, class V>
-[[gnu::noinline]] uint64_t turnStage(PowStrip& s, int count) {
-  uint64_t unsure = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto t = trigonometricPairs(magnitude(load<U>(s.y + i)), nearestToSteps);
-    store(s.sinHead + i, t.sin.head), store(s.sinRest + i, t.sin.rest);
-    store(s.cosHead + i, t.cos.head), store(s.cosRest + i, t.cos.rest);
-    unsure |= signMask(t.isUnsure) << i;
-  });
-  return unsure;
-}
-template <class W, class V>
-[[gnu::noinline]] uint64_t powerStage(const PowStrip& s, Complex64* dst, int count) {
+template <class V>
+[[gnu::noinline]] uint64_t powerStage(const PowStrip& s, Float64 bound, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
     const auto e = loadPair<U>(s.expHead + i, s.expRest + i);
-    const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
-    const auto power = certainExponential(e, sin, cos, load<U>(s.y + i));
+    const auto t = turnAt<U>(s.turn, i);
+    const auto power = certainExponential(e, t.sin, t.cos, load<U>(s.y + i), bound);
     storeParts(dst + i, power.parts);
     certain |= signMask(power.isCertain) << i;
   });
   return ~certain;
 }
 
+// With y = 0.
+template <class V>
+[[gnu::noinline]] uint64_t realPowerStage(const PowStrip& s, Complex64* dst, int count) {
+  uint64_t certain = 0;
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto e = fastSum(load<U>(s.expHead + i), load<U>(s.expRest + i));
+    const auto power = certainRelative(e, boundOfReal);
+    storeParts(dst + i, Parts<U>{power.value, load<U>(s.y + i)});
+    certain |= signMask(power.isCertain) << i;
+  });
+  return ~certain;
+}
+// The exponentials of the products; a mask of those that aren't certain.
+template <class V>
+INLINE uint64_t exponentials(PowStrip& s, const OutsideOfPower& out, Complex64* dst, int count, int whole) {
+  reduceExponents<false, V>(s.reducedX, s.x, whole);
+  exponentialStage<V>(s, whole);
+  if (out.isReal)
+    return storeStrip(dst, count, whole, [&](Complex64* r) INLINED { return realPowerStage<V>(s, r, whole); });
+  const uint64_t unsure = reduceTurns<false, V>(s.reducedY, s.y, nearestToSteps, whole);
+  turnStage<V>(s.reducedY, s.turn, whole);
+  return unsure |
+         storeStrip(dst, count, whole, [&](Complex64* r) INLINED { return powerStage<V>(s, out.bound, r, whole); });
+}
+
 template <class V, class Exponents>
 INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents, Complex64* dst, int count) {
-  using W = Pack<V, 2>;
   WordsOf<V> isOutsideOrZero{};
   const int whole = loadStrip<V>(a, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
@@ -171,10 +201,7 @@ INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents,
     takeOutsideOfPower<V>(s, out, whole);
   uint64_t left = out.mask;
   if (left != allOf(whole)) {
-    exponentialStage<W, V>(s, whole);
-    left |= turnStage<W, V>(s, whole);
-    left |=
-        storeStrip(dst, count, whole, [&](Complex64* results) INLINED { return powerStage<W, V>(s, results, whole); });
+    left |= exponentials<V>(s, out, dst, count, whole);
     left &= allOf(whole);
   }
   if (left == 0) return;
@@ -186,7 +213,12 @@ INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents,
     // Which NaN becomes the result depends on the order of operands.
     const bool isOrdered = x[place] == x[place] && y[place] == y[place];
     const auto b = exponents.template at<Float64>(place);
-    dst[i] = isOrdered ? complexExp({x[place], y[place]}) : complexPow({re[place], im[place]}, {b.re, b.im});
+    if (!isOrdered)
+      dst[i] = complexPow({re[place], im[place]}, {b.re, b.im});
+    else if ((out.mask >> place & 1) != 0)
+      dst[i] = complexExp({x[place], y[place]});
+    else
+      dst[i] = complexExpExtended({x[place], y[place]});
   }
 }
 template <class V>

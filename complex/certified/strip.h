@@ -7,7 +7,7 @@
 // go through that routine, and so do those with a part outside the lanes' range.
 #pragma once
 #include "complex/certified/quotients.h"
-#include "complex/certified/strips.h"
+#include "complex/certified/reduction_strip.h"
 
 namespace qorvane {
 namespace {
@@ -18,8 +18,9 @@ constexpr Float64 boundWithSinh = 4.625 * 0x1p-64, boundWithCosh = 5.25 * 0x1p-6
 // The arguments, the hyperbolic functions' one being x whatever part it is, and their functions.
 struct Strip {
   alignas(32) Float64 x[stripLength], y[stripLength];
+  ReducedStrip reducedX, reducedY;
   alignas(32) Float64 sinhHead[stripLength], sinhRest[stripLength], coshHead[stripLength], coshRest[stripLength];
-  alignas(32) Float64 sinHead[stripLength], sinRest[stripLength], cosHead[stripLength], cosRest[stripLength];
+  TurnStrip turn;
 };
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 256; in strips with larger ones
@@ -70,35 +71,26 @@ INLINE Certain<V> certainPair(ShortPair<V> a, V sign, V bound) {
   return certainWithSign(fastSum(a.head, a.rest), sign, bound);
 }
 
-template <bool hasLarge, class W, class V>
+template <bool hasLarge, class V>
 [[gnu::noinline]] void hyperbolicStage(Strip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto h = hyperbolicPairs<hasLarge>(magnitude(load<U>(s.x + i)));
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+    const ReducedStrip& a = s.reducedX;
+    const U x = magnitude(load<U>(s.x + i));
+    const auto h = hyperbolicPairs<hasLarge>(x, loadWords<U>(a.n + i), remainderAt<U>(a, i), rowsAt(a.row + i));
     store(s.sinhHead + i, h.sinh.head), store(s.sinhRest + i, h.sinh.rest);
     store(s.coshHead + i, h.cosh.head), store(s.coshRest + i, h.cosh.rest);
   });
-}
-template <bool hasLarge, class W, class V>
-[[gnu::noinline]] uint64_t trigonometricStage(Strip& s, int count) {
-  uint64_t unsure = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto t = trigonometricPairs<hasLarge>(magnitude(load<U>(s.y + i)));
-    store(s.sinHead + i, t.sin.head), store(s.sinRest + i, t.sin.rest);
-    store(s.cosHead + i, t.cos.head), store(s.cosRest + i, t.cos.rest);
-    unsure |= signMask(t.isUnsure) << i;
-  });
-  return unsure;
 }
 template <class V>
 INLINE V isLargeX(V x) {
   return lessLanes(broadcast<V>(0x1.fffffffffffffp7), magnitude(x));
 }
-template <Function function, bool hasLarge, class W, class V>
+template <Function function, bool hasLarge, class V>
 [[gnu::noinline]] uint64_t productStage(const Strip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
     const auto sinh = loadPair<U>(s.sinhHead + i, s.sinhRest + i), cosh = loadPair<U>(s.coshHead + i, s.coshRest + i);
-    const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
+    const auto [sin, cos] = turnAt<U>(s.turn, i);
     const U x = load<U>(s.x + i), y = load<U>(s.y + i);
     const U signOfSin = signOf(xorBits(sin.head, y)), signOfCos = signOf(cos.head);
     Certain<U> withSinh, withCosh;
@@ -122,11 +114,11 @@ template <Function function, bool hasLarge, class W, class V>
   return ~certain;
 }
 
-template <Function function, bool hasLarge, class W, class V>
+template <Function function, bool hasLarge, class V>
 [[gnu::noinline]] uint64_t quotientStage(const Strip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto sin = loadPair<U>(s.sinHead + i, s.sinRest + i), cos = loadPair<U>(s.cosHead + i, s.cosRest + i);
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+    const auto [sin, cos] = turnAt<U>(s.turn, i);
     const auto sinh = loadPair<U>(s.sinhHead + i, s.sinhRest + i), cosh = loadPair<U>(s.coshHead + i, s.coshRest + i);
     const U x = load<U>(s.x + i), y = load<U>(s.y + i), isLarge = isLargeX(x);
     const Quotients<U> q = quotients(sinh, cosh, sin, cos, hasLarge ? besideSinh(isLarge, cos) : cos);
@@ -141,15 +133,15 @@ template <Function function, bool hasLarge, class W, class V>
   return ~certain;
 }
 // The last stage; a mask of the elements that aren't certain.
-template <Function function, bool hasLarge, class W, class V>
+template <Function function, bool hasLarge, class V>
 INLINE uint64_t resultStage(const Strip& s, Complex64* dst, int count) {
   if constexpr (isQuotient(function))
-    return quotientStage<function, hasLarge, W, V>(s, dst, count);
+    return quotientStage<function, hasLarge, V>(s, dst, count);
   else
-    return productStage<function, hasLarge, W, V>(s, dst, count);
+    return productStage<function, hasLarge, V>(s, dst, count);
 }
 
-template <Function function, class W, class V>
+template <Function function, class V>
 [[gnu::noinline]] void evaluateStrip(const Complex64* src, Complex64* dst, int count) {
   Strip s;
   WordsOf<V> isOutsideOrZero{};
@@ -169,18 +161,19 @@ template <Function function, class W, class V>
   }
   uint64_t left = masks.outside;
   if (left != allOf(whole)) {
+    reduceExponents<true, V>(s.reducedX, s.x, whole);
     if (masks.largeX != 0) [[unlikely]]
-      hyperbolicStage<true, W, V>(s, whole);
+      hyperbolicStage<true, V>(s, whole);
     else
-      hyperbolicStage<false, W, V>(s, whole);
-    if (masks.largeY != 0) [[unlikely]]
-      left |= trigonometricStage<true, W, V>(s, whole);
-    else
-      left |= trigonometricStage<false, W, V>(s, whole);
+      hyperbolicStage<false, V>(s, whole);
+    left |= masks.largeY != 0 ? turnReductionStage<true, V>(s.reducedY, s.y, nearestToRows, whole)
+                              : turnReductionStage<false, V>(s.reducedY, s.y, nearestToRows, whole);
+    turnRemainderStage<V>(s.reducedY, whole);
+    turnStage<V>(s.reducedY, s.turn, whole);
     left |= storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
       if (masks.largeX != 0) [[unlikely]]
-        return resultStage<function, true, W, V>(s, results, whole);
-      return resultStage<function, false, W, V>(s, results, whole);
+        return resultStage<function, true, V>(s, results, whole);
+      return resultStage<function, false, V>(s, results, whole);
     });
   }
   const uint64_t scaled = isQuotient(function) ? masks.largeX : 0;
@@ -194,9 +187,9 @@ template <Function function, class W, class V>
   }
 }
 
-template <Function function, class W, class V>
+template <Function function, class V>
 INLINE nuvStatus certifiedLoop(const Complex64* src, Complex64* dst, int64_t len) {
-  return stripLoop<function, evaluateStrip<function, W, V>>(src, dst, len);
+  return stripLoop<function, evaluateStrip<function, V>>(src, dst, len);
 }
 
 }  // namespace

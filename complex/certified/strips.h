@@ -21,11 +21,6 @@ INLINE auto outside(V part) {
 INLINE bool isOutside(Float64 part, uint32_t limit) {
   return (highWord(part) & 0x7fffffff) - firstHighWord >= limit - firstHighWord && toBits(part) << 1 != 0;
 }
-// Words that are all ones where the part isn't 0.
-template <class V>
-INLINE auto isNonzero(V part) {
-  return ((highWords(part) & 0x7fffffff) | lowWords(part)) != 0;
-}
 
 template <class V>
 INLINE ShortPair<V> loadPair(const Float64* head, const Float64* rest) {
@@ -43,10 +38,18 @@ INLINE Certain<V> certainSum(Sum<V> x, V error) {
   return {value, equalLanes(value, x.high + (x.low - error))};
 }
 
+// The error being that bound times hi.
+template <class V, class Bound>
+INLINE Certain<V> certainRelative(Sum<V> x, Bound bound) {
+  if constexpr (!isFused) return certainSum(x, x.high * bound);
+  const V value = x.high + timesPlus(bound, x.high, x.low);
+  return {value, equalLanes(value, x.high + minusTimes(x.low, x.high, bound))};
+}
+
 // |x| with the given sign, x being a fast sum's, and the bound of its error relative to it.
 template <class V, class Bound>
 INLINE Certain<V> certainWithSign(Sum<V> x, V sign, Bound bound) {
-  const Certain<V> sum = certainSum(x, x.high * bound);
+  const Certain<V> sum = certainRelative(x, bound);
   return {orBits(magnitude(sum.value), sign), sum.isCertain};
 }
 template <class V>
@@ -55,13 +58,20 @@ INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64
   return certainWithSign(fastSum(p.high, p.low), sign, bound);
 }
 
-// In stages, each a loop over the strip: their chains are short enough for the processor to overlap
-// their turns. W is two vectors in lockstep, V one.
+// In stages, each a loop over the strip. What binds them is not the operations but those that wait for others:
+// the processor holds some 64 of these. So a stage is a chain of some 30 cycles, and leaves numbers and places of
+// rows in the strip for the next one. W is four lanes, or, where registers are enough, two vectors in lockstep; V is
+// one vector.
 template <class W, class V, class Stage>
 INLINE void eachVector(int count, Stage stage) {
   int i = 0;
   for (; i + laneCount<W> <= count; i += laneCount<W>) stage(W{}, i);
-  for (; i < count; i += laneCount<V>) stage(V{}, i);
+  if constexpr (laneCount<W> != laneCount<V>)
+    for (; i < count; i += laneCount<V>) stage(V{}, i);
+}
+// The places of rows that an earlier stage has left, for the tables' functions.
+INLINE auto rowsAt(const int* offsets) {
+  return [offsets](int lane) INLINED -> uint64_t { return static_cast<uint32_t>(offsets[lane]); };
 }
 // Where element i of the strip's arguments stands: loadParts leaves four lanes as 0, 2, 1, 3.
 template <class V>
@@ -83,10 +93,10 @@ INLINE int loadStrip(const Complex64* src, int count, Take take) {
   return full + lanes;
 }
 // Has `stage` store the results, those of `whole` places, from dst on if there are as many elements.
-template <class Stage>
+template <int length = stripLength, class Stage>
 INLINE uint64_t storeStrip(Complex64* dst, int count, int whole, Stage stage) {
   if (whole == count) return stage(dst);
-  Complex64 results[stripLength];
+  Complex64 results[length];
   const uint64_t left = stage(results);
   __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
   return left;
@@ -100,12 +110,12 @@ INLINE bool isAllowed() {
   return (readMxcsr() & masksAndRounding) == masks && (readX87Control() & x87Masks) == x87Masks;
 }
 
-template <Function function, void evaluate(const Complex64*, Complex64*, int)>
+template <Function function, void evaluate(const Complex64*, Complex64*, int), int length = stripLength>
 INLINE nuvStatus stripLoop(const Complex64* src, Complex64* dst, int64_t len) {
   if (!isAllowed()) [[unlikely]]
     return elements<function>(src, dst, len);
   for (int count; len > 0; src += count, dst += count, len -= count) {
-    count = len < stripLength ? static_cast<int>(len) : stripLength;
+    count = len < length ? static_cast<int>(len) : length;
     evaluate(src, dst, count);
   }
   return nuvStatusOk;

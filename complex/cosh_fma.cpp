@@ -1,0 +1,11 @@
+// cosh z, level 5, for processors with fused multiply-adds: in lanes (complex/certified/strip.h),
+// with the bits of complex/cosh.h.
+#include "complex/certified/strip.h"
+
+namespace qorvane {
+
+nuvStatus complexCoshAvxFma(const Complex64* src, Complex64* dst, int32_t len) {
+  return runKernel<Check::lengthFirst, Mode::none, certifiedLoop<Function::cosh, Lanes4>, X87::fix>(len, src, dst);
+}
+
+}  // namespace qorvane
