@@ -224,5 +224,20 @@ TEST(CertifiedLog, NaturalLogarithmsOnTheAxesHaveTheirExtendedBits) {
   }
 }
 
+// Ln's vectors, with bits of their own, leave parts below 2^-500 and from 2^500 up to the routine.
+TEST(CertifiedLog, NaturalLogarithmsBeyondTheVectorsAreTheRoutines) {
+  const Certified lnOfComplex = {"ln", nuvsLn_64fc_A53, complexLn};
+  Random random(8);
+  std::vector<Complex64> z(20000);
+  for (Complex64& element : z) {
+    const double magnitude =
+        random() % 2 == 0 ? std::exp2(uniform(random, -565, -500)) : uniform(random, 1, 4) * 0x1p500;
+    const double beyond = random() % 8 != 0 ? magnitude : random() % 2 == 0 ? std::nextafter(0x1p-500, 0) : 0x1p500;
+    const double part = std::copysign(beyond, uniform(random, -1, 1)), other = part * uniform(random, -2, 2);
+    element = random() % 2 == 0 ? Complex64{part, other} : Complex64{other, part};
+  }
+  expectElements(lnOfComplex, z);
+}
+
 }  // namespace
 }  // namespace qorvane::test
