@@ -86,51 +86,69 @@ TEST(CertifiedLog, BarelyAndUncertainElementsHaveTheirExtendedBits) {
   expectElements(log10OfComplex, z);
 }
 
+template <Base base>
+bool isCertainLog(Complex64 z) {
+  const auto parts = bySize(z.re, z.im);
+  const auto log = certainLog<base>(parts);
+  return toBits((toBits(log.isNearCircle) != 0 ? certainLogNearCircle<base>(parts) : log.log).isCertain) != 0;
+}
+template <Base base>
+bool isCertainAngle(Complex64 z) {
+  return toBits(certainAngle<base>(z.re, z.im).isCertain) != 0;
+}
+template <Base base>
+bool isCertainOnAxis(Complex64 z) {
+  return toBits(certainOnAxis<base>(z.re, 0.0).log.isCertain) != 0;
+}
+
 // The share that is unsure is as large as the bounds are: a constant, or a range, that isn't what it should be
 // shows in one of these.
 TEST(CertifiedLog, TheBoundsAreOfTheRightSize) {
-  const auto ofLog = [](Complex64 z) {
-    const auto parts = bySize(z.re, z.im);
-    const auto log = certainLog<Base::ten>(parts);
-    return toBits((toBits(log.isNearCircle) != 0 ? certainLogNearCircle<Base::ten>(parts) : log.log).isCertain) != 0;
-  };
-  const auto ofAngle = [](Complex64 z) { return toBits(certainAngle<Base::ten>(z.re, z.im).isCertain) != 0; };
   struct Row {
     Complex64 (*draw)(Random&);
-    bool (*isCertain)(Complex64);
-    int expected;  // of 200000
+    bool (*ofTen)(Complex64);
+    bool (*ofE)(Complex64);
+    int expectedOfTen, expectedOfE;  // of 200000
   };
   const Row rows[] = {
       {[](Random& r) {
          return Complex64{uniform(r, 1e6, 1e8), uniform(r, 1e6, 1e8)};
        },
-       ofLog, 719},
+       isCertainLog<Base::ten>, isCertainLog<Base::e>, 719, 342},
       {[](Random& r) {
          return Complex64{uniform(r, -1, 1), uniform(r, 0.2, 1.2)};
        },
-       ofLog, 2734},
+       isCertainLog<Base::ten>, isCertainLog<Base::e>, 2734, 2563},
       {[](Random& r) {
          return Complex64{0.6, 0.8 + uniform(r, 0.002, 0.015)};
        },
-       ofLog, 705},
+       isCertainLog<Base::ten>, isCertainLog<Base::e>, 705, 477},
       {[](Random& r) {
          return Complex64{0.6, 0.8 + signedPower(r, -40, -10)};
        },
-       ofLog, 653},
+       isCertainLog<Base::ten>, isCertainLog<Base::e>, 653, 434},
       {[](Random& r) {
          return Complex64{uniform(r, -20, 20), uniform(r, -20, 20)};
        },
-       ofAngle, 312},
+       isCertainAngle<Base::ten>, isCertainAngle<Base::e>, 312, 149},
       {[](Random& r) {
          return Complex64{uniform(r, 1, 20), signedPower(r, -30, -8)};
        },
-       ofAngle, 958},
+       isCertainAngle<Base::ten>, isCertainAngle<Base::e>, 958, 749},
+      {[](Random& r) {
+         return Complex64{uniform(r, 0.5, 2), 0};
+       },
+       isCertainOnAxis<Base::ten>, isCertainOnAxis<Base::e>, 1979, 1706},
   };
   for (const Row& row : rows) {
     Random random(3);
-    int unsure = 0;
-    for (int i = 0; i < 200000; ++i) unsure += !row.isCertain(row.draw(random));
-    EXPECT_NEAR(unsure, row.expected, row.expected / 12.0) << "row " << &row - rows;
+    int unsureOfTen = 0, unsureOfE = 0;
+    for (int i = 0; i < 200000; ++i) {
+      const Complex64 z = row.draw(random);
+      unsureOfTen += !row.ofTen(z), unsureOfE += !row.ofE(z);
+    }
+    EXPECT_NEAR(unsureOfTen, row.expectedOfTen, row.expectedOfTen / 12.0) << "row " << &row - rows;
+    EXPECT_NEAR(unsureOfE, row.expectedOfE, row.expectedOfE / 12.0) << "row " << &row - rows;
   }
 }
 
@@ -204,6 +222,21 @@ TEST(CertifiedLog, NaturalLogarithmsOnTheAxesHaveTheirExtendedBits) {
     for (const Complex64& each : some) complexLn(each);
     expectFlags(lnOfComplex, some, std::fetestexcept(FE_ALL_EXCEPT));
   }
+}
+
+// Ln's vectors, with bits of their own, leave parts below 2^-500 and from 2^500 up to the routine.
+TEST(CertifiedLog, NaturalLogarithmsBeyondTheVectorsAreTheRoutines) {
+  const Certified lnOfComplex = {"ln", nuvsLn_64fc_A53, complexLn};
+  Random random(8);
+  std::vector<Complex64> z(20000);
+  for (Complex64& element : z) {
+    const double magnitude =
+        random() % 2 == 0 ? std::exp2(uniform(random, -565, -500)) : uniform(random, 1, 4) * 0x1p500;
+    const double beyond = random() % 8 != 0 ? magnitude : random() % 2 == 0 ? std::nextafter(0x1p-500, 0) : 0x1p500;
+    const double part = std::copysign(beyond, uniform(random, -1, 1)), other = part * uniform(random, -2, 2);
+    element = random() % 2 == 0 ? Complex64{part, other} : Complex64{other, part};
+  }
+  expectElements(lnOfComplex, z);
 }
 
 }  // namespace

@@ -100,9 +100,9 @@ void takeSharesOfExp(Complex64 z, Complex64 expected, Counts& counts) {
     const auto cos = certainProduct(e, t.cos, 0.0, boundOfExponential * shares[i]);
     const auto sin = certainProduct(e, t.sin, 0.0, boundOfExponential * shares[i]);
     Complex64 result = {cos.value, sin.value};
-    const bool isSure = toBits(cos.isCertain) != 0 && toBits(sin.isCertain) != 0 && toBits(t.isUnsure) == 0;
-    counts.add(i, leaveLanes(result, z.re) && isSure,
-               result.re == std::abs(expected.re) && result.im == std::abs(expected.im));
+    const bool isSure =
+        leaveLanes(result, z.re) && toBits(cos.isCertain) != 0 && toBits(sin.isCertain) != 0 && toBits(t.isUnsure) == 0;
+    counts.add(i, isSure, result.re == std::abs(expected.re) && result.im == std::abs(expected.im));
   }
 }
 constexpr Distribution exponents[] = {
