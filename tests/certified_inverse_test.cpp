@@ -11,16 +11,8 @@ template <Function function>
 bool isCertain(double a, double b, double ofLog, double ofAngle) {
   if (a == 0) return toBits(axisParts<function, true>(a, b, ofLog).isCertain) != 0;
   if (b == 0) return toBits(axisParts<function, false>(a, b, ofLog).isCertain) != 0;
-  Point<double> point;
-  double share = 0;
-  if constexpr (function == Function::atan) {
-    const auto p = inverseTangentPoint(std::abs(a), std::abs(b));
-    point = p.point, share = p.shareOfRho;
-  } else {
-    point = inverseSinePoint(std::abs(a), std::abs(b), sinhAndCosSquared(excessOf(std::abs(a), std::abs(b))));
-  }
-  return toBits(certainLog<function>(point.e, a, ofLog).isCertain) != 0 &&
-         toBits(certainAngle<function>(point.cos, point.sin, a, share, ofAngle).isCertain) != 0;
+  const auto parts = certainParts<function>(a, b, ofLog, ofAngle);
+  return toBits(parts.log.isCertain) != 0 && toBits(parts.angle.isCertain) != 0;
 }
 
 struct Subject : Certified {

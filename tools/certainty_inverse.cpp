@@ -33,19 +33,10 @@ void takeShares(Complex64 z, Complex64 expected, Counts& counts) {
   if (b == 0 && isServed(a) && a != 1)
     return takeSharesOfAxis<function, false>(signedA, b, expectedAngle, expectedLog, counts);
   if (!isServed(a) || !isServed(b)) return;
-  Point<Float64> point;
-  Float64 share = 0;
-  if constexpr (function == Function::atan) {
-    const auto p = inverseTangentPoint(a, b);
-    point = p.point, share = p.shareOfRho;
-  } else {
-    point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
-  }
   for (int i = 0; i < shareCount; ++i) {
-    const auto log = certainLog<function>(point.e, signedA, shares[i]);
-    const auto angle = certainAngle<function>(point.cos, point.sin, signedA, share, shares[i]);
-    counts.add(i, toBits(log.isCertain) != 0 && toBits(angle.isCertain) != 0,
-               log.value == expectedLog && angle.value == expectedAngle);
+    const auto parts = certainParts<function>(signedA, b, shares[i], shares[i]);
+    counts.add(i, toBits(parts.log.isCertain) != 0 && toBits(parts.angle.isCertain) != 0,
+               parts.log.value == expectedLog && parts.angle.value == expectedAngle);
   }
 }
 

@@ -11,6 +11,7 @@
 // Error: docs/certainty_inverse.md has the proof.
 #pragma once
 #include "complex/certified/inverse_parts.h"
+#include "complex/certified/inverse_tangent.h"
 
 namespace qorvane {
 namespace {
@@ -65,14 +66,15 @@ INLINE Certain<V> axisAngle(V a, ShortPair<V> root, Float64 part = 1) {
 // Of the inverse tangent: the real part for a != 1, b = 0, and the angle for a = 0.
 template <class V>
 INLINE Certain<V> axisTangentLog(V a, Float64 part = 1) {
-  const V x = magnitude(a), one = broadcast<V>(1.0);
+  const V x = magnitude(a), one = broadcast<V>(1.0), zero = broadcast<V>(0.0);
   const auto less = exactSum(x, broadcast<V>(-1.0));
   const V smaller = select(lessLanes(x, one), x, one), twice = smaller + smaller,
           reciprocal = 1.0 / magnitude(less.high);
-  const auto e = quotient(Sum<V>{twice, broadcast<V>(0.0)}, magnitudeOf(pairOf(less)), reciprocal);
+  const auto e = quotient(Sum<V>{twice, zero}, magnitudeOf(pairOf(less)), reciprocal);
   const auto log = log1pPair(e, twice * reciprocal + 1.0);
-  const Sum<V> result = {log.high * 0.5, log.low * 0.5};
-  return certainSum(result, errorOfTangentLog(result.high, a, part));
+  const Sum<V> result = {log.high + log.high, log.low + log.low};
+  const auto certain = certainSum(result, errorOfTangentLog(result.high, a, zero, zero, part));
+  return {certain.value * 0.25, certain.isCertain};
 }
 template <class V>
 INLINE Certain<V> axisTangentAngle(V x, Float64 part = 1) {

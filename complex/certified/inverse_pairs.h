@@ -5,8 +5,7 @@
 // where asin z = T + iL. t v = B^2, so the smaller of t and v is a quotient: nothing cancels. With
 // g = sinh L cosh L = sqrt(t + t^2)
 //   L = ln(1 + 2 (t + g)) / 2,   2T is the angle of the point (2v - 1, 2 A B / g) of the unit circle,
-// which takes two roots. The inverse tangent has
-//   L = ln(1 + 4 A / ((1 - A)^2 + B^2)) / 4,  2T the angle of (-q, 2 B) / rho.
+// which takes two roots. The inverse tangent's are in complex/certified/inverse_tangent.h.
 //
 // Error: docs/certainty_inverse.md has the proof.
 #pragma once
@@ -47,17 +46,16 @@ INLINE RootPair<V> rootPair(Sum<V> x) {
 // q/2 and the parts it is made of.
 template <class V>
 struct Excess {
-  ShortPair<V> aMinusOne, b, halfOfQ;
+  ShortPair<V> halfOfQ;
   Sum<V> b2;
 };
 template <class V>
 INLINE Excess<V> excessOf(V a, V b) {
   const auto below = exactSum(a, broadcast<V>(-1.0)), above = exactSum(a, broadcast<V>(1.0));
   const auto aMinusOne = shortPair(below.high, below.low), aPlusOne = shortPair(above.high, above.low);
-  const auto bPair = splitOf(b);
-  const auto b2 = square(bPair);
+  const auto b2 = square(splitOf(b));
   const auto q = sumOf(product(aMinusOne, aPlusOne), b2);
-  return {aMinusOne, bPair, {q.head * 0.5, q.rest * 0.5}, b2};
+  return {{q.head * 0.5, q.rest * 0.5}, b2};
 }
 // rho/2
 template <class V>
@@ -99,30 +97,6 @@ INLINE Point<V> inverseSinePoint(V a, V b, const SinhAndCos<V>& p) {
           shortPair(cos.high, cos.low + (p.v.rest + p.v.rest)),
           quotient(ab, g.root, g.reciprocal)};
 }
-// With the share on which the extended routine's error depends: N/rho, N = 1 + A^2 + B^2; where |q| < 0.0299,
-// that routine has another formula, for which 1/2 is enough.
-template <class V>
-struct TangentPoint {
-  Point<V> point;
-  V shareOfRho;
-};
-template <class V>
-INLINE TangentPoint<V> inverseTangentPoint(V a, V b) {
-  const auto e = excessOf(a, b);
-  const auto rho = halfOfRho(e);
-  const V minus = broadcast<V>(-0.0);
-  const auto cos =
-      quotient(Sum<V>{xorBits(e.halfOfQ.head, minus), xorBits(e.halfOfQ.rest, minus)}, rho.root, rho.reciprocal);
-  const auto sin = quotient(Sum<V>{e.b.head, e.b.rest}, rho.root, rho.reciprocal);
-  const auto distance = sumOf(square(e.aMinusOne), e.b2);
-  const auto a4 = splitOf(a * 4.0);
-  const V whole = distance.head + distance.rest;
-  const V isNearCircle = lessLanes(magnitude(e.halfOfQ.head), broadcast<V>(0.01495));
-  const V share = (whole + (a + a)) * (0.5 * rho.reciprocal);
-  return {{quotient(Sum<V>{a4.head, a4.rest}, distance, 1.0 / whole), cos, sin},
-          select(isNearCircle, broadcast<V>(0.5), share)};
-}
-
 // ln(1 + e) for e > 0: 1 + e = 2^n m with m from 1 - 2^-9 to 2, C = 1/m to 8 bits, z = m C - 1, of which
 // head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e. n and C are taken for `near`, which is
 // within 2^-40 of 1 + e.

@@ -11,42 +11,22 @@ namespace {
 // Of the results (docs/certainty_inverse.md): logarithm, angles.
 constexpr Float64 boundOfLog = 9.5 * 0x1p-64, boundOfAsin = 8.875 * 0x1p-64, boundOfAcos = 11.25 * 0x1p-64;
 
-// Those of the inverse tangent: its logarithm comes from a series where it is small, and else has an
-// absolute term, from a logarithm next to 1; its angle's error depends on (1 + A^2 + B^2) / |1 - z^2|.
-constexpr Float64 boundOfSeries = 5.375 * 0x1p-64, endOfSeries = 0.00738;
-constexpr Float64 boundAboveOne = 2.75 * 0x1p-64, absoluteAboveOne = 1.28125 * 0x1p-64;  // quotients above 1: a < 0
-constexpr Float64 boundBelowOne = 3.125 * 0x1p-64, absoluteBelowOne = 1.6875 * 0x1p-64;  // and below 1
-constexpr Float64 boundOfTangentAngle = 6.25 * 0x1p-64, boundOfShare = 2 * 0x1p-64;
-
 constexpr bool isAcos(Function function) { return function == Function::acos || function == Function::acosh; }
 // Whether the real part is the angle, and which part is A.
 constexpr bool angleIsReal(Function function) { return function != Function::asinh && function != Function::acosh; }
 constexpr bool imaginaryIsA(Function function) { return function == Function::asinh || function == Function::atan; }
 
-// That of the inverse tangent's logarithm.
+// The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools.
 template <class V>
-INLINE V errorOfTangentLog(V log, V a, Float64 part) {
-  const V bySeries = log * (boundOfSeries * part);
-  const V isAboveOne = lessLanes(a, broadcast<V>(0.0));
-  const V byLog = log * select(isAboveOne, broadcast<V>(boundAboveOne * part), broadcast<V>(boundBelowOne * part)) +
-                  select(isAboveOne, broadcast<V>(absoluteAboveOne * part), broadcast<V>(absoluteBelowOne * part));
-  return select(lessLanes(log, broadcast<V>(endOfSeries)), bySeries, byLog);
-}
-// The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools. `a`
-// has its sign.
-template <Function function, class V>
-INLINE Certain<V> certainLog(ShortPair<V> e, [[maybe_unused]] V a, Float64 part = 1) {
-  constexpr Float64 factor = function == Function::atan ? 0.25 : 0.5;
+INLINE Certain<V> certainLog(ShortPair<V> e, Float64 part = 1) {
   const auto log = log1pPair(e);
-  const Sum<V> result = {log.high * factor, log.low * factor};
-  if constexpr (function != Function::atan) return certainSum(result, result.high * (boundOfLog * part));
-  return certainSum(result, errorOfTangentLog(result.high, a, part));
+  const Sum<V> result = {log.high * 0.5, log.low * 0.5};
+  return certainSum(result, result.high * (boundOfLog * part));
 }
 // Half of the angle of (cos, sin); of (-cos, sin) for acos |x|, and pi less that is pi/2 and half of the
-// angle of (cos, sin). `share` is inverseTangentPoint's.
+// angle of (cos, sin). `a` has its sign.
 template <Function function, class V>
-INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, [[maybe_unused]] V share,
-                               Float64 part = 1) {
+INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, Float64 part = 1) {
   if constexpr (isAcos(function)) {
     const V flip = signOf(xorBits(a, broadcast<V>(-0.0))), isNegative = lessLanes(a, broadcast<V>(0.0));
     const ShortPair<V> flipped = {xorBits(cos.head, flip), xorBits(cos.rest, flip)};
@@ -54,10 +34,7 @@ INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unuse
     return certainSum(angle, angle.high * (boundOfAcos * part));
   } else {
     const auto angle = halfAngle(cos, sin, broadcast<V>(0.0));
-    if constexpr (function == Function::asinh || function == Function::asin)
-      return certainSum(angle, angle.high * (boundOfAsin * part));
-    else
-      return certainSum(angle, angle.high * (share * (boundOfShare * part) + boundOfTangentAngle * part));
+    return certainSum(angle, angle.high * (boundOfAsin * part));
   }
 }
 

@@ -1,6 +1,6 @@
 // complexAsinh, complexAsin, complexAcosh, complexAcos and complexAtan in lanes, with the bits of their
 // extended routines: the loop over strips. As in complex/certified/strip.h, a part is taken where every
-// number within both errors rounds to it; the others, one element in 70 (of atan one in 25 to 70), go
+// number within both errors rounds to it; the others, one element in 70 (of atan one in 40 to 100), go
 // through the routine.
 //
 // Strips that lie on an axis have formulas of their own (complex/certified/inverse_axis.h).
@@ -10,16 +10,10 @@
 // is put right at the end.
 #pragma once
 #include "complex/certified/inverse_axis.h"
+#include "complex/certified/inverse_stages.h"
 
 namespace qorvane {
 namespace {
-
-// The arguments with their signs, ln's argument less 1, the point on the unit circle, and the logarithm.
-struct InverseStrip {
-  alignas(32) Float64 a[stripLength], b[stripLength];
-  alignas(32) Float64 eHead[stripLength], eRest[stripLength], share[stripLength], log[stripLength];
-  alignas(32) Float64 cosHead[stripLength], cosRest[stripLength], sinHead[stripLength], sinRest[stripLength];
-};
 
 // The parts that the lanes serve, beside zeros: 2^-100 <= |part| < 2^60.
 constexpr uint32_t limitOfInverse = 0x43b00000;
@@ -60,47 +54,6 @@ INLINE void zeroExactly(Complex64& result, Float64 a) {
   }
 }
 
-template <Function function, class W, class V>
-[[gnu::noinline]] void pointStage(InverseStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
-    Point<U> point;
-    if constexpr (function == Function::atan) {
-      const auto p = inverseTangentPoint(a, b);
-      point = p.point;
-      store(s.share + i, p.shareOfRho);
-    } else {
-      point = inverseSinePoint(a, b, sinhAndCosSquared(excessOf(a, b)));
-    }
-    store(s.eHead + i, point.e.head), store(s.eRest + i, point.e.rest);
-    store(s.cosHead + i, point.cos.head), store(s.cosRest + i, point.cos.rest);
-    store(s.sinHead + i, point.sin.head), store(s.sinRest + i, point.sin.rest);
-  });
-}
-
-template <Function function, class W, class V>
-[[gnu::noinline]] uint64_t logStage(InverseStrip& s, int count) {
-  uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const auto log = certainLog<function>(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.a + i));
-    store(s.log + i, log.value);
-    certain |= signMask(log.isCertain) << i;
-  });
-  return ~certain;
-}
-template <Function function, class W, class V>
-[[gnu::noinline]] uint64_t angleStage(const InverseStrip& s, Complex64* dst, int count) {
-  uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
-    const U a = load<U>(s.a + i), b = load<U>(s.b + i), log = load<U>(s.log + i);
-    const auto angle = certainAngle<function>(loadPair<U>(s.cosHead + i, s.cosRest + i),
-                                              loadPair<U>(s.sinHead + i, s.sinRest + i), a, load<U>(s.share + i));
-    storeParts(dst + i, signedParts<function>(angle.value, log, a, b));
-    certain |= signMask(angle.isCertain) << i;
-  });
-  return ~certain;
-}
-
 // A strip with nothing but zeros in b, or in a.
 template <Function function, bool aIsZero, class W, class V>
 [[gnu::noinline]] uint64_t axisStage(const InverseStrip& s, Complex64* dst, int count) {
@@ -114,8 +67,8 @@ template <Function function, bool aIsZero, class W, class V>
   return ~certain;
 }
 
-// Whether a or b is zero all over a strip, and whether the other one is anywhere outside of what the lanes
-// serve on that axis, or perhaps so.
+// Whether a or b is zero all over a strip, and whether the other one is anywhere outside of what
+// the lanes serve on that axis, or perhaps so.
 struct Axis {
   bool aIsZero, bIsZero, hasOutside;
 };
@@ -133,22 +86,28 @@ INLINE Axis axisOf(const InverseStrip& s, int count) {
   const bool aIsZero = isZero(anyA);
   return {aIsZero, isZero(anyB), aIsZero ? any(outsideB) : any(outsideA)};
 }
-// An element's result, where the lanes have some of its parts or a zero was replaced.
+// The logarithm from its routine.
 template <Function function>
-[[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool hasLog, bool hasAngle, bool hasZero) {
-  if (hasLog && hasAngle) return zeroExactly<function>(result, a);
-  if (hasZero || hasLog == hasAngle) {
+INLINE void completeLog(Complex64& result, Float64 a, Float64 b) {
+  const auto parts = signedParts<function>(0.0, extendedLog<function>(a, b), a, b);
+  (angleIsReal(function) ? result.im : result.re) = angleIsReal(function) ? parts.im : parts.re;
+}
+// The angle from its routine; where an element is outside or has a zero, all of it, unless nothing
+// is left to do but the zero.
+template <Function function>
+[[gnu::noinline]] void complete(Complex64& result, Float64 a, Float64 b, bool isSpecial, bool isLeft) {
+  if (!isLeft) return zeroExactly<function>(result, a);
+  if (isSpecial) {
     result = element<function>(imaginaryIsA(function) ? Complex64{b, a} : Complex64{a, b});
     return;
   }
-  const auto p = signedParts<function>(hasAngle ? 0 : extendedAngle<function>(a, b),
-                                       hasLog ? 0 : extendedLog<function>(a, b), a, b);
-  (angleIsReal(function) == hasAngle ? result.im : result.re) = angleIsReal(function) == hasAngle ? p.im : p.re;
+  const auto parts = signedParts<function>(extendedAngle<function>(a, b), 0.0, a, b);
+  (angleIsReal(function) ? result.re : result.im) = angleIsReal(function) ? parts.re : parts.im;
 }
 
 template <Function function, bool aIsZero, class W, class V>
 [[gnu::noinline]] void evaluateAxis(InverseStrip& s, Complex64* dst, int count, int whole, bool hasOutside) {
-  Float64 saved[stripLength];
+  Float64 saved[longStrip];
   Float64* const x = aIsZero ? s.b : s.a;
   uint64_t outside = 0;
   if (hasOutside) [[unlikely]]
@@ -160,7 +119,7 @@ template <Function function, bool aIsZero, class W, class V>
         x[i] = 0.5;
       }
     }
-  uint64_t left = outside | storeStrip(dst, count, whole, [&](Complex64* results) INLINED {
+  uint64_t left = outside | storeStrip<longStrip>(dst, count, whole, [&](Complex64* results) INLINED {
                     return axisStage<function, aIsZero, W, V>(s, results, whole);
                   });
   left &= allOf(whole);
@@ -175,7 +134,7 @@ template <Function function, bool aIsZero, class W, class V>
 
 template <Function function, class W, class V>
 [[gnu::noinline]] void evaluateInverseStrip(const Complex64* src, Complex64* dst, int count) {
-  InverseStrip s;
+  StripOf<function> s;
   WordsOf<V> isOutsideOrZero{};
   const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
@@ -185,7 +144,7 @@ template <Function function, class W, class V>
 
   Taken taken = {0, 0};
   const Float64 *a = s.a, *b = s.b;
-  Float64 savedA[stripLength], savedB[stripLength];
+  Float64 savedA[longStrip], savedB[longStrip];
   if (any(isOutsideOrZero)) [[unlikely]] {
     const Axis axis = axisOf<V>(s, whole);
     if (axis.bIsZero) return evaluateAxis<function, false, W, V>(s, dst, count, whole, axis.hasOutside);
@@ -197,23 +156,29 @@ template <Function function, class W, class V>
   }
   uint64_t leftLogs = taken.outside, leftAngles = leftLogs;
   if (taken.outside != allOf(whole)) {
-    pointStage<function, W, V>(s, whole);
+    firstStages<function, W, V>(s, whole);
     leftLogs |= logStage<function, W, V>(s, whole);
-    leftAngles |= storeStrip(dst, count, whole,
-                             [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
+    leftAngles |= storeStrip<longStrip>(
+        dst, count, whole, [&](Complex64* results) INLINED { return angleStage<function, W, V>(s, results, whole); });
   }
-  for (uint64_t rest = (leftLogs | leftAngles | taken.zero) & allOf(whole); rest != 0; rest &= rest - 1) {
+  // The logarithms first: what is left of them has long been known, and nobody waits for the last
+  // angles.
+  const uint64_t special = taken.outside | taken.zero;
+  for (uint64_t rest = leftLogs & ~special & allOf(whole); rest != 0; rest &= rest - 1) {
+    const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
+    if (i < count) completeLog<function>(dst[i], a[place], b[place]);
+  }
+  for (uint64_t rest = (leftAngles | special) & allOf(whole); rest != 0; rest &= rest - 1) {
     const int place = __builtin_ctzll(rest), i = placeOf<V>(place);
     if (i >= count) continue;
-    const bool hasLog = (leftLogs >> place & 1) == 0, hasAngle = (leftAngles >> place & 1) == 0;
-    const bool hasZero = (taken.zero >> place & 1) != 0;
-    complete<function>(dst[i], a[place], b[place], hasLog, hasAngle, hasZero);
+    const bool isLeft = ((leftLogs | leftAngles) >> place & 1) != 0;
+    complete<function>(dst[i], a[place], b[place], (special >> place & 1) != 0, isLeft);
   }
 }
 
 template <Function function, class W, class V>
 INLINE nuvStatus inverseLoop(const Complex64* src, Complex64* dst, int64_t len) {
-  return stripLoop<function, evaluateInverseStrip<function, W, V>>(src, dst, len);
+  return stripLoop<function, evaluateInverseStrip<function, W, V>, longStrip>(src, dst, len);
 }
 
 }  // namespace

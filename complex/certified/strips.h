@@ -112,10 +112,10 @@ INLINE int loadStrip(const Complex64* src, int count, Take take) {
   return full + lanes;
 }
 // Has `stage` store the results, those of `whole` places, from dst on if there are as many elements.
-template <class Stage>
+template <int length = stripLength, class Stage>
 INLINE uint64_t storeStrip(Complex64* dst, int count, int whole, Stage stage) {
   if (whole == count) return stage(dst);
-  Complex64 results[stripLength];
+  Complex64 results[length];
   const uint64_t left = stage(results);
   __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
   return left;
@@ -129,12 +129,12 @@ INLINE bool isAllowed() {
   return (readMxcsr() & masksAndRounding) == masks && (readX87Control() & x87Masks) == x87Masks;
 }
 
-template <Function function, void evaluate(const Complex64*, Complex64*, int)>
+template <Function function, void evaluate(const Complex64*, Complex64*, int), int length = stripLength>
 INLINE nuvStatus stripLoop(const Complex64* src, Complex64* dst, int64_t len) {
   if (!isAllowed()) [[unlikely]]
     return elements<function>(src, dst, len);
   for (int count; len > 0; src += count, dst += count, len -= count) {
-    count = len < stripLength ? static_cast<int>(len) : stripLength;
+    count = len < length ? static_cast<int>(len) : length;
     evaluate(src, dst, count);
   }
   return nuvStatusOk;

@@ -10,16 +10,10 @@
 // Special values: as C99's Annex G has them for atan2 and atan; a multiple of pi/4 that isn't exact is
 // inexact. A NaN gives the NaN.
 #pragma once
+#include "complex/extended/angle_table.h"
 #include "complex/extended/extended.h"
 
 namespace qorvane {
-
-// Angles from 0 to pi as sums: atan(j/128) in row j, pi/2 -+ atan(j/128) in row 256 -+ j,
-// pi - atan(j/128) in row 512 - j.
-struct AtanRow {
-  Float64 hi, lo;
-};
-extern const AtanRow atanTable[513];
 
 namespace {
 
