@@ -29,11 +29,11 @@ template <class W, class V>
     return;
   }
   LogStrip s;
-  WordsOf<V> isOutsideOrZero{};
+  Words4 isOutsideOrZero{};
   const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
     store(s.x + i, z.re), store(s.y + i, z.im);
-    isOutsideOrZero = isOutsideOrZero | outside<limitOfLog>(z.re) | outside<limitOfLog>(z.im);
+    isOutsideOrZero = isOutsideOrZero | eitherOutside<firstHighWord, limitOfLog>(z.re, z.im);
   });
   OutsideOfLog out;
   if (any(isOutsideOrZero)) [[unlikely]]

@@ -83,17 +83,16 @@ INLINE auto outsideOfPower(V part) {
   const auto word = highWords(part) & 0x7fffffff;
   return (word > static_cast<int>(limitOfPower - 1)) | (static_cast<int>(first) > word);
 }
-// b ln a, operation for operation that of complexPow; whether any part is outside, or zero, or wants the larger
-// bound.
+// b ln a, operation for operation that of complexPow; whether any part is outside, or zero, or below 2^-11.
 template <class V, class Exponents>
 INLINE bool multiplyStage(PowStrip& s, Exponents exponents, int count) {
-  WordsOf<V> isOutside{};
+  Words4 isOutside{};
   for (int i = 0; i < count; i += laneCount<V>) {
     const auto [re, im] = exponents.template at<V>(i);
     const V log = load<V>(s.base.log + i), angle = load<V>(s.base.angle + i);
     const V x = re * log - im * angle, y = re * angle + im * log;
     store(s.x + i, x), store(s.y + i, y);
-    isOutside = isOutside | outsideOfPower<firstOfSmallerBound>(x) | outsideOfPower<firstOfY>(y);
+    isOutside = isOutside | eitherOutside<firstOfSmallerBound, limitOfPower>(x, y);
   }
   return any(isOutside);
 }
@@ -188,11 +187,11 @@ INLINE uint64_t exponentials(PowStrip& s, const OutsideOfPower& out, Complex64* 
 
 template <class V, class Exponents>
 INLINE void evaluatePowers(PowStrip& s, const Complex64* a, Exponents exponents, Complex64* dst, int count) {
-  WordsOf<V> isOutsideOrZero{};
+  Words4 isOutsideOrZero{};
   const int whole = loadStrip<V>(a, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
     store(s.base.x + i, z.re), store(s.base.y + i, z.im);
-    isOutsideOrZero = isOutsideOrZero | outside<limitOfLog>(z.re) | outside<limitOfLog>(z.im);
+    isOutsideOrZero = isOutsideOrZero | eitherOutside<firstHighWord, limitOfLog>(z.re, z.im);
   });
   OutsideOfLog outOfLog;
   logarithms<V>(s.base, outOfLog, any(isOutsideOrZero), whole);

@@ -144,12 +144,12 @@ INLINE uint64_t resultStage(const Strip& s, Complex64* dst, int count) {
 template <Function function, class V>
 [[gnu::noinline]] void evaluateStrip(const Complex64* src, Complex64* dst, int count) {
   Strip s;
-  WordsOf<V> isOutsideOrZero{};
+  Words4 isOutsideOrZero{};
   const int whole = loadStrip<V>(src, count, [&](const Complex64* from, int i) INLINED {
     const Parts<V> z = loadParts<V>(from);
     constexpr bool turned = isTurned(function);
     store(s.x + i, turned ? z.im : z.re), store(s.y + i, turned ? z.re : z.im);
-    isOutsideOrZero = isOutsideOrZero | outside<limitHighWord>(z.re) | outside<limitHighWord>(z.im);
+    isOutsideOrZero = isOutsideOrZero | eitherOutside<firstHighWord, limitHighWord>(z.re, z.im);
   });
 
   OutsideMasks masks = {0, 0, 0};

@@ -18,6 +18,25 @@ INLINE auto outside(V part) {
   const auto word = highWords(part) & 0x7fffffff;
   return (word > static_cast<int>(limit - 1)) | (static_cast<int>(firstHighWord) > word);
 }
+// Words that aren't all zeros where any of both parts is outside of first <= its high word < limit. The high words of
+// both are tested at once, in any order.
+template <uint32_t first, uint32_t limit>
+INLINE Words4 outsideWords(Words4 highWords) {
+  constexpr uint32_t lowest = 0x80000000;  // so that unsigned numbers compare as signed ones
+  return wrappingDifference(highWords, static_cast<int>(first ^ lowest)) >
+         static_cast<int>((limit - first - 1) ^ lowest);
+}
+template <uint32_t first, uint32_t limit, class V>
+INLINE Words4 eitherOutside(V x, V y) {
+#ifdef __AVX__
+  if constexpr (laneCount<V> == 4) {
+    const __m256 both = _mm256_shuffle_ps(_mm256_castpd_ps(magnitude(x)), _mm256_castpd_ps(magnitude(y)), upperHalves);
+    return outsideWords<first, limit>(reinterpret_cast<Words4>(_mm256_castps256_ps128(both))) |
+           outsideWords<first, limit>(reinterpret_cast<Words4>(_mm256_extractf128_ps(both, 1)));
+  } else
+#endif
+    return outsideWords<first, limit>(packHighWords(magnitude(x), magnitude(y)));
+}
 INLINE bool isOutside(Float64 part, uint32_t limit) {
   return (highWord(part) & 0x7fffffff) - firstHighWord >= limit - firstHighWord && toBits(part) << 1 != 0;
 }
