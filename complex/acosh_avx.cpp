@@ -4,8 +4,8 @@
 namespace qorvane {
 
 nuvStatus complexAcoshAvx(const Complex64* src, Complex64* dst, int32_t len) {
-  return runKernel<Check::lengthFirst, Mode::none, inverseLoop<Function::acosh, Pack<Lanes4, 2>, Lanes4>, X87::fix>(
-      len, src, dst);
+  return runKernel<Check::lengthFirst, Mode::none, inverseLoop<Function::acosh, Lanes4, Lanes4>, X87::fix>(len, src,
+                                                                                                           dst);
 }
 
 }  // namespace qorvane

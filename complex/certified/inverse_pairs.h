@@ -59,10 +59,10 @@ INLINE Excess<V> excessOf(V a, V b) {
 }
 // rho/2
 template <class V>
-INLINE RootPair<V> halfOfRho(const Excess<V>& e) {
+INLINE ShortPair<V> halfOfRho(const Excess<V>& e) {
   const auto q2 = square(e.halfOfQ);
   const auto sum = exactSum(q2.high, e.b2.high);
-  return rootPair(Sum<V>{sum.high, sum.low + (q2.low + e.b2.low)});
+  return rootPair(Sum<V>{sum.high, sum.low + (q2.low + e.b2.low)}).root;
 }
 
 template <class V>
@@ -70,8 +70,8 @@ struct SinhAndCos {
   ShortPair<V> t, v;
 };
 template <class V>
-INLINE SinhAndCos<V> sinhAndCosSquared(const Excess<V>& e) {
-  const auto rho = halfOfRho(e).root, q = magnitudeOf(e.halfOfQ);
+INLINE SinhAndCos<V> sinhAndCosSquared(const Excess<V>& e, ShortPair<V> rho) {
+  const auto q = magnitudeOf(e.halfOfQ);
   const auto sum = fastSum(rho.head, q.head);
   const auto larger = shortPair(sum.high, sum.low + (rho.rest + q.rest));
   const auto smaller = quotient(e.b2, larger, 1.0 / (larger.head + larger.rest));
@@ -79,16 +79,20 @@ INLINE SinhAndCos<V> sinhAndCosSquared(const Excess<V>& e) {
   return {selectPair(isNegative, smaller, larger), selectPair(isNegative, larger, smaller)};
 }
 
+// g and, in double precision, its reciprocal.
+template <class V>
+INLINE RootPair<V> sinhTimesCosh(ShortPair<V> t) {
+  const auto t2 = square(t);
+  const auto sum = exactSum(t2.high, t.head);
+  return rootPair(Sum<V>{sum.high, sum.low + (t2.low + t.rest)});
+}
 // What the last stages take: e in ln(1 + e), and the point of the unit circle.
 template <class V>
 struct Point {
   ShortPair<V> e, cos, sin;
 };
 template <class V>
-INLINE Point<V> inverseSinePoint(V a, V b, const SinhAndCos<V>& p) {
-  const auto t2 = square(p.t);
-  const auto sum = exactSum(t2.high, p.t.head);
-  const auto g = rootPair(Sum<V>{sum.high, sum.low + (t2.low + p.t.rest)});
+INLINE Point<V> inverseSinePoint(V a, V b, const SinhAndCos<V>& p, const RootPair<V>& g) {
   const auto e = fastSum(g.root.head, p.t.head);
   const auto ePair = shortPair(e.high, e.low + (g.root.rest + p.t.rest));
   const auto ab = product(splitOf(a + a), splitOf(b));
@@ -98,50 +102,79 @@ INLINE Point<V> inverseSinePoint(V a, V b, const SinhAndCos<V>& p) {
           quotient(ab, g.root, g.reciprocal)};
 }
 // ln(1 + e) for e > 0: 1 + e = 2^n m with m from 1 - 2^-9 to 2, C = 1/m to 8 bits, z = m C - 1, of which
-// head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e. n and C are taken for `near`, which is
-// within 2^-40 of 1 + e.
+// head(e) 2^-n C + (2^-n C - 1) is exact; near 1, C = 1 and z = e. n and C are taken for a number within
+// 2^-40 of 1 + e, from which the words are.
 template <class V>
-INLINE Sum<V> log1pPair(ShortPair<V> e, V near) {
-  const auto word = highWords(near) + 0x1000;
+struct Log1pRemainder {
+  V base, baseRest, z, rest, k;  // k = 2^-n C
+};
+template <class V>
+INLINE Log1pRemainder<V> log1pRemainder(ShortPair<V> e, WordsOf<V> word, Columns<V, 4> row) {
   const V factor = fromHighWords<V>(0x7fe00000 - (word & 0x7ff00000)), n = numbersOf<V>((word >> 20) - 1023);
-  const auto row = columns<4, V>(log1pRows, (word >> 8) & 0xfe0);
   const V k = factor * row.of[0];
   const auto less = fastSum(broadcast<V>(-1.0), k);
-  const V z = e.head * k + less.high, head = headOf(z);
-  return lnOfRow(n * ln2Hi + row.of[1], n * ln2Lo + row.of[2],
-                 ShortPair<V>{head, (z - head) + (e.rest * k + less.low)});
+  return {n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], e.head * k + less.high, e.rest * k + less.low, k};
 }
 template <class V>
-INLINE Sum<V> log1pPair(ShortPair<V> e) {
-  return log1pPair(e, (e.head + e.rest) + 1.0);
+INLINE LogRemainder<V> splitRemainder(const Log1pRemainder<V>& r) {
+  const V head = headOf(r.z);
+  return {r.base, r.baseRest, {head, (r.z - head) + r.rest}};
+}
+template <class V>
+INLINE Sum<V> log1pPair(ShortPair<V> e, V near) {
+  const auto word = wordsOfLog(near);
+  return splitRemainder(log1pRemainder(e, word, columns<4, V>(log1pRows, rowOfLog(word)))).all();
 }
 
 // Half of the angle of the point (cos, sin) of the unit circle, sin >= 0, plus `quarters` pi/4: with the
 // smaller one next to s = j/128 and a = asin s, the rest is asin(smaller sqrt(1 - s^2) - larger s).
 template <class V>
-INLINE Sum<V> halfAngle(ShortPair<V> cos, ShortPair<V> sin, V quarters) {
+struct HalfAngleRow {
+  V s;
+  WordsOf<V> row;
+};
+template <class V>
+INLINE HalfAngleRow<V> rowOfHalfAngle(V cos, V sin) {
+  constexpr Float64 shifter = fromBits(0x4338000000000000);  // 1.5 * 2^52
+  const V shifted = smallerLanes(magnitude(cos), sin) * 128.0 + shifter;
+  return {(shifted - shifter) * 0x1p-8, lowWords(shifted) << 5};
+}
+// The angle is base + baseRest + arc, the arc being that whose sine is d.
+template <class V>
+struct HalfAngleTerms {
+  V base, baseRest;
+  ShortPair<V> d;
+
+  INLINE Sum<V> all() const {
+    constexpr Float64 d7 = fromBits(0x4006db6db6db6db7);  // 20/7
+    constexpr Float64 d5 = fromBits(0x3ff3333333333333);  // 6/5
+    constexpr Float64 d3 = fromBits(0x3fe5555555555555);  // 2/3
+    const V whole = d.head + d.rest, d2 = whole * whole;
+    const V cubic = ((d7 * d2 + d5) * d2 + d3) * (d2 * whole);
+    const auto sum = fastSum(base, d.head);
+    return fastSum(sum.high, (sum.low + baseRest) + (d.rest + cubic));
+  }
+};
+template <class V>
+INLINE HalfAngleTerms<V> halfAngleTerms(ShortPair<V> cos, ShortPair<V> sin, V quarters, V s, Columns<V, 4> row) {
   constexpr Float64 quarterPiHi = fromBits(0x3fe921fb54443000);  // 0.7853981633975309, a multiple of 2^-42
   constexpr Float64 quarterPiLo = fromBits(0xbd373dcb3b399d74);  // -8.256997686213296e-14
-  constexpr Float64 shifter = fromBits(0x4338000000000000);      // 1.5 * 2^52
-  constexpr Float64 d7 = fromBits(0x4006db6db6db6db7);           // 20/7
-  constexpr Float64 d5 = fromBits(0x3ff3333333333333);           // 6/5
-  constexpr Float64 d3 = fromBits(0x3fe5555555555555);           // 2/3
   const auto c = magnitudeOf(cos);
   const V isSteep = lessLanes(c.head, sin.head), cosSign = signOf(cos.head);
   const auto small = selectPair(isSteep, c, sin), large = selectPair(isSteep, sin, c);
   const V negative = lessLanes(cos.head, broadcast<V>(0.0));
   const V number = quarters + select(isSteep, broadcast<V>(1.0), andBits(negative, broadcast<V>(2.0)));
   const V sign = xorBits(cosSign, andBits(isSteep, broadcast<V>(-0.0)));
-  const V shifted = small.head * 128.0 + shifter, s = (shifted - shifter) * 0x1p-8;
-  const auto row = columns<4, V>(angleRows, lowWords(shifted) << 5);
   const V d = small.head * row.of[0] - large.head * s;
-  const V dLow = (small.rest * (row.of[0] + row.of[1]) + small.head * row.of[1]) - large.rest * s;
-  const V whole = d + dLow, d2 = whole * whole;
-  const V cubic = ((d7 * d2 + d5) * d2 + d3) * (d2 * whole);
-  const V base = number * quarterPiHi + xorBits(row.of[2], sign), signedD = xorBits(d, sign);
-  const auto sum = fastSum(base, signedD);
-  const V low = (sum.low + (number * quarterPiLo + xorBits(row.of[3], sign))) + xorBits(dLow + cubic, sign);
-  return fastSum(sum.high, low);
+  const V rest = (small.rest * (row.of[0] + row.of[1]) + small.head * row.of[1]) - large.rest * s;
+  return {number * quarterPiHi + xorBits(row.of[2], sign),
+          number * quarterPiLo + xorBits(row.of[3], sign),
+          {xorBits(d, sign), xorBits(rest, sign)}};
+}
+template <class V>
+INLINE Sum<V> halfAngle(ShortPair<V> cos, ShortPair<V> sin, V quarters) {
+  const auto r = rowOfHalfAngle(cos.head, sin.head);
+  return halfAngleTerms(cos, sin, quarters, r.s, columns<4, V>(angleRows, r.row)).all();
 }
 
 }  // namespace

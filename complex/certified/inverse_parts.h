@@ -18,24 +18,24 @@ constexpr bool imaginaryIsA(Function function) { return function == Function::as
 
 // The two parts' magnitudes, with the given part of their bounds: all of it, but in tests and tools.
 template <class V>
-INLINE Certain<V> certainLog(ShortPair<V> e, Float64 part = 1) {
-  const auto log = log1pPair(e);
+INLINE Certain<V> certainLog(Sum<V> log, Float64 part = 1) {
   const Sum<V> result = {log.high * 0.5, log.low * 0.5};
   return certainSum(result, result.high * (boundOfLog * part));
 }
 // Half of the angle of (cos, sin); of (-cos, sin) for acos |x|, and pi less that is pi/2 and half of the
 // angle of (cos, sin). `a` has its sign.
 template <Function function, class V>
-INLINE Certain<V> certainAngle(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, Float64 part = 1) {
-  if constexpr (isAcos(function)) {
-    const V flip = signOf(xorBits(a, broadcast<V>(-0.0))), isNegative = lessLanes(a, broadcast<V>(0.0));
-    const ShortPair<V> flipped = {xorBits(cos.head, flip), xorBits(cos.rest, flip)};
-    const auto angle = halfAngle(flipped, sin, andBits(isNegative, broadcast<V>(2.0)));
-    return certainSum(angle, angle.high * (boundOfAcos * part));
-  } else {
-    const auto angle = halfAngle(cos, sin, broadcast<V>(0.0));
-    return certainSum(angle, angle.high * (boundOfAsin * part));
-  }
+INLINE HalfAngleTerms<V> angleTermsOf(ShortPair<V> cos, ShortPair<V> sin, [[maybe_unused]] V a, V s,
+                                      Columns<V, 4> row) {
+  const V zero = broadcast<V>(0.0);
+  if constexpr (!isAcos(function)) return halfAngleTerms(cos, sin, zero, s, row);
+  const V flip = signOf(xorBits(a, broadcast<V>(-0.0)));
+  const ShortPair<V> flipped = {xorBits(cos.head, flip), xorBits(cos.rest, flip)};
+  return halfAngleTerms(flipped, sin, andBits(lessLanes(a, zero), broadcast<V>(2.0)), s, row);
+}
+template <Function function, class V>
+INLINE Certain<V> certainAngle(Sum<V> angle, Float64 part = 1) {
+  return certainSum(angle, angle.high * ((isAcos(function) ? boundOfAcos : boundOfAsin) * part));
 }
 
 // The parts with their signs, from the angle of acos or the angle's magnitude, and the logarithm.

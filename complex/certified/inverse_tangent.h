@@ -72,7 +72,7 @@ INLINE TangentRows<V> tangentRows(V a, V b, ShortPair<V> distance, V x) {
   const V a4 = a * 4.0, e = a4 * reciprocal, eHead = headOf(e);
   return {{eHead, ((a4 - eHead * distance.head) - eHead * distance.rest) * reciprocal},
           (bHead * bHead) * reciprocal,
-          highWords(e + 1.0) + 0x1000,
+          wordsOfLog(e + 1.0),
           up,
           directionOf(x * scale, up)};
 }
@@ -94,14 +94,8 @@ struct LogTerms {
 };
 template <class V>
 INLINE LogTerms<V> logTerms(ShortPair<V> e, V common, WordsOf<V> near, Columns<V, 4> row) {
-  const V factor = fromHighWords<V>(0x7fe00000 - (near & 0x7ff00000)), n = numbersOf<V>((near >> 20) - 1023);
-  const V k = factor * row.of[0];
-  const auto less = fastSum(broadcast<V>(-1.0), k);
-  return {{e.head * k + less.high, e.rest * k + less.low}, n * ln2Hi + row.of[1], n * ln2Lo + row.of[2], common * k};
-}
-template <class V>
-INLINE auto rowOfLog(WordsOf<V> near) {
-  return (near >> 8) & 0xfe0;
+  const auto r = log1pRemainder(e, near, row);
+  return {{r.z, r.rest}, r.base, r.baseRest, common * r.k};
 }
 // L. All but z's leading term is made in double precision; z^8 / 8 is part of the terms before it.
 template <class V>
