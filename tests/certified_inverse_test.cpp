@@ -34,7 +34,7 @@ const Subject subjects[] = {
     subject<Function::asin>("asin", nuvsAsin_64fc_A53, {705, 649, 775, 622, 646, 281, 227}),
     subject<Function::acosh>("acosh", nuvsAcosh_64fc_A53, {705, 774, 775, 824, 780, 281, 226}),
     subject<Function::acos>("acos", nuvsAcos_64fc_A53, {705, 774, 775, 824, 780, 281, 226}),
-    subject<Function::atan>("atan", nuvsAtan_64fc_A53, {827, 673, 3082, 628, 1011, 342, 1046}),
+    subject<Function::atan>("atan", nuvsAtan_64fc_A53, {827, 356, 2364, 75, 458, 342, 1046}),
 };
 Complex64 pointOf(const Subject& s, double a, double b) { return s.imaginaryIsA ? Complex64{b, a} : Complex64{a, b}; }
 
