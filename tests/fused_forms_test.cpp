@@ -143,8 +143,8 @@ Complex64 ofComplex(Arguments& arguments, int kind) {
       const double x = std::round(part(300)) * 0.010830424696249145, y = std::round(part(300)) * 0.012271846303085129;
       return {x * (1 + power(-53, -20)), y * (1 + power(-53, -20))};
     }
-    case 4: {  // next to the unit circle
-      const double angle = part(3.2), r = 1 + power(-60, -4);
+    case 4: {  // next to the unit circle, half of them where the logarithm's last terms weigh most
+      const double angle = part(3.2), r = 1 + (arguments.random() % 2 == 0 ? power(-60, -4) : power(-11, -6));
       return {r * std::cos(angle), r * std::sin(angle)};
     }
     case 5: return {part(20), arguments.sign() * 0.0};
