@@ -7,7 +7,7 @@
 // bits, so that they multiply the heads of t and x without error.
 #pragma once
 #include "errorfn/rows.h"
-#include "frame/loops.h"
+#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -76,6 +76,45 @@ INLINE V erfInvCore(V x) {
 }
 
 constexpr auto erfInvIsFlagged = [](auto x) INLINED { return anyHighWordOutside(x, erfInvFastFrom, erfInvFastTo); };
+
+// Stretches: the chain of operations is too long for the processor to overlap it with the next
+// vector's, so it is cut into stages, with the reduced arguments of a stretch in memory.
+constexpr int64_t longestStretch = 256, vector = laneCount<Four>;
+struct Stretch {
+  alignas(32) Float64 t0[longestStretch], t[longestStretch];
+  alignas(32) int offsets[longestStretch];
+};
+
+// False if there are flagged elements.
+INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
+  Four inside = equalLanes(Four{}, Four{});
+  for (int64_t i = 0; i < count; i += vector) {
+    const Four a = magnitude(load<Four>(x + i)), mask = highWordWithin(a, erfInvFastFrom, erfInvFastTo);
+    inside = andBits(inside, mask);
+    const auto reduced = erfInvReduce(andBits(a, mask));
+    store(c.t0 + i, reduced.t0), store(c.t + i, reduced.t), storeWords(c.offsets + i, reduced.offset);
+  }
+  return signMask(inside) == 15;
+}
+
+// evaluate(src, dst, count, c) gets what reduceStretch has left; special(x) -> Element.
+template <int64_t shortest, auto evaluate, auto special>
+INLINE nuvStatus erfInvLoop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !erfInvIsFlagged(*src)) return *dst = erfInvCore(*src), nuvStatusOk;
+  return shortOrLongLoop<longestStretch, shortest, vector>(
+      len,
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        Stretch c;
+        const bool fits = reduceStretch(x, count, c);
+        if (fits) evaluate(x, y, count, c);
+        return fits;
+      },
+      [](int64_t count, const Float64* x, Float64* y) INLINED {
+        return unaryLoop<Four, Raises::yes>(
+            x, y, count, [](auto v) INLINED { return erfInvCore(v); }, erfInvIsFlagged, special);
+      },
+      src, dst);
+}
 
 }  // namespace
 }  // namespace qorvane

@@ -11,7 +11,6 @@
 // flags.
 #include "errorfn/erfinv.h"
 #include "frame/kernel_frame.h"
-#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -42,27 +41,8 @@ namespace {
   return {fromBits(toBits(rounded) & 0x800fffffffffffff)};
 }
 
-// Stretches: the reduced arguments of a stretch go to memory, the polynomials are a pipeline over
-// what stands there.
-constexpr int64_t longestStretch = 256, shortestStretch = 16, vector = laneCount<Lanes4>;
-struct Stretch {
-  alignas(32) Float64 t0[longestStretch], t[longestStretch];
-  alignas(32) int offsets[longestStretch];
-};
-
-// False if there are flagged elements.
-INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
-  Lanes4 inside = equalLanes(Lanes4{}, Lanes4{});
-  for (int64_t i = 0; i < count; i += vector) {
-    const Lanes4 a = magnitude(load<Lanes4>(x + i)), mask = highWordWithin(a, erfInvFastFrom, erfInvFastTo);
-    inside = andBits(inside, mask);
-    const auto reduced = erfInvReduce(andBits(a, mask));
-    store(c.t0 + i, reduced.t0), store(c.t + i, reduced.t), storeWords(c.offsets + i, reduced.offset);
-  }
-  return signMask(inside) == 15;
-}
-
-INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, const Stretch& c) {
+// The polynomials are a pipeline.
+constexpr auto evaluate = [](const Float64* src, Float64* dst, int64_t count, const Stretch& c) INLINED {
   Lanes4 p1, p2, p3;
   const auto t = [&](int64_t i) INLINED { return load<Lanes4>(c.t + i); };
   const auto rows = [&](int64_t i) INLINED { return Rows{erfInvRows, c.offsets + i}; };
@@ -72,23 +52,10 @@ INLINE void evaluateStretch(const Float64* src, Float64* dst, int64_t count, con
       [&](int64_t i) INLINED { p3 = erfInvFourTerms<6>(p2, t(i), rows(i)); },
       [&](int64_t i)
           INLINED { store(dst + i, erfInvSum(p3, load<Lanes4>(c.t0 + i), t(i), load<Lanes4>(src + i), rows(i))); });
-}
+};
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  if (len == 1 && !erfInvIsFlagged(*src)) return *dst = erfInvCore(*src), nuvStatusOk;
-  return shortOrLongLoop<longestStretch, shortestStretch, vector>(
-      len,
-      [](int64_t count, const Float64* x, Float64* y) INLINED {
-        Stretch c;
-        const bool fits = reduceStretch(x, count, c);
-        if (fits) evaluateStretch(x, y, count, c);
-        return fits;
-      },
-      [](int64_t count, const Float64* x, Float64* y) INLINED {
-        return unaryLoop<Lanes4, Raises::yes>(
-            x, y, count, [](Lanes4 v) INLINED { return erfInvCore(v); }, erfInvIsFlagged, erfInvSpecialLane);
-      },
-      src, dst);
+  return erfInvLoop<16, evaluate, erfInvSpecialLane>(src, dst, len);
 }
 
 }  // namespace

@@ -39,9 +39,21 @@ namespace {
   return {fromBits(toBits(rounded) & 0x800fffffffffffff)};
 }
 
+// Each stage is a loop of its own.
+constexpr auto evaluate = [](const Float64* src, Float64* dst, int64_t count, const Stretch& c) INLINED {
+  alignas(16) Float64 ps[longestStretch];
+  const auto p = [&](int64_t i) INLINED { return load<Four>(ps + i); };
+  const auto t = [&](int64_t i) INLINED { return load<Four>(c.t + i); };
+  const auto rows = [&](int64_t i) INLINED { return Rows{erfInvRows, c.offsets + i}; };
+  for (int64_t i = 0; i < count; i += vector) store(ps + i, erfInvTopTerms(t(i), rows(i)));
+  for (int64_t i = 0; i < count; i += vector) store(ps + i, erfInvFourTerms<10>(p(i), t(i), rows(i)));
+  for (int64_t i = 0; i < count; i += vector) store(ps + i, erfInvFourTerms<6>(p(i), t(i), rows(i)));
+  for (int64_t i = 0; i < count; i += vector)
+    store(dst + i, erfInvSum(p(i), load<Four>(c.t0 + i), t(i), load<Four>(src + i), rows(i)));
+};
+
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return oneOrSeveral<Four, Raises::yes>(
-      src, dst, len, [](auto x) INLINED { return erfInvCore(x); }, erfInvIsFlagged, erfInvSpecialLane);
+  return erfInvLoop<8, evaluate, erfInvSpecialLane>(src, dst, len);
 }
 
 }  // namespace
