@@ -1,6 +1,7 @@
 // e^x (cos y + i sin y) in lanes: both parts, taken where every number within both errors rounds to one
 // (docs/certainty_log.md).
 #pragma once
+#include "complex/certified/exponential_pairs.h"
 #include "complex/certified/strips.h"
 
 namespace qorvane {

@@ -1,6 +1,7 @@
 // The exponentials and trigonometric functions of a strip: the stages before their addition formulas, and the
 // sine and cosine.
 #pragma once
+#include "complex/certified/exponential_pairs.h"
 #include "complex/certified/strips.h"
 
 namespace qorvane {
