@@ -120,16 +120,36 @@ INLINE V logSeries(V w) {
   return ((((((c8 * w + c7) * w + c6) * w + c5) * w + c4) * w + c3) * w + c2) * w * w;
 }
 
+// Byte offsets of the rows. For a single number they are found in integers, rounding to nearest and
+// ties to even: the way to the vector registers and back would take longer.
+INLINE uint64_t rounded(uint64_t fraction, int shift) {
+  return (fraction + (uint64_t{1} << (shift - 1)) - 1 + (fraction >> shift & 1)) >> shift;
+}
+template <class V>
+INLINE auto seedOffset(V hi) {
+  if constexpr (laneCount<V> == 1)
+    return rounded((toBits(hi) ^ uint64_t{1} << 52) & 0x001fffffffffffff, 44) << 3;
+  else
+    return (lowWords(seedKey(hi)) - firstSeedKey) << 3;
+}
+template <class V>
+INLINE auto logOffset(V hi) {
+  if constexpr (laneCount<V> == 1)
+    return rounded(toBits(hi) & 0x000fffffffffffff, 46) << 5;
+  else
+    return (lowWords(logKey(hi)) - firstLogKey) << 5;
+}
+
 // Both in one piece, for few elements. The root is the sum of its two numbers.
 template <class V>
 INLINE Pair<V> pairRoot(Pair<V> r) {
-  const V y = seed(r.hi, (lowWords(seedKey(r.hi)) - firstSeedKey) << 3);
+  const V y = seed(r.hi, seedOffset(r.hi));
   const RootTerms<V> terms = rootTerms(r, y);
   return {terms.first, (rootSeries(terms.residual) * y) * terms.head + terms.rest};
 }
 template <class V>
 INLINE V pairLog(Pair<V> u, V exponent) {
-  const LogTerms<V> terms = logTerms(u, exponent, (lowWords(logKey(u.hi)) - firstLogKey) << 5);
+  const LogTerms<V> terms = logTerms(u, exponent, logOffset(u.hi));
   return (logSeries(terms.w) + terms.lo) + terms.hi;
 }
 

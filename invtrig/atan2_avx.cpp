@@ -28,14 +28,14 @@ constexpr auto intervalOf = [](auto a, auto b) INLINED {
   using V = decltype(a);
   const V high = andBits(a, broadcast<V>(fromBits(0xffffffff00000000)));
   const auto isAbove = [&](Float64 bound) INLINED { return quietlyLess(b * bound, high); };
-  const V m1 = isAbove(0.4375), m2 = isAbove(0.6875), m3 = isAbove(1.1875), m4 = isAbove(2.4375);
+  const V m1 = isAbove(0.4375), m2 = isAbove(0.6875), m3 = isAbove(1.1875);
+  const V kept = quietlyNotLess(b * 2.4375, high);
   const auto pick = [&](Float64 v1, Float64 v2, Float64 v3, Float64 v4) INLINED {
     const V low = select(m2, broadcast<V>(v2), andBits(m1, broadcast<V>(v1)));
-    return select(m4, broadcast<V>(v4), select(m3, broadcast<V>(v3), low));
+    return select(kept, select(m3, broadcast<V>(v3), low), broadcast<V>(v4));
   };
-  const auto kept = [m4](V v) INLINED { return withoutBits(v, m4); };
-  return Interval<V, decltype(kept)>{pick(0.5, 1.0, 1.5, 1.0), pick(atanHalf, quarterPi, atanThreeHalves, halfPi),
-                                     pick(atanHalfLo, quarterPiLo, atanThreeHalvesLo, halfPiLo), kept};
+  return Interval<V>{pick(0.5, 1.0, 1.5, 1.0), kept, pick(atanHalf, quarterPi, atanThreeHalves, halfPi),
+                     pick(atanHalfLo, quarterPiLo, atanThreeHalvesLo, halfPiLo)};
 };
 
 constexpr auto isFlagged = [](auto y, auto x) INLINED {
@@ -70,13 +70,8 @@ constexpr auto blocks = [](int64_t len, const Float64* srcA, const Float64* srcB
 
 // Numbers from 2^-120 up to 2^120.
 constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst) {
-  using V = Lanes4;
-  V allWithin = broadcast<V>(-0.0);  // the sign bits count
-  eachVector(count, [&](int64_t i) INLINED {
-    const V a = magnitude(load<V>(srcA + i)), b = magnitude(load<V>(srcB + i));
-    allWithin = andBits(allWithin, andBits(isWithin(a, 0x1p-120, 0x1p120), isWithin(b, 0x1p-120, 0x1p120)));
-  });
-  if (signMask(allWithin) != 15) return false;
+  constexpr int from = 0x38700000, to = 0x47700000;  // high words
+  if (!allHighWordsWithin(srcA, count, from, to) || !allHighWordsWithin(srcB, count, from, to)) return false;
   atan2Stages(count, srcA, srcB, dst, intervalOf);
   return true;
 };

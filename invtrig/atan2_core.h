@@ -13,12 +13,11 @@
 namespace qorvane {
 namespace {
 
-// Of a lane's interval: c, what is added last to atan u, atan c in two parts; kept(v) is v, or zero
-// for the largest t.
-template <class V, class Kept>
+// Of a lane's interval: c, the mask of what is kept, none for the largest t, and what is added last
+// to atan u, atan c in two parts.
+template <class V>
 struct Interval {
-  V c, hi, lo;
-  Kept kept;
+  V c, kept, hi, lo;
 };
 
 // v where x is negative, zero elsewhere; x isn't zero or a NaN.
@@ -29,23 +28,22 @@ INLINE V whereNegative(V x, V v) {
 
 template <class V>
 struct Fraction {
-  V nh, nl, d, dl;  // numerator; denominator d, cut to its upper part, and dl
+  V nh, nl, dh, dl;  // numerator and denominator
 };
-template <class V, class Kept>
-INLINE Fraction<V> fraction(V a, V b, const Interval<V, Kept>& interval) {
-  const V c = interval.c;
-  const auto kept = interval.kept;
+template <class V>
+INLINE Fraction<V> fraction(V a, V b, V c, V mask) {
+  const auto kept = [mask](V v) INLINED { return andBits(v, mask); };
   const V ah = upperPart(a), al = a - ah, bh = upperPart(b), bl = b - bh;
   const V n0 = kept(ah) - c * bh, n1 = kept(al) - c * bl, n = n0 - n1, nh = upperPart(n);
-  const V d0 = kept(bh) + c * ah, d1 = kept(bl) + c * al, d = d0 + d1;
-  return {nh, (n - nh) + (n1 - (n - n0)), d, (d1 + (d0 - d)) + (d - upperPart(d))};
+  const V d0 = kept(bh) + c * ah, d1 = kept(bl) + c * al, d = d0 + d1, dh = upperPart(d);
+  return {nh, (n - nh) + (n1 - (n - n0)), dh, (d1 + (d0 - d)) + (d - dh)};
 }
 
-// The angle, from u in two parts and rest = atan(u) - u.
+// The angle, from u in two parts, low being ul + lo, and rest = atan(u) - u.
 template <class V>
-INLINE V sum(V y, V x, V rest, V uh, V ul, V hi, V lo) {
+INLINE V sum(V y, V x, V rest, V uh, V low, V hi) {
   constexpr Float64 restOfPi = fromBits(0x3ca1a64000000000);  // 1.2246741164581576e-16: pi - RN(pi), cut
-  const V t = (ul + lo) + whereNegative(x, broadcast<V>(-restOfPi));
+  const V t = low + whereNegative(x, broadcast<V>(-restOfPi));
   const V v = ((rest + t) + uh) + hi;
   return orBits(xorBits(v, signOf(x)) + whereNegative(x, broadcast<V>(pi)), signOf(y));
 }
@@ -54,29 +52,31 @@ template <class V, class IntervalOf>
 INLINE V atan2Core(V y, V x, IntervalOf intervalOf) {
   const V a = magnitude(y), b = magnitude(x);
   const auto interval = intervalOf(a, b);
-  const auto [nh, nl, d, dl] = fraction(a, b, interval);
-  const auto [uh, ul] = quotient(nh, nl, upperPart(d), dl);
+  const auto [nh, nl, dh, dl] = fraction(a, b, interval.c, interval.kept);
+  const auto [uh, ul] = quotient(nh, nl, dh, dl);
   const V u = ul + uh;
-  return sum(y, x, atanSeries(u) * u, uh, ul, interval.hi, interval.lo);
+  return sum(y, x, atanSeries(u) * u, uh, ul + interval.lo, interval.hi);
 }
 
 // The same for a stretch whose numbers and their reciprocals single precision can hold.
 template <class IntervalOf>
 INLINE void atan2Stages(int64_t count, const Float64* srcA, const Float64* srcB, Float64* dst, IntervalOf intervalOf) {
-  alignas(32) Column his, los;
+  alignas(32) Column his;
   Stages s;
   eachVector(count, [&](int64_t i) INLINED {
+    const auto [c, kept, hi, lo] = intervalOf(magnitude(load<Four>(srcA + i)), magnitude(load<Four>(srcB + i)));
+    store(s.c() + i, c), store(s.kept() + i, kept), store(his + i, hi), store(s.lo + i, lo);
+  });
+  eachVector(count, [&](int64_t i) INLINED {
     const Four a = magnitude(load<Four>(srcA + i)), b = magnitude(load<Four>(srcB + i));
-    const auto interval = intervalOf(a, b);
-    store(his + i, interval.hi), store(los + i, interval.lo);
-    const auto [nh, nl, d, dl] = fraction(a, b, interval);
-    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
+    const auto [nh, nl, dh, dl] = fraction(a, b, load<Four>(s.c() + i), load<Four>(s.kept() + i));
+    store(s.nh + i, nh), store(s.nl + i, nl), store(s.dh + i, dh), store(s.dl + i, dl);
   });
   divide(s, count);
   beginSeries(s, count);
-  eachVector(count, [&](int64_t i) INLINED {
-    const Four y = load<Four>(srcA + i), x = load<Four>(srcB + i), hi = load<Four>(his + i), lo = load<Four>(los + i);
-    store(dst + i, sum(y, x, seriesAt(s, i), load<Four>(s.uh() + i), load<Four>(s.ul() + i), hi, lo));
+  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+    const V y = load<V>(srcA + i), x = load<V>(srcB + i), hi = load<V>(his + i);
+    store(dst + i, sum(y, x, seriesAt<V>(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), hi));
   });
 }
 

@@ -30,8 +30,7 @@ constexpr auto intervalOf = [](auto a, auto b) INLINED {
   const auto isAbove = [&](Float64 bound) INLINED { return above(high, highWords(b * bound)); };
   const auto count = (isAbove(0.4375) + isAbove(0.6875)) + (isAbove(1.1875) + isAbove(2.4375));
   const auto [c, mask, hi, lo] = columns<4, V>(atanRows, (count + 4) << 5).of;
-  const auto kept = [mask = mask](V v) INLINED { return andBits(v, mask); };
-  return Interval<V, decltype(kept)>{c, hi, lo, kept};
+  return Interval<V>{c, mask, hi, lo};
 };
 
 template <class V>

@@ -20,17 +20,17 @@ namespace {
 #include "invtrig/atan_tables.inc"
 
 // (t - c) / (1 + c t) for t = ah + al, and -1 / t where `kept` is 0. Numerator and denominator are
-// in two parts, nh and nl, d cut to dh and dl. All sums but d and dl are exact: c has two bits, ah
-// 26, and terms of opposite signs are near each other.
+// in two parts. All sums but those that give dh and dl are exact: c has two bits, ah 26, and terms of
+// opposite signs are near each other.
 template <class V>
 struct Fraction {
-  V nh, nl, d, dl;
+  V nh, nl, dh, dl;
 };
 template <class V>
 INLINE Fraction<V> fraction(V ah, V al, V c, V kept) {
   const V n = kept * (ah - al) - c, nh = upperPart(n);
-  const V p = c * al, d0 = kept + c * ah, d = d0 + p;
-  return {nh, (n - nh) + (kept * al) * 2.0, d, (d0 - upperPart(d)) + p};
+  const V p = c * al, d0 = kept + c * ah, dh = upperPart(d0 + p);
+  return {nh, (n - nh) + (kept * al) * 2.0, dh, (d0 - dh) + p};
 }
 
 // The sum of what atan u and the interval's point give, the smallest first.
@@ -55,8 +55,8 @@ template <class V>
 INLINE V core(V x) {
   const V a = magnitude(x), ah = upperPart(a);
   const auto [c, mask, hi, lo] = columns<4, V>(atanRows, rowOf(highWords(a))).of;
-  const auto [nh, nl, d, dl] = fraction(ah, a - ah, c, andBits(broadcast<V>(1.0), mask));
-  const auto [uh, ul] = quotient(nh, nl, upperPart(d), dl);
+  const auto [nh, nl, dh, dl] = fraction(ah, a - ah, c, andBits(broadcast<V>(1.0), mask));
+  const auto [uh, ul] = quotient(nh, nl, dh, dl);
   const V u = ul + uh;
   return orBits(sum(atanSeries(u) * u, uh, ul + lo, hi), signOf(x));
 }
@@ -76,41 +76,36 @@ Element atanSpecialLane(Float64 x) {
   return {orBits(isSubnormal ? a * a + a : (opaque(1.0) + a) * a, signOf(x))};
 }
 
-// The row of a number t, cut to its high word, in atanSixteenths: the sum of t and this has it in
-// byte 3. Its unit is 2^-28, so that the sum is exact where it matters. What is exactly on a bound
-// belongs to the row below it.
-constexpr Float64 keyShifter = 0x1.8p24 + 0x1p-4 - 0x1p-24;
+// The row of a number t, cut to its high word, in atanSixteenths: the sum of t and this has four times
+// its number in byte 3, with two bits of the fraction. The sum's unit is 2^-30, so that it is exact
+// where it matters. What is exactly on a bound belongs to the row below it.
+constexpr Float64 keyShifter = 0x1.8p22 + 0x1p-4 - 0x1p-24;
 constexpr Float64 lastKey = 2.5;
 
 // Numbers from 2^-1020 up to 2^126.
 constexpr auto stretch = [](int64_t count, const Float64* src, Float64* dst) {
-  using V = Lanes4;
-  alignas(32) Column keys;
+  if (!allHighWordsWithin(src, count, 0x00300000, 0x47d00000)) return false;
+  alignas(32) Column hi;
   Stages s;
-  const auto rows = [&](int64_t i) INLINED {
-    return [=, &keys](int lane)
-               INLINED { return uint64_t{32} * reinterpret_cast<const unsigned char*>(keys + i + lane)[3]; };
-  };
-  V allWithin = broadcast<V>(-0.0);  // the sign bits count
-  eachVector(count, [&](int64_t i) INLINED {
+  Float64* const keys = s.u;  // until the quotients come
+  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
     const V cut = andBits(load<V>(src + i), broadcast<V>(fromBits(0x7fffffff00000000)));
-    const V within = isWithin(cut, 0x1p-1020, 0x1p126);
-    allWithin = andBits(allWithin, within);
-    store<V>(keys + i, V(_mm256_min_pd(andBits(cut, within), broadcast<V>(lastKey))) + keyShifter);
+    const V key = smallerLanes(cut, broadcast<V>(lastKey)) + keyShifter;
+    store(keys + i, andBits(key, broadcast<V>(fromBits(0xfffffffffc000000))));
   });
-  if (signMask(allWithin) != 15) return false;
-
-  eachVector(count, [&](int64_t i) INLINED {
+  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+    const auto rows = [&](int lane)
+                          INLINED { return uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + i + lane)[3]; };
     const V a = magnitude(load<V>(src + i)), ah = upperPart(a);
-    const auto [c, kept] = twoColumns<V>(atanSixteenths, rows(i));
-    const auto [nh, nl, d, dl] = fraction(ah, a - ah, c, kept);
-    store(s.nh + i, nh), store(s.nl + i, nl), store(s.d + i, d), store(s.dl + i, dl);
+    const auto [c, kept, ofHi, ofLo] = columns<4, V>(atanSixteenths, rows).of;
+    store(hi + i, ofHi), store(s.lo + i, ofLo);
+    const auto [nh, nl, dh, dl] = fraction(ah, a - ah, c, kept);
+    store(s.nh + i, nh), store(s.nl + i, nl), store(s.dh + i, dh), store(s.dl + i, dl);
   });
   divide(s, count);
   beginSeries(s, count);
-  eachVector(count, [&](int64_t i) INLINED {
-    const auto [hi, lo] = twoColumns<V>(atanSixteenths[0] + 2, rows(i));
-    const V v = sum(seriesAt(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i) + lo, hi);
+  eachGroup(count, [&]<class V>(V, int64_t i) INLINED {
+    const V v = sum(seriesAt<V>(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(hi + i));
     store(dst + i, orBits(v, signOf(load<V>(src + i))));
   });
   return true;

@@ -85,7 +85,7 @@ template <class V>
 }
 template <class V>
 [[gnu::noinline]] void logRestStage(LogStrip& s, int count) {
-  eachVector<Four, V>(
+  eachVector<Pack<V, 2>, V>(
       count, [&]<class U>(U, int i) INLINED { store(s.rest + i, restOfLog1p(loadPair<U>(s.head + i, s.rest + i))); });
 }
 // Masks of the elements that aren't certain, and of those near the unit circle.
@@ -95,7 +95,7 @@ struct LogMasks {
 template <Base base, class V>
 [[gnu::noinline]] LogMasks logStage(LogStrip& s, int count) {
   uint64_t certain = 0, nearCircle = 0;
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
     const auto ln = sumOfLog(load<U>(s.base + i), load<U>(s.baseRest + i), load<U>(s.head + i), load<U>(s.rest + i));
     const auto log = certainLog<base>(ln);
     store(s.log + i, log.log.value);

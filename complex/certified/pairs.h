@@ -227,8 +227,7 @@ INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
 
 // `times`, a power of two, times e^x, for x from -708 to 709. Both rows' parts are one: f = g.
 template <class V, class Offsets>
-INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets,
-                                    V times = broadcast<V>(1.0)) {
+INLINE ShortPair<V> exponentialPair(WordsOf<V> n, const Remainder<V>& r, Offsets offsets, V times = broadcast<V>(1.0)) {
   const auto row = twoColumns<V>(hyperbolicRows, offsets);
   const V scale = fromHighWords<V>((wrappingSum(n, 1023 * 64) << 14) & 0x7ff00000) * times;
   const V f = row.first, low = row.second;

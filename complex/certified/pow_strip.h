@@ -45,7 +45,7 @@ struct OneExponent {
 template <class V>
 [[gnu::noinline]] uint64_t angleStage(LogStrip& s, int count) {
   uint64_t certain = 0;
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
     const auto angle = angleAt<Base::e, U>(s, i);
     store(s.angle + i, angle.value);
     certain |= signMask(angle.isCertain) << i;
@@ -142,7 +142,7 @@ template <class V>
 
 template <class V>
 [[gnu::noinline]] void exponentialStage(PowStrip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
     const ReducedStrip& x = s.reducedX;
     const auto e = exponentialPair(loadWords<U>(x.n + i), remainderAt<U>(x, i), rowsAt(x.row + i));
     store(s.expHead + i, e.head), store(s.expRest + i, e.rest);

@@ -17,7 +17,7 @@ INLINE Remainder<V> remainderAt(const ReducedStrip& s, int i) {
 }
 template <class V, class Make>
 INLINE void makeRemainders(ReducedStrip& s, int count, Make make) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
     const Remainder<U> r = make(Reduced<U>{U{}, load<U>(s.head + i), load<U>(s.tail + i)});
     store(s.head + i, r.head), store(s.tail + i, r.tail), store(s.p + i, r.p);
   });

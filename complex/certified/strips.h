@@ -60,7 +60,8 @@ INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64
 
 // In stages, each a loop over the strip. What binds them is not the operations but those that wait for others:
 // the processor holds some 64 of these. So a stage is a chain of some 30 cycles, and leaves numbers and places of
-// rows in the strip for the next one. W is two vectors in lockstep or four lanes, V one vector.
+// rows in the strip for the next one. W is four lanes, or, where registers are enough, two vectors in lockstep; V is
+// one vector.
 template <class W, class V, class Stage>
 INLINE void eachVector(int count, Stage stage) {
   int i = 0;
