@@ -37,10 +37,12 @@ TEST_P(EveryFunction, GivesAnElementTheSameBitsWhereverItStands) {
 // stops.
 TEST_P(EveryFunction, GivesTheSameBitsInLongStretches) {
   constexpr int32_t longest = 1100;
-  for (const double outsider : {1.0, 0.0, -1.0, 0x1p-1074, 0x1p-130, 1e300, HUGE_VAL, -HUGE_VAL, double{NAN}}) {
+  for (const double outsider :
+       {1.0, 0.0, -1.0, 0x1p-1074, 0x1.9p-1021, 0x1p-130, 0x1.9p129, 1e300, HUGE_VAL, -HUGE_VAL, double{NAN}}) {
     Inputs x = ordinaryInputs(f, 7, longest);
     size_t part = 0;
     for (const int32_t place : {40, 300, 1050}) x.in[0][f.reals(place) + part++ % f.reals(1)] = outsider;
+    if (f.signature.inputs == 2) x.in[1][f.reals(300)] = 0.8 * outsider;  // a moderate ratio
     const Sample s = sampleOf(std::move(x));
     Outputs y = outputsFor(longest);
     for (int32_t first : {0, 3, 41})
