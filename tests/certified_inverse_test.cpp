@@ -30,11 +30,11 @@ constexpr Subject subject(const char* name, ComplexUnary served, Unsure unsure) 
   return {{name, served, element<function>}, isCertain<function>, imaginaryIsA(function), unsure};
 }
 const Subject subjects[] = {
-    subject<Function::asinh>("asinh", nuvsAsinh_64fc_A53, {705, 649, 775, 622, 646, 281, 227}),
-    subject<Function::asin>("asin", nuvsAsin_64fc_A53, {705, 649, 775, 622, 646, 281, 227}),
+    subject<Function::asinh>("asinh", nuvsAsinh_64fc_A53, {705, 649, 775, 622, 593, 281, 227}),
+    subject<Function::asin>("asin", nuvsAsin_64fc_A53, {705, 649, 775, 622, 593, 281, 227}),
     subject<Function::acosh>("acosh", nuvsAcosh_64fc_A53, {705, 774, 775, 824, 780, 281, 226}),
     subject<Function::acos>("acos", nuvsAcos_64fc_A53, {705, 774, 775, 824, 780, 281, 226}),
-    subject<Function::atan>("atan", nuvsAtan_64fc_A53, {827, 356, 2364, 75, 458, 342, 1046}),
+    subject<Function::atan>("atan", nuvsAtan_64fc_A53, {827, 356, 2364, 75, 547, 342, 1046}),
 };
 Complex64 pointOf(const Subject& s, double a, double b) { return s.imaginaryIsA ? Complex64{b, a} : Complex64{a, b}; }
 
@@ -116,7 +116,7 @@ TEST(CertifiedInverse, TheBoundsAreOfTheRightSize) {
       for (int i = 0; i < 100000; ++i) {
         double a = uniform(random, -size, size), b = uniform(random, -size, size);
         if (size == 0) {
-          const double radius = uniform(random, 1.02, 1.04), angle = uniform(random, 0, 7);
+          const double radius = uniform(random, 0.98, 1.03), angle = uniform(random, 0, 7);
           a = radius * std::cos(angle), b = radius * std::sin(angle);
         }
         unsure += !subject.certain(a, b, ofLog, ofAngle);
