@@ -48,12 +48,13 @@ INLINE auto withKnownCount(int64_t count, Stages stages) {
 }
 
 // Where stages are loops of their own, and leave all that they make in memory: f(V, int64_t i) for
-// each group of vectors in lockstep, V{} standing for its type, and for what remains, one of Last.
+// each group of vectors in lockstep, V{} standing for its type, and for what remains, vectors of Last.
 template <class Group, class Last, class F>
 INLINE void eachGroup(int64_t count, F f) {
   int64_t i = 0;
   for (; i + laneCount<Group> <= count; i += laneCount<Group>) f(Group{}, i);
-  if (i < count) f(Last{}, i);
+  if constexpr (laneCount<Group> != laneCount<Last>)
+    for (; i < count; i += laneCount<Last>) f(Last{}, i);
 }
 
 // Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may

@@ -42,37 +42,37 @@ INLINE void storePair(Float64* head, Float64* rest, ShortPair<V> p) {
 
 template <class W, class V>
 [[gnu::noinline]] void excessStage(SineStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto e = excessOf(magnitude(load<U>(s.a + i)), magnitude(load<U>(s.b + i)));
     storePair(s.xHead + i, s.xRest + i, e.halfOfQ), store(s.eHead + i, e.b2.high), store(s.eRest + i, e.b2.low);
   });
 }
 template <class U>
-INLINE Excess<U> excessAt(const SineStrip& s, int i) {
+INLINE Excess<U> excessAt(const SineStrip& s, int64_t i) {
   return {loadPair<U>(s.xHead + i, s.xRest + i), {load<U>(s.eHead + i), load<U>(s.eRest + i)}};
 }
 template <class W, class V>
 [[gnu::noinline]] void rhoStage(SineStrip& s, int count) {
-  eachVector<W, V>(
-      count, [&]<class U>(U, int i) INLINED { storePair(s.yHead + i, s.yRest + i, halfOfRho(excessAt<U>(s, i))); });
+  eachGroup<W, V>(
+      count, [&]<class U>(U, int64_t i) INLINED { storePair(s.yHead + i, s.yRest + i, halfOfRho(excessAt<U>(s, i))); });
 }
 template <class W, class V>
 [[gnu::noinline]] void squareStage(SineStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto p = sinhAndCosSquared(excessAt<U>(s, i), loadPair<U>(s.yHead + i, s.yRest + i));
     storePair(s.xHead + i, s.xRest + i, p.t), storePair(s.yHead + i, s.yRest + i, p.v);
   });
 }
 template <class W, class V>
 [[gnu::noinline]] void rootStage(SineStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto g = sinhTimesCosh(loadPair<U>(s.xHead + i, s.xRest + i));
     storePair(s.eHead + i, s.eRest + i, g.root), store(s.reciprocal + i, g.reciprocal);
   });
 }
 template <class W, class V>
 [[gnu::noinline]] void pointStage(SineStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const SinhAndCos<U> p = {loadPair<U>(s.xHead + i, s.xRest + i), loadPair<U>(s.yHead + i, s.yRest + i)};
     const RootPair<U> g = {loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.reciprocal + i)};
     const auto point = inverseSinePoint(magnitude(load<U>(s.a + i)), magnitude(load<U>(s.b + i)), p, g);
@@ -86,7 +86,7 @@ template <class W, class V>
 }
 template <class W, class V>
 [[gnu::noinline]] void remainderStage(SineStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto row = columns<4, U>(log1pRows, rowsAt(s.rowOfLog + i));
     const auto e = loadPair<U>(s.eHead + i, s.eRest + i);
     const auto log = splitRemainder(log1pRemainder(e, loadWords<U>(s.near + i), row));
@@ -95,7 +95,7 @@ template <class W, class V>
 }
 template <Function function, class W, class V>
 [[gnu::noinline]] void halfAngleStage(SineStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto row = columns<4, U>(angleRows, rowsAt(s.rowOfAngle + i));
     const auto cos = loadPair<U>(s.xHead + i, s.xRest + i), sin = loadPair<U>(s.yHead + i, s.yRest + i);
     const auto t = angleTermsOf<function>(cos, sin, load<U>(s.a + i), load<U>(s.s + i), row);
@@ -105,14 +105,14 @@ template <Function function, class W, class V>
 
 template <class W, class V>
 [[gnu::noinline]] void tangentStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto point = inverseTangentPoint(magnitude(load<U>(s.a + i)), magnitude(load<U>(s.b + i)));
     storePair(s.eHead + i, s.eRest + i, point.distance), storePair(s.xHead + i, s.xRest + i, point.x);
   });
 }
 template <class W, class V>
 [[gnu::noinline]] void rowStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const U a = magnitude(load<U>(s.a + i)), b = magnitude(load<U>(s.b + i));
     const auto rows = tangentRows(a, b, loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.xHead + i));
     storePair(s.eHead + i, s.eRest + i, rows.e), store(s.common + i, rows.common), store(s.up + i, rows.up);
@@ -123,7 +123,7 @@ template <class W, class V>
 }
 template <class W, class V>
 [[gnu::noinline]] void logTermStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto row = columns<4, U>(log1pRows, rowsAt(s.rowOfLog + i));
     const auto t =
         logTerms(loadPair<U>(s.eHead + i, s.eRest + i), load<U>(s.common + i), loadWords<U>(s.near + i), row);
@@ -133,7 +133,7 @@ template <class W, class V>
 }
 template <class W, class V>
 [[gnu::noinline]] void angleTermStage(TangentStrip& s, int count) {
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const Direction<U> direction = {load<U>(s.toTheRight + i), load<U>(s.upwards + i), {}};
     const auto t =
         angleTerms(loadPair<U>(s.xHead + i, s.xRest + i), magnitude(load<U>(s.b + i)), direction, load<U>(s.up + i));
@@ -163,7 +163,7 @@ INLINE void firstStages(StripOf<function>& s, int count) {
 template <Function function, class W, class V>
 [[gnu::noinline]] uint64_t logStage(StripOf<function>& s, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto e = loadPair<U>(s.eHead + i, s.eRest + i);
     Certain<U> log;
     if constexpr (function == Function::atan) {
@@ -180,7 +180,7 @@ template <Function function, class W, class V>
 template <Function function, class W, class V>
 [[gnu::noinline]] uint64_t angleStage(const StripOf<function>& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const U a = load<U>(s.a + i), b = load<U>(s.b + i), log = load<U>(s.log + i), x = load<U>(s.xHead + i);
     const auto y = loadPair<U>(s.yHead + i, s.yRest + i);
     Certain<U> angle;

@@ -58,7 +58,7 @@ INLINE void zeroExactly(Complex64& result, Float64 a) {
 template <Function function, bool aIsZero, class W, class V>
 [[gnu::noinline]] uint64_t axisStage(const InverseStrip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const U a = load<U>(s.a + i), b = load<U>(s.b + i);
     const auto p = axisParts<function, aIsZero>(a, b);
     storeParts(dst + i, signedParts<function>(p.angle, p.log, a, b));

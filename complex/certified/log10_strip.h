@@ -8,7 +8,7 @@ namespace {
 template <class V>
 [[gnu::noinline]] uint64_t log10AngleStage(const LogStrip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto angle = angleAt<Base::ten, U>(s, i);
     storeParts(dst + i, Parts<U>{load<U>(s.log + i), angle.value});
     certain |= signMask(angle.isCertain) << i;

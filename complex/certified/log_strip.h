@@ -64,7 +64,7 @@ template <class V>
 // Larger and smaller part, their ratio, and the norm with its row.
 template <class V>
 [[gnu::noinline]] void normStage(LogStrip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto parts = bySize(load<U>(s.x + i), load<U>(s.y + i));
     store(s.larger + i, parts.larger), store(s.smaller + i, parts.smaller);
     store(s.ratio + i, shiftedRatio(parts));
@@ -76,7 +76,7 @@ template <class V>
 }
 template <class V>
 [[gnu::noinline]] void logRowStage(LogStrip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const Sum<U> norm = {load<U>(s.norm + i), load<U>(s.normRest + i)};
     const auto a = logRemainder<false>(norm, loadWords<U>(s.wordOfNorm + i), rowsAt(s.rowOfNorm + i));
     store(s.base + i, a.base), store(s.baseRest + i, a.baseRest);
@@ -85,8 +85,8 @@ template <class V>
 }
 template <class V>
 [[gnu::noinline]] void logRestStage(LogStrip& s, int count) {
-  eachVector<Pack<V, 2>, V>(
-      count, [&]<class U>(U, int i) INLINED { store(s.rest + i, restOfLog1p(loadPair<U>(s.head + i, s.rest + i))); });
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i)
+                                      INLINED { store(s.rest + i, restOfLog1p(loadPair<U>(s.head + i, s.rest + i))); });
 }
 // Masks of the elements that aren't certain, and of those near the unit circle.
 struct LogMasks {
@@ -95,7 +95,7 @@ struct LogMasks {
 template <Base base, class V>
 [[gnu::noinline]] LogMasks logStage(LogStrip& s, int count) {
   uint64_t certain = 0, nearCircle = 0;
-  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto ln = sumOfLog(load<U>(s.base + i), load<U>(s.baseRest + i), load<U>(s.head + i), load<U>(s.rest + i));
     const auto log = certainLog<base>(ln);
     store(s.log + i, log.log.value);
@@ -126,7 +126,7 @@ template <Base base, class V>
 template <Base base, class W, class V>
 [[gnu::noinline]] uint64_t axisStage(LogStrip& s, int count) {
   uint64_t certain = 0;
-  eachVector<W, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<W, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const U y = load<U>(s.y + i);
     const auto both = certainOnAxis<base>(load<U>(s.x + i), y);
     store(s.log + i, both.log.value), store(s.angle + i, orBits(both.angle, signOf(y)));
@@ -149,7 +149,7 @@ INLINE uint64_t realParts(LogStrip& s, int count) {
 // The angles, after the norms, but for the last stage.
 template <class V>
 [[gnu::noinline]] void fractionStage(LogStrip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const BySize<U> parts = {load<U>(s.larger + i), load<U>(s.smaller + i)};
     const auto f = fractionOf(parts, load<U>(s.ratio + i));
     store(s.numerator + i, f.numerator.high), store(s.numeratorRest + i, f.numerator.low);
@@ -159,7 +159,7 @@ template <class V>
 }
 template <class V>
 [[gnu::noinline]] void angleRowStage(LogStrip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const Fraction<U> f = {{load<U>(s.numerator + i), load<U>(s.numeratorRest + i)},
                            loadPair<U>(s.head + i, s.rest + i),
                            load<U>(s.reciprocal + i)};
@@ -175,7 +175,7 @@ INLINE void angleRemainders(LogStrip& s, int count) {
   angleRowStage<V>(s, count);
 }
 template <Base base, class U>
-INLINE Certain<U> angleAt(const LogStrip& s, int i) {
+INLINE Certain<U> angleAt(const LogStrip& s, int64_t i) {
   const AngleRemainder<U> a = {load<U>(s.base + i), load<U>(s.baseRest + i), loadPair<U>(s.head + i, s.rest + i)};
   const auto angle = certainAngle<base>(a);
   return {orBits(angle.value, signOf(load<U>(s.y + i))), angle.isCertain};

@@ -45,7 +45,7 @@ struct OneExponent {
 template <class V>
 [[gnu::noinline]] uint64_t angleStage(LogStrip& s, int count) {
   uint64_t certain = 0;
-  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto angle = angleAt<Base::e, U>(s, i);
     store(s.angle + i, angle.value);
     certain |= signMask(angle.isCertain) << i;
@@ -141,7 +141,7 @@ template <class V>
 
 template <class V>
 [[gnu::noinline]] void exponentialStage(PowStrip& s, int count) {
-  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const ReducedStrip& x = s.reducedX;
     const auto e = exponentialPair(loadWords<U>(x.n + i), remainderAt<U>(x, i), rowsAt(x.row + i));
     store(s.expHead + i, e.head), store(s.expRest + i, e.rest);
@@ -150,7 +150,7 @@ template <class V>
 template <class V>
 [[gnu::noinline]] uint64_t powerStage(const PowStrip& s, Float64 bound, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto e = loadPair<U>(s.expHead + i, s.expRest + i);
     const auto t = turnAt<U>(s.turn, i);
     const auto power = certainExponential(e, t.sin, t.cos, load<U>(s.y + i), bound);
@@ -164,7 +164,7 @@ template <class V>
 template <class V>
 [[gnu::noinline]] uint64_t realPowerStage(const PowStrip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto e = fastSum(load<U>(s.expHead + i), load<U>(s.expRest + i));
     const auto power = certainRelative(e, boundOfReal);
     storeParts(dst + i, Parts<U>{power.value, load<U>(s.y + i)});

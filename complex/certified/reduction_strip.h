@@ -13,12 +13,12 @@ struct ReducedStrip {
   alignas(32) Float64 head[stripLength], tail[stripLength], p[stripLength];
 };
 template <class V>
-INLINE Remainder<V> remainderAt(const ReducedStrip& s, int i) {
+INLINE Remainder<V> remainderAt(const ReducedStrip& s, int64_t i) {
   return {load<V>(s.head + i), load<V>(s.tail + i), load<V>(s.p + i)};
 }
 template <class V, class Make>
 INLINE void makeRemainders(ReducedStrip& s, int count, Make make) {
-  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const Remainder<U> r = make(Reduced<U>{U{}, load<U>(s.head + i), load<U>(s.tail + i)});
     store(s.head + i, r.head), store(s.tail + i, r.tail), store(s.p + i, r.p);
   });
@@ -26,7 +26,7 @@ INLINE void makeRemainders(ReducedStrip& s, int count, Make make) {
 
 template <bool ofMagnitude, class V>
 [[gnu::noinline]] void exponentReductionStage(ReducedStrip& s, const Float64* x, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const U argument = load<U>(x + i);
     const auto a = reducedByLn2(ofMagnitude ? magnitude(argument) : argument);
     const auto n = lowWords(a.shifted);
@@ -48,7 +48,7 @@ INLINE void reduceExponents(ReducedStrip& s, const Float64* x, int count) {
 template <bool large, class V>
 [[gnu::noinline]] uint64_t turnReductionStage(ReducedStrip& s, const Float64* y, Float64 nearest, int count) {
   uint64_t unsure = 0;
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto a = reducedByPi<large>(magnitude(load<U>(y + i)), nearest);
     storeWords(s.row + i, rowOfTurn(lowWords(a.reduced.shifted)));
     store(s.head + i, a.reduced.r), store(s.tail + i, a.reduced.rest);
@@ -74,14 +74,14 @@ struct TurnStrip {
 };
 template <class V>
 [[gnu::noinline]] void turnStage(const ReducedStrip& y, TurnStrip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto t = trigonometricPairs(remainderAt<U>(y, i), rowsAt(y.row + i));
     store(s.sinHead + i, t.sin.head), store(s.sinRest + i, t.sin.rest);
     store(s.cosHead + i, t.cos.head), store(s.cosRest + i, t.cos.rest);
   });
 }
 template <class V>
-INLINE TrigonometricPairs<V> turnAt(const TurnStrip& s, int i) {
+INLINE TrigonometricPairs<V> turnAt(const TurnStrip& s, int64_t i) {
   return {loadPair<V>(s.sinHead + i, s.sinRest + i), loadPair<V>(s.cosHead + i, s.cosRest + i)};
 }
 

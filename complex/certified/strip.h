@@ -73,7 +73,7 @@ INLINE Certain<V> certainPair(ShortPair<V> a, V sign, V bound) {
 
 template <bool hasLarge, class V>
 [[gnu::noinline]] void hyperbolicStage(Strip& s, int count) {
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const ReducedStrip& a = s.reducedX;
     const U x = magnitude(load<U>(s.x + i));
     const auto h = hyperbolicPairs<hasLarge>(x, loadWords<U>(a.n + i), remainderAt<U>(a, i), rowsAt(a.row + i));
@@ -88,7 +88,7 @@ INLINE V isLargeX(V x) {
 template <Function function, bool hasLarge, class V>
 [[gnu::noinline]] uint64_t productStage(const Strip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<Four, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Four, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto sinh = loadPair<U>(s.sinhHead + i, s.sinhRest + i), cosh = loadPair<U>(s.coshHead + i, s.coshRest + i);
     const auto [sin, cos] = turnAt<U>(s.turn, i);
     const U x = load<U>(s.x + i), y = load<U>(s.y + i);
@@ -117,7 +117,7 @@ template <Function function, bool hasLarge, class V>
 template <Function function, bool hasLarge, class V>
 [[gnu::noinline]] uint64_t quotientStage(const Strip& s, Complex64* dst, int count) {
   uint64_t certain = 0;
-  eachVector<Pack<V, 2>, V>(count, [&]<class U>(U, int i) INLINED {
+  eachGroup<Pack<V, 2>, V>(count, [&]<class U>(U, int64_t i) INLINED {
     const auto [sin, cos] = turnAt<U>(s.turn, i);
     const auto sinh = loadPair<U>(s.sinhHead + i, s.sinhRest + i), cosh = loadPair<U>(s.coshHead + i, s.coshRest + i);
     const U x = load<U>(s.x + i), y = load<U>(s.y + i), isLarge = isLargeX(x);

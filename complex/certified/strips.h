@@ -5,6 +5,7 @@
 #include "complex/certified/pairs.h"
 #include "complex/parts.h"
 #include "frame/kernel_frame.h"
+#include "frame/pipeline.h"
 
 namespace qorvane {
 namespace {
@@ -77,17 +78,11 @@ INLINE Certain<V> certainProduct(ShortPair<V> a, ShortPair<V> b, V sign, Float64
   return certainWithSign(fastSum(p.high, p.low), sign, bound);
 }
 
-// In stages, each a loop over the strip. What binds them is not the operations but those that wait for others:
-// the processor holds some 64 of these. So a stage is a chain of some 30 cycles, and leaves numbers and places of
-// rows in the strip for the next one. W is four lanes, or, where registers are enough, two vectors in lockstep; V is
-// one vector.
-template <class W, class V, class Stage>
-INLINE void eachVector(int count, Stage stage) {
-  int i = 0;
-  for (; i + laneCount<W> <= count; i += laneCount<W>) stage(W{}, i);
-  if constexpr (laneCount<W> != laneCount<V>)
-    for (; i < count; i += laneCount<V>) stage(V{}, i);
-}
+// The stages are loops over the strip. What binds them is not the operations but those that wait for others: the
+// processor holds some 64 of these. So a stage is a chain of some 30 cycles, and leaves numbers and places of rows in
+// the strip for the next one. W is four lanes, or, where registers are enough, two vectors in lockstep; V is one
+// vector.
+
 // The places of rows that an earlier stage has left, for the tables' functions.
 INLINE auto rowsAt(const int* offsets) {
   return [offsets](int lane) INLINED -> uint64_t { return static_cast<uint32_t>(offsets[lane]); };
