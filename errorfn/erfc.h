@@ -214,8 +214,15 @@ INLINE nuvStatus erfcLoop(const Float64* src, Float64* dst, int64_t len) {
         return fits;
       },
       [](int64_t count, const Float64* x, Float64* y) INLINED {
-        return unaryLoop<Four, Raises::no>(
-            x, y, count, [](auto v) INLINED { return erfcCore(v); }, erfcIsFlagged, erfcSpecialLane);
+        // Three elements in two registers go through them side by side, like four.
+        Float64 four[4];
+        const bool isThree = isPack<Four> && count == 3;
+        if (isThree) store(four, load<Lanes2>(x)), store(four + 2, broadcast<Lanes2>(x[2]));
+        const nuvStatus status = unaryLoop<Four, Raises::no>(
+            isThree ? four : x, isThree ? four : y, isThree ? 4 : count, [](auto v) INLINED { return erfcCore(v); },
+            erfcIsFlagged, erfcSpecialLane);
+        if (isThree) store(y, load<Lanes2>(four)), y[2] = four[2];
+        return status;
       },
       src, dst);
 }

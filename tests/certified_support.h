@@ -26,7 +26,8 @@ inline double uniform(Random& random, double low, double high) {
   return low + (high - low) * static_cast<double>(random() >> 11) * 0x1p-53;
 }
 inline double signedPower(Random& random, double from, double to) {
-  return std::copysign(std::exp2(uniform(random, from, to)), (random() & 1) != 0 ? 1.0 : -1.0);
+  const double sign = (random() & 1) != 0 ? 1.0 : -1.0;  // drawn first, by every compiler
+  return std::copysign(std::exp2(uniform(random, from, to)), sign);
 }
 
 inline bool same(double a, double b) { return bits(a) == bits(b) || (a != a && b != b); }
