@@ -2,8 +2,8 @@
 // terms; the program that sqrt_ssse3.cpp and sqrt_avx.cpp compile for their registers.
 //
 // Elements with parts outside 2^-459 to 2^511, or parts further apart than a factor of about 2^58,
-// are done one by one, but for blocks on an axis; so are the last ones after whole blocks. The bits
-// are the same.
+// are done one by one, but for blocks on an axis; so are the last one to three after whole blocks.
+// The bits are the same.
 //
 // Error: at most 0.502 ulp in either part (docs/accuracy.md has the arguments), in round to
 // nearest; the modes are the caller's.
@@ -36,12 +36,14 @@ INLINE void single(const Complex64* src, Complex64* dst) {
   *dst = complexSqrt(z.re, z.im);
 }
 
-INLINE Halves<Block> blockHalfOfSum(Parts<Block> z) {
+template <class V>
+INLINE Halves<V> vectorHalfOfSum(Parts<V> z) {
   return halfOfSum<Terms::seven>(magnitude(z.re), magnitude(z.im));
 }
-INLINE Parts<Block> blockRoot(Parts<Block> z, Halves<Block> t) {
-  const Root<Block> root = rootFrom<Terms::seven>(t, magnitude(z.im));
-  const Block negative = lessLanes(z.re, broadcast<Block>(0.0));
+template <class V>
+INLINE Parts<V> vectorRoot(Parts<V> z, Halves<V> t) {
+  const Root<V> root = rootFrom<Terms::seven>(t, magnitude(z.im));
+  const V negative = lessLanes(z.re, broadcast<V>(0.0));
   return {select(negative, root.i, root.r), orBits(select(negative, root.r, root.i), signOf(z.im))};
 }
 
@@ -78,7 +80,7 @@ INLINE bool axisBlock(Parts<Block> z, Complex64* dst) {
   }
   if (__builtin_popcount(apart) < 2 + laneCount<PartOf<Block>>) {  // else the vectors take longer
     const Parts<Block> parts = loadParts<Block>(z);
-    storeParts(z, blockRoot(parts, blockHalfOfSum(parts)));
+    storeParts(z, vectorRoot(parts, vectorHalfOfSum(parts)));
   } else {
     apart = 0xff;
   }
@@ -101,18 +103,22 @@ nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
       const Parts<Block> z = loadParts<Block>(src + whole);
       if (anyApart(z)) [[unlikely]]
         break;
-      const Halves<Block> t = blockHalfOfSum(z);
+      const Halves<Block> t = vectorHalfOfSum(z);
       store(upper + whole, t.upper), store(rest + whole, t.rest);
     }
     for (; i < whole; i += 8) {
       const Parts<Block> z = loadParts<Block>(src + i);
       const Halves<Block> t = {load<Block>(upper + i), load<Block>(rest + i)};
-      storeParts(dst + i, blockRoot(z, t));
+      storeParts(dst + i, vectorRoot(z, t));
     }
     if (count - whole >= 8) {
       mixedBlock(src + whole, dst + whole);
       count = whole + 8;
     } else {
+      if (count - i >= 4) {
+        const Parts<Four> z = loadParts<Four>(src + i);
+        if (!anyApart(z)) storeParts(dst + i, vectorRoot(z, vectorHalfOfSum(z))), i += 4;
+      }
       for (; i < count; ++i) single(src + i, dst + i);
     }
   }
