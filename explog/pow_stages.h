@@ -200,6 +200,14 @@ template <Program program, Repair repair, Exponents exponents>
   return status;
 }
 
+// stages(count). Where the count is `known` the compiler knows it, too: what one stage leaves in memory
+// for the next one then stays in registers.
+template <int64_t known, class Stages>
+INLINE auto withKnownCount(int64_t count, Stages stages) {
+  if (count == known) return stages(std::integral_constant<int64_t, known>{});
+  return stages(count);
+}
+
 // The last elements after whole blocks, if they are many, are made up to a block with ones, which
 // raise no flag and aren't outside. `flags` are those of MXCSR, errors at least.
 template <class Part, Program program, Repair repair, Exponents exponents>

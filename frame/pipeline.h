@@ -39,14 +39,6 @@ INLINE void pipeline(int64_t count, Stages... stages) {
   (std::make_integer_sequence<int, fill>{});
 }
 
-// stages(count). Where the count is `known` the compiler knows it, too: what one stage leaves in memory
-// for the next one then stays in registers.
-template <int64_t known, class Stages>
-INLINE auto withKnownCount(int64_t count, Stages stages) {
-  if (count == known) return stages(std::integral_constant<int64_t, known>{});
-  return stages(count);
-}
-
 // Where stages are loops of their own, and leave all that they make in memory: f(V, int64_t i) for
 // each group of vectors in lockstep, V{} standing for its type, and for what remains, vectors of Last.
 template <class Group, class Last, class F>

@@ -77,14 +77,16 @@ INLINE Reduced<V> reducedByLn2(V x) {
   const V r1 = k * ln2By64Lo, r = r0 - r1;
   return {s, r, (r0 - r) - r1};
 }
-template <class V>
-INLINE Remainder<V> remainderByLn2(const Reduced<V>& a) {
-  constexpr Float64 t7 = fromBits(0x3f2a01a01a01a01a);  // 1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);  // 1/120
-  constexpr Float64 t3 = fromBits(0x3fc5555555555555);  // 1/6
-  constexpr Float64 p6 = fromBits(0x3f56c16c16c16c17);  // 1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
-  constexpr Float64 p2 = 0.5;
+// With t and p, whose terms have one sign, or alternate ones.
+template <bool ofTurn, class V>
+INLINE Remainder<V> remainderOf(const Reduced<V>& a) {
+  constexpr Float64 sign = ofTurn ? -1 : 1;
+  constexpr Float64 t7 = sign * fromBits(0x3f2a01a01a01a01a);  // 1/5040
+  constexpr Float64 t5 = fromBits(0x3f81111111111111);         // 1/120
+  constexpr Float64 t3 = sign * fromBits(0x3fc5555555555555);  // 1/6
+  constexpr Float64 p6 = sign * fromBits(0x3f56c16c16c16c17);  // 1/720
+  constexpr Float64 p4 = fromBits(0x3fa5555555555555);         // 1/24
+  constexpr Float64 p2 = sign * 0.5;
   const V r = a.r, head = isFused ? r : headOf(r), q = r * r;
   const V t = timesPlus(timesPlus(t7, q, t5), q, t3) * q, p = timesPlus(timesPlus(p6, q, p4), q, p2) * q;
   return {head, timesPlus(t, r, isFused ? a.rest : (r - head) + a.rest), p};
@@ -123,7 +125,7 @@ template <bool large = false, class V>
 INLINE HyperbolicPairs<V> hyperbolicPairs(V x) {
   const Reduced<V> a = reducedByLn2(x);
   const auto n = lowWords(a.shifted);
-  return hyperbolicPairs<large>(x, n, remainderByLn2(a), rowOfPower(n));
+  return hyperbolicPairs<large>(x, n, remainderOf<false>(a), rowOfPower(n));
 }
 
 // `times`, a power of two, times e^x, for x from -708 to 709. Both rows' parts are one: f = g.
@@ -145,7 +147,7 @@ template <class V>
 INLINE ShortPair<V> exponentialPair(V x, V times = broadcast<V>(1.0)) {
   const Reduced<V> a = reducedByLn2(x);
   const auto n = lowWords(a.shifted);
-  return exponentialPair(n, remainderByLn2(a), rowOfPower(n), times);
+  return exponentialPair(n, remainderOf<false>(a), rowOfPower(n), times);
 }
 
 // y = n pi/256 + r for y >= 0. Next to a multiple of pi/256 the remainder is good to 2^-126 y; in the form for large
@@ -183,19 +185,6 @@ INLINE ReducedTurn<V> reducedByPi(V y, Float64 nearest) {
   return {{s, r, r2}, lessLanes(magnitude(r), large ? n * 0x1p-48 : y * nearest)};
 }
 template <class V>
-INLINE Remainder<V> remainderByPi(const Reduced<V>& a) {
-  constexpr Float64 t7 = fromBits(0xbf2a01a01a01a01a);  // -1/5040
-  constexpr Float64 t5 = fromBits(0x3f81111111111111);  // 1/120
-  constexpr Float64 t3 = fromBits(0xbfc5555555555555);  // -1/6
-  constexpr Float64 p6 = fromBits(0xbf56c16c16c16c17);  // -1/720
-  constexpr Float64 p4 = fromBits(0x3fa5555555555555);  // 1/24
-  constexpr Float64 p2 = -0.5;
-  const V r = a.r, head = isFused ? r : headOf(r), q = r * r;
-  const V t = timesPlus(timesPlus(t7, q, t5), q, t3) * q, p = timesPlus(timesPlus(p6, q, p4), q, p2) * q;
-  return {head, timesPlus(t, r, isFused ? a.rest : (r - head) + a.rest), p};
-}
-
-template <class V>
 struct TrigonometricPairs {
   ShortPair<V> sin, cos;
 };
@@ -208,7 +197,7 @@ INLINE TrigonometricPairs<V> trigonometricPairs(const Remainder<V>& r, Offsets o
 }
 template <class V>
 INLINE TrigonometricPairs<V> trigonometricPairs(const Reduced<V>& a) {
-  return trigonometricPairs(remainderByPi(a), rowOfTurn(lowWords(a.shifted)));
+  return trigonometricPairs(remainderOf<true>(a), rowOfTurn(lowWords(a.shifted)));
 }
 template <class V>
 struct CertainTurn {

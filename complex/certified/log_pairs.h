@@ -102,18 +102,16 @@ INLINE LogRemainder<V> logRemainder(Sum<V> x, WordsOf<V> word, Offsets offsets) 
   const auto row = columns<4, V>(log1pRows, offsets);
   const V k = factor * row.of[0];
   const V base = timesPlus(ln2Hi, n, row.of[1]), baseRest = timesPlus(ln2Lo, n, row.of[2]);
+  V z, rest;
   if constexpr (isFused) {
-    const V product = x.high * k, z = product - 1.0;
-    const V rest = fused(x.low, k, fusedLess(x.high, k, product));
-    if constexpr (!isExact) return {base, baseRest, {z, rest + smallest}};
-    const Sum<V> sum = fastSum(z, rest);
-    return {base, baseRest, {sum.high, sum.low}};
+    const V product = x.high * k;
+    z = product - 1.0, rest = fused(x.low, k, fusedLess(x.high, k, product));
+  } else {
+    const V head = isExact ? headOf(x.high) : andBits(x.high, broadcast<V>(upper21));
+    z = head * k - 1.0, rest = ((x.high - head) + x.low) * k;
   }
-  const V head = isExact ? headOf(x.high) : andBits(x.high, broadcast<V>(upper21));
-  const V z = head * k - 1.0, rest = ((x.high - head) + x.low) * k;
   if constexpr (!isExact) return {base, baseRest, {z, rest + smallest}};
-  const Sum<V> sum = fastSum(z, rest);
-  return {base, baseRest, pairOf(sum)};
+  return {base, baseRest, pairOf(fastSum(z, rest))};
 }
 template <bool isExact, class V>
 INLINE LogRemainder<V> logRemainder(Sum<V> x) {

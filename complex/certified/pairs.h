@@ -15,7 +15,7 @@ constexpr bool isFused = true;
 constexpr bool isFused = false;
 #endif
 
-// a b + c and c - a b, with one rounding in the fused forms, and a b - c, which is made in these only.
+// A number for all lanes, or lanes as they are.
 template <class V, class A>
 INLINE V lifted(A a) {
   if constexpr (std::is_same_v<A, V>)
@@ -23,6 +23,7 @@ INLINE V lifted(A a) {
   else
     return broadcast<V>(a);
 }
+// a b + c and c - a b, with one rounding in the fused forms.
 template <class A, class V, class C>
 INLINE V timesPlus(A a, V b, C c) {
   if constexpr (isFused)
@@ -62,11 +63,8 @@ INLINE ShortPair<V> pairOf(Sum<V> x) {
 // v + low; low is below 2^-12 of v, or v and low are 0.
 template <class V>
 INLINE ShortPair<V> shortPair(V v, V low) {
-  if constexpr (isFused) {
-    const V head = v + low;
-    return {head, (v - head) + low};
-  }
-  const V head = headOf(v + low);
+  V head = v + low;
+  if constexpr (!isFused) head = headOf(head);
   return {head, (v - head) + low};
 }
 

@@ -36,7 +36,7 @@ template <bool ofMagnitude, class V>
 }
 template <class V>
 [[gnu::noinline]] void exponentRemainderStage(ReducedStrip& s, int count) {
-  makeRemainders<V>(s, count, [](const auto& a) INLINED { return remainderByLn2(a); });
+  makeRemainders<V>(s, count, [](const auto& a) INLINED { return remainderOf<false>(a); });
 }
 // x for e^x, or |x|.
 template <bool ofMagnitude, class V>
@@ -58,7 +58,7 @@ template <bool large, class V>
 }
 template <class V>
 [[gnu::noinline]] void turnRemainderStage(ReducedStrip& s, int count) {
-  makeRemainders<V>(s, count, [](const auto& a) INLINED { return remainderByPi(a); });
+  makeRemainders<V>(s, count, [](const auto& a) INLINED { return remainderOf<true>(a); });
 }
 // |y|; a mask of the elements that are unsure.
 template <bool large, class V>
