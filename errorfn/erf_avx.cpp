@@ -64,13 +64,7 @@ nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1 && !anyHighWordOutside(*src, fastFrom, fastTo))
     return *dst = erfCore(*src, fromBits(~uint64_t{0})), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortestStretch, vector>(
-      len,
-      [](int64_t count, const Float64* x, Float64* y) INLINED {
-        Stretch c;
-        const bool fits = reduceStretch(x, count, c);
-        if (fits) evaluateStretch(x, y, count, c);
-        return fits;
-      },
+      len, inStages<Stretch, reduceStretch, evaluateStretch>,
       [](int64_t count, const Float64* x, Float64* y) INLINED {
         return unaryLoop<Lanes4, Raises::no>(
             x, y, count, [](Lanes4 v) INLINED { return erfCore(v, isInside(magnitude(v))); },

@@ -206,13 +206,7 @@ template <int64_t shortest, auto evaluate>
 INLINE nuvStatus erfcLoop(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1 && !erfcIsFlagged(*src)) return *dst = erfcCore(*src), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortest, vector>(
-      len,
-      [](int64_t count, const Float64* x, Float64* y) INLINED {
-        Stretch c;
-        const bool fits = reduceStretch(x, count, c);
-        if (fits) evaluate(x, y, count, c);
-        return fits;
-      },
+      len, inStages<Stretch, reduceStretch, evaluate>,
       [](int64_t count, const Float64* x, Float64* y) INLINED {
         // Three elements in two registers go through them side by side, like four.
         Float64 four[4];

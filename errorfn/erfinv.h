@@ -102,13 +102,7 @@ template <int64_t shortest, auto evaluate, auto special>
 INLINE nuvStatus erfInvLoop(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1 && !erfInvIsFlagged(*src)) return *dst = erfInvCore(*src), nuvStatusOk;
   return shortOrLongLoop<longestStretch, shortest, vector>(
-      len,
-      [](int64_t count, const Float64* x, Float64* y) INLINED {
-        Stretch c;
-        const bool fits = reduceStretch(x, count, c);
-        if (fits) evaluate(x, y, count, c);
-        return fits;
-      },
+      len, inStages<Stretch, reduceStretch, evaluate>,
       [](int64_t count, const Float64* x, Float64* y) INLINED {
         return unaryLoop<Four, Raises::yes>(
             x, y, count, [](auto v) INLINED { return erfInvCore(v); }, erfInvIsFlagged, special);

@@ -95,5 +95,15 @@ INLINE bool anyHighWordOutside(V x, int from, int to) {
     return any((from > words) | (words > to - 1));
 }
 
+// For shortOrLongLoop: a stretch that reduce(x, count, c) finds no flagged element in goes through
+// evaluate(x, y, count, c).
+template <class Stretch, auto reduce, auto evaluate>
+constexpr auto inStages = [](int64_t count, const Float64* x, Float64* y) INLINED {
+  Stretch c;
+  const bool fits = reduce(x, count, c);
+  if (fits) evaluate(x, y, count, c);
+  return fits;
+};
+
 }  // namespace
 }  // namespace qorvane
