@@ -12,6 +12,7 @@
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
 #include "hyperbolic/extended_ln.h"
+#include "hyperbolic/log_of_sum.h"
 
 namespace qorvane {
 namespace {
@@ -36,27 +37,30 @@ Extended sum(Extended x) { return x + root(x * x - 1.0L); }
   return {fromBits(0x7fffffffffffffff), x != x ? nuvStatusOk : nuvStatusOutOfDomain};
 }
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+// Up to a strip of any arguments.
+[[gnu::noinline]] nuvStatus acoshProgram(const Float64* src, Float64* dst, int64_t len) {
+  const int count = static_cast<int>(len);
   ExtendedChunk chunk;
+  uint64_t flagged = 0;
+  for (int c = 0; c < count; ++c) {
+    const bool is = isFlagged(src[c]);
+    flagged |= uint64_t{is} << c;
+    storeParts(chunk, c, sum(is ? 2.0 : src[c]));
+  }
+  reduceParts(chunk, count);
+  for (int c = 0; c < count; ++c) dst[c] = static_cast<Float64>(lnAt(chunk, c));
   nuvStatus status = nuvStatusOk;
-  for (int count; len > 0; src += count, dst += count, len -= count) {
-    count = len < extendedChunk ? static_cast<int>(len) : extendedChunk;
-    Float64 x[extendedChunk];
-    uint64_t flagged = 0;
-    for (int c = 0; c < count; ++c) {
-      x[c] = src[c];
-      const bool is = isFlagged(x[c]);
-      flagged |= uint64_t{is} << c;
-      storeParts(chunk, c, sum(is ? 2.0 : x[c]));
-    }
-    reduceParts(chunk, count);
-    for (int c = 0; c < count; ++c) dst[c] = static_cast<Float64>(lnAt(chunk, c));
-    for (; flagged != 0; flagged &= flagged - 1) {
-      const int c = __builtin_ctzll(flagged);
-      takeElement<Raises::no>(status, dst + c, acoshSpecialLane(x[c]));
-    }
+  for (; flagged != 0; flagged &= flagged - 1) {
+    const int c = __builtin_ctzll(flagged);
+    takeElement<Raises::no>(status, dst + c, acoshSpecialLane(src[c]));
   }
   return status;
+}
+
+constexpr Definition definition{{8, 5}, 0x3ff1, acoshProgram};
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return inverseLoop<Inverse::ofCosh>(src, dst, len, definition);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 // Special values: +0, -0, +Inf, -Inf give themselves, NaN the NaN, quiet. No element fails.
 #include "frame/kernel_frame.h"
 #include "hyperbolic/extended_ln.h"
+#include "hyperbolic/log_of_sum.h"
 
 namespace qorvane {
 namespace {
@@ -29,38 +30,29 @@ Extended sum(Extended a) { return a + root(a * a + 1.0L); }
   return withSignOf(static_cast<Float64>(a + a * (w * (b3 * w + b1))), x);
 }
 
-// One unflagged element. The number goes from memory into the x87 unit and back, its sign by
-// factors: a way through other registers and the stack would take longer than they do.
-void ordinaryElement(const Float64* src, Float64* dst) {
-  static constexpr Float64 signs[] = {1.0, -1.0};
-  const Extended sign = signs[toBits(*src) >> 63];
-  ExtendedChunk one;
-  storeParts(one, 0, sum(sign * *src));
-  reduceParts(one, 1);
-  *dst = static_cast<Float64>(sign * lnAt(one, 0));
-}
-
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  if (len == 1 && !isFlagged(*src)) return ordinaryElement(src, dst), nuvStatusOk;
+// Up to a strip of any arguments.
+[[gnu::noinline]] nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
+  const int count = static_cast<int>(len);
   ExtendedChunk chunk;
-  for (int count; len > 0; src += count, dst += count, len -= count) {
-    count = len < extendedChunk ? static_cast<int>(len) : extendedChunk;
-    Float64 x[extendedChunk];
-    uint64_t flagged = 0;
-    for (int c = 0; c < count; ++c) {
-      x[c] = src[c];
-      const bool is = isFlagged(x[c]);
-      flagged |= uint64_t{is} << c;
-      storeParts(chunk, c, sum(is ? 1.0 : magnitude(x[c])));
-    }
-    reduceParts(chunk, count);
-    for (int c = 0; c < count; ++c) dst[c] = withSignOf(static_cast<Float64>(lnAt(chunk, c)), x[c]);
-    for (; flagged != 0; flagged &= flagged - 1) {
-      const int c = __builtin_ctzll(flagged);
-      dst[c] = asinhSpecialLane(x[c]);
-    }
+  uint64_t flagged = 0;
+  for (int c = 0; c < count; ++c) {
+    const bool is = isFlagged(src[c]);
+    flagged |= uint64_t{is} << c;
+    storeParts(chunk, c, sum(is ? 1.0 : magnitude(src[c])));
+  }
+  reduceParts(chunk, count);
+  for (int c = 0; c < count; ++c) dst[c] = withSignOf(static_cast<Float64>(lnAt(chunk, c)), src[c]);
+  for (; flagged != 0; flagged &= flagged - 1) {
+    const int c = __builtin_ctzll(flagged);
+    dst[c] = asinhSpecialLane(src[c]);
   }
   return nuvStatusOk;
+}
+
+constexpr Definition definition{{8, 5}, 0x3fb0, asinhProgram};
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
+  return inverseLoop<Inverse::ofSinh>(src, dst, len, definition);
 }
 
 }  // namespace
