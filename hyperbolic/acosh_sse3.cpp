@@ -38,7 +38,7 @@ Extended sum(Extended x) { return x + root(x * x - 1.0L); }
 }
 
 // Up to a strip of any arguments.
-[[gnu::noinline]] nuvStatus acoshProgram(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus acoshExtended(const Float64* src, Float64* dst, int64_t len) {
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
   uint64_t flagged = 0;
@@ -57,16 +57,18 @@ Extended sum(Extended x) { return x + root(x * x - 1.0L); }
   return status;
 }
 
-constexpr Definition definition{{8, 5}, 0x3ff1, acoshProgram};
-
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return inverseLoop<Inverse::ofCosh>(src, dst, len, definition);
+nuvStatus acoshProgram(const Float64* src, Float64* dst, int64_t len) {
+  return callWithX87<X87::fix, acoshExtended>(src, dst, len);
 }
+
+constexpr Definition definition{Inverse::ofCosh, {8, 5}, 0x3ff1, acoshProgram};
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return inverseLoop<definition>(src, dst, len); }
 
 }  // namespace
 
 nuvStatus acoshSse3(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -31,7 +31,7 @@ Extended sum(Extended a) { return a + root(a * a + 1.0L); }
 }
 
 // Up to a strip of any arguments.
-[[gnu::noinline]] nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
+nuvStatus asinhExtended(const Float64* src, Float64* dst, int64_t len) {
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
   uint64_t flagged = 0;
@@ -49,16 +49,18 @@ Extended sum(Extended a) { return a + root(a * a + 1.0L); }
   return nuvStatusOk;
 }
 
-constexpr Definition definition{{8, 5}, 0x3fb0, asinhProgram};
-
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return inverseLoop<Inverse::ofSinh>(src, dst, len, definition);
+nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
+  return callWithX87<X87::fix, asinhExtended>(src, dst, len);
 }
+
+constexpr Definition definition{Inverse::ofSinh, {8, 5}, 0x3fb0, asinhProgram};
+
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return inverseLoop<definition>(src, dst, len); }
 
 }  // namespace
 
 nuvStatus asinhSse3(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop, X87::fix>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
 }
 
 }  // namespace qorvane

@@ -23,6 +23,19 @@ constexpr int stripLength = 64;
 
 enum class Inverse { ofSinh, ofCosh };
 
+// A bound for both errors, in units of 2^-64: absolute, and relative to the result.
+struct Bound {
+  Float64 absolute, relative;
+};
+// A function at a level: `first`, in the upper 16 bits, is where the lanes' arguments begin, and
+// program(x, y, count) evaluates up to stripLength arguments of any kind.
+struct Definition {
+  Inverse inverse;
+  Bound bound;
+  int first;
+  nuvStatus (*program)(const Float64* x, Float64* y, int64_t count);
+};
+
 // a^2 + 1 or a^2 - 1 is s + t. s is exact where a is below 2^26; so is what 1 leaves of it.
 template <class V>
 struct Square {
@@ -96,10 +109,6 @@ INLINE LogParts<V> logParts(V u, V rest, V k, Offsets offsets) {
 template <class V>
 struct Result {
   V y, isCertain;
-};
-// Of both errors, in units of 2^-64.
-struct Bound {
-  Float64 absolute, relative;
 };
 template <class V>
 INLINE Result<V> resultOf(LogParts<V> parts, Bound bound) {
@@ -203,22 +212,19 @@ INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Bound boun
   return uncertain;
 }
 
-// What a function's level has: the bound, the first magnitude for lanes, and its program,
-// program(x, y, count) -> status for up to stripLength arguments of any kind, x apart from y.
-template <class Program>
-struct Definition {
-  Bound bound;
-  int first;
-  Program program;
-};
-
 // Those arguments whose bit is set, together.
-template <class Program>
-[[gnu::noinline, gnu::cold]] nuvStatus byProgram(const Float64* src, Float64* dst, uint64_t set, Program program) {
+template <const Definition& f>
+[[gnu::noinline]] nuvStatus byProgram(const Float64* src, Float64* dst, uint64_t set) {
   Float64 x[stripLength], y[stripLength];
+  if ((set & (set - 1)) == 0) {
+    const int place = __builtin_ctzll(set);
+    const nuvStatus status = f.program(src + place, y, 1);
+    dst[place] = y[0];
+    return status;
+  }
   int count = 0;
   for (uint64_t left = set; left != 0; left &= left - 1) x[count++] = src[__builtin_ctzll(left)];
-  const nuvStatus status = program(x, y, count);
+  const nuvStatus status = f.program(x, y, count);
   count = 0;
   for (uint64_t left = set; left != 0; left &= left - 1) dst[__builtin_ctzll(left)] = y[count++];
   return status;
@@ -263,8 +269,8 @@ INLINE void storeUpTo(Float64* p, V y, int64_t count) {
   }
 }
 
-template <Inverse inverse, class Program>
-INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count, Definition<Program> definition) {
+template <const Definition& f>
+INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
   Strip s;
   const int64_t whole = (count + 3) & ~int64_t{3}, fours = count & ~int64_t{3};
   const Float64* x = src;
@@ -274,67 +280,83 @@ INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count, Definiti
     x = s.x;
   }
   Extremes extremes;
-  for (int64_t i = 0; i < whole; i += 4) take(extremes, magnitudeOf<inverse>(load<Four>(x + i)));
+  for (int64_t i = 0; i < whole; i += 4) take(extremes, magnitudeOf<f.inverse>(load<Four>(x + i)));
   uint64_t left = 0;
   Float64 inLanes[stripLength];
   const Float64* arguments = x;
-  if (!areInLanes(extremes, definition.first)) [[unlikely]] {
-    left = takeOutside<inverse>(x, inLanes, whole, definition.first);
+  if (!areInLanes(extremes, f.first)) [[unlikely]] {
+    left = takeOutside<f.inverse>(x, inLanes, whole, f.first);
     arguments = inLanes;
   }
   if (count == whole) {
-    left |= stages<inverse>(arguments, dst, whole, definition.bound, s);
+    left |= stages<f.inverse>(arguments, dst, whole, f.bound, s);
   } else {
-    left |= stages<inverse>(arguments, s.w, whole, definition.bound, s);
+    left |= stages<f.inverse>(arguments, s.w, whole, f.bound, s);
     for (int64_t i = 0; i < fours; i += 4) store(dst + i, load<Four>(s.w + i));
     storeUpTo3(dst + fours, load<Four>(s.w + fours), count - fours);
   }
   left &= ~uint64_t{0} >> (stripLength - count);
-  return left == 0 ? nuvStatusOk : byProgram(x, dst, left, definition.program);
+  return left == 0 ? nuvStatusOk : byProgram<f>(x, dst, left);
 }
-template <Inverse inverse, class Program>
-[[gnu::noinline, gnu::cold]] nuvStatus byParts(const Float64* src, Float64* dst, int64_t count, Definition<Program> definition) {
-  return strip<inverse>(src, dst, count, definition);
+template <const Definition& f>
+[[gnu::noinline, gnu::cold]] nuvStatus byParts(const Float64* src, Float64* dst, int64_t count) {
+  return strip<f>(src, dst, count);
 }
 
-// Up to so many elements in one piece.
-template <class V, Inverse inverse, class Program>
-[[gnu::noinline]] nuvStatus few(const Float64* src, Float64* dst, int64_t count, Definition<Program> definition) {
-  const V x = loadUpTo<V>(src, count), a = magnitudeOf<inverse>(x);
-  Extremes extremes;
-  take(extremes, a);
-  if (!areInLanes(extremes, definition.first)) [[unlikely]]
-    return byParts<inverse>(src, dst, count, definition);
+// A vector's results, and a mask of its lanes that aren't certain.
+template <Inverse inverse, class V>
+INLINE V inOnePiece(V x, Bound bound, uint64_t& uncertain) {
+  const V a = magnitudeOf<inverse>(x);
   const Square<V> square = squareOf<inverse>(a);
   const V r = shortRoot(square.s + square.t), u = a + r;
   const auto parts = logParts(u, restOfSum<inverse>(a, square, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
-  const auto [y, isCertain] = resultOf(parts, definition.bound);
-  const uint64_t left = (signMask(isCertain) ^ ~uint64_t{0}) & (~uint64_t{0} >> (stripLength - count));
-  Float64 inPlace[laneCount<V>];
-  if (left != 0) [[unlikely]] {
-    store(inPlace, x);
-    storeUpTo(dst, withSignOf<inverse>(y, x), count);
-    return byProgram(inPlace, dst, left, definition.program);
+  const auto [y, isCertain] = resultOf(parts, bound);
+  uncertain = signMask(isCertain) ^ ((uint64_t{1} << laneCount<V>) - 1);
+  return withSignOf<inverse>(y, x);
+}
+template <class V, Inverse inverse>
+INLINE bool areAllInLanes(V x, int first) {
+  Extremes extremes;
+  take(extremes, magnitudeOf<inverse>(x));
+  return areInLanes(extremes, first);
+}
+template <class V, const Definition& f>
+INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
+  const V x = loadUpTo<V>(src, count);
+  if (!areAllInLanes<V, f.inverse>(x, f.first)) [[unlikely]]
+    return byParts<f>(src, dst, count);
+  uint64_t uncertain;
+  const V y = inOnePiece<f.inverse>(x, f.bound, uncertain);
+  uncertain &= ~uint64_t{0} >> (stripLength - count);
+  if (uncertain != 0) [[unlikely]] {
+    Float64 copy[laneCount<V>];
+    store(copy, x);
+    storeUpTo(dst, y, count);
+    return byProgram<f>(copy, dst, uncertain);
   }
-  storeUpTo(dst, withSignOf<inverse>(y, x), count);
+  storeUpTo(dst, y, count);
   return nuvStatusOk;
 }
-
-template <Inverse inverse, class Program>
-[[gnu::noinline]] nuvStatus eachStrip(const Float64* src, Float64* dst, int64_t len, Definition<Program> definition) {
+template <class V, const Definition& f>
+[[gnu::noinline]] nuvStatus fewApart(const Float64* src, Float64* dst, int64_t count) {
+  return few<V, f>(src, dst, count);
+}
+template <const Definition& f>
+[[gnu::noinline]] nuvStatus eachStrip(const Float64* src, Float64* dst, int64_t len) {
   nuvStatus status = nuvStatusOk;
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
     count = len < stripLength ? len : stripLength;
-    takeStatus<Raises::no>(status, strip<inverse>(src, dst, count, definition));
+    takeStatus<Raises::no>(status, strip<f>(src, dst, count));
   }
   return status;
 }
-template <Inverse inverse, class Program>
-INLINE nuvStatus inverseLoop(const Float64* src, Float64* dst, int64_t len, Definition<Program> definition) {
-  if (len <= 2) return few<Lanes2, inverse>(src, dst, len, definition);
-  if (len <= 4) return few<Four, inverse>(src, dst, len, definition);
-  if (len <= 8) return few<Eight, inverse>(src, dst, len, definition);
-  return eachStrip<inverse>(src, dst, len, definition);
+template <const Definition& f>
+INLINE nuvStatus inverseLoop(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1) return few<Lanes2, f>(src, dst, 1);
+  if (len <= 2) return fewApart<Lanes2, f>(src, dst, len);
+  if (len <= 4) return fewApart<Four, f>(src, dst, len);
+  if (len <= 8) return fewApart<Eight, f>(src, dst, len);
+  return eachStrip<f>(src, dst, len);
 }
 
 }  // namespace
