@@ -71,12 +71,24 @@ INLINE Four shortRoot(Four v) {
 }
 #endif
 
-// What u = a + r leaves of the sum: what its rounding lost, and q - q^2 / 2r.
+// A first root, of what a^2 +- 1 is in one number.
 template <Inverse inverse, class V>
-INLINE V restOfSum(V a, Square<V> square, V r, V u) {
+INLINE V firstRoot(V a) {
+  return shortRoot(inverse == Inverse::ofCosh ? a * a - 1.0 : a * a + 1.0);
+}
+
+// 16 bits of u.
+template <class V>
+INLINE V headOfSum(V u) {
+  return andBits(u, broadcast<V>(fromBits(0xffffffe000000000)));
+}
+// What they leave of the sum: the rest of u, what its rounding lost, and q - q^2 / 2r.
+template <Inverse inverse, class V>
+INLINE V restOfSum(V a, V r, V u) {
+  const Square<V> square = squareOf<inverse>(a);
   const V inverseOf2r = 0.5 / r, q = ((square.s - r * r) + square.t) * inverseOf2r;
   const V lost = inverse == Inverse::ofCosh ? r - (u - a) : a - (u - r);
-  return lost + (q - q * q * inverseOf2r);
+  return (((u - headOfSum(u)) + lost) + q) - q * q * inverseOf2r;
 }
 
 // Where u's row stands, and k.
@@ -100,8 +112,7 @@ INLINE LogParts<V> logParts(V u, V rest, V k, Offsets offsets) {
   constexpr Float64 ln2Lo = fromBits(0xbce0ca86c3898d00);  // -1.8641886737243033e-15
   const auto [halfOfC, minusLogOfC] = twoColumns<V>(logOfSumTable, offsets);
   const V c = halfOfC * withoutBits(broadcast<V>(fromBits(0x7ff0000000000000)), u);  // that is 2^(1 - k)
-  const V head = andBits(u, broadcast<V>(fromBits(0xffffffe000000000)));             // 16 bits
-  const V f = head * c - 1.0, g = ((u - head) + rest) * c;
+  const V f = headOfSum(u) * c - 1.0, g = rest * c;
   return {f + (k * ln2Hi + minusLogOfC), k * ln2Lo + g, f + g};
 }
 
@@ -118,7 +129,7 @@ INLINE Result<V> resultOf(LogParts<V> parts, Bound bound) {
   constexpr Float64 c4 = fromBits(0xbfcffffffffeba27);  // -0.2499999999976847
   constexpr Float64 c3 = fromBits(0x3fd555555554da9a);  // 0.3333333333315891
   const V w = parts.w, w2 = w * w;
-  const V lo = parts.lo + ((c3 * w - 0.5) + ((c5 * w + c4) + c6 * w2) * w2) * w2;
+  const V lo = (parts.lo + (c3 * w - 0.5) * w2) + ((c5 * w + c4) + c6 * w2) * (w2 * w2);
   V width = broadcast<V>(bound.absolute * 0x1p-64);
   if (bound.relative != 0) width = width + parts.hi * (bound.relative * 0x1p-64);
   const V y = parts.hi + (lo - width), upper = parts.hi + (lo + width);
@@ -188,14 +199,13 @@ template <Inverse inverse>
 INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Bound bound, Strip& s) {
   eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V a = magnitudeOf<inverse>(load<V>(x + i));
-    const Square<V> square = squareOf<inverse>(a);
-    const V r = shortRoot(square.s + square.t);
+    const V r = firstRoot<inverse>(a);
     store(s.root + i, r), store(s.u + i, a + r);
   });
   eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const V a = magnitudeOf<inverse>(load<V>(x + i)), u = load<V>(s.u + i);
     storeWords(s.row + i, rowOf(u)), storeWords(s.exponent + i, exponentOfSum(u));
-    store(s.rest + i, restOfSum<inverse>(a, squareOf<inverse>(a), load<V>(s.root + i), u));
+    store(s.rest + i, restOfSum<inverse>(a, load<V>(s.root + i), u));
   });
   Float64 *const hi = s.root, *const lo = s.rest;
   eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
@@ -307,9 +317,8 @@ template <const Definition& f>
 template <Inverse inverse, class V>
 INLINE V inOnePiece(V x, Bound bound, uint64_t& uncertain) {
   const V a = magnitudeOf<inverse>(x);
-  const Square<V> square = squareOf<inverse>(a);
-  const V r = shortRoot(square.s + square.t), u = a + r;
-  const auto parts = logParts(u, restOfSum<inverse>(a, square, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
+  const V r = firstRoot<inverse>(a), u = a + r;
+  const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
   const auto [y, isCertain] = resultOf(parts, bound);
   uncertain = signMask(isCertain) ^ ((uint64_t{1} << laneCount<V>) - 1);
   return withSignOf<inverse>(y, x);
