@@ -169,7 +169,7 @@ INLINE V withSignOf(V y, V x) {
 }
 
 #ifdef __AVX__
-using Group = Pack<Lanes4, 1>;
+using Group = Lanes4;
 #else
 using Group = Four;
 #endif
@@ -193,6 +193,22 @@ struct Strip {
   alignas(32) int row[stripLength], exponent[stripLength];
 };
 
+[[gnu::noinline]] uint64_t uncertainOf(Strip& s, int64_t count) {
+  uint64_t uncertain = 0;
+  for (int64_t i = 0; i < count; i += 4) uncertain |= (signMask(load<Four>(s.u + i)) ^ 15) << i;
+  return uncertain;
+}
+// Of a mask of lanes.
+template <class V>
+INLINE bool isSetInAll(V mask) {
+  if constexpr (isPack<V>) {
+    PartOf<V> all = mask.part[0];
+    for (int i = 1; i < packSize<V>; ++i) all = andBits(all, mask.part[i]);
+    return isSetInAll(all);
+  } else {
+    return signMask(mask) == (1 << laneCount<V>) - 1;
+  }
+}
 // All stages, for a multiple of four arguments in the lanes' range. Gives a mask of the results that
 // aren't certain. x may be dst.
 template <Inverse inverse>
@@ -213,13 +229,14 @@ INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Bound boun
     const LogParts<V> parts = logParts(load<V>(s.u + i), load<V>(s.rest + i), numbersAt<V>(s.exponent + i), offsets);
     store(hi + i, parts.hi), store(lo + i, parts.lo), store(s.w + i, parts.w);
   });
-  uint64_t uncertain = 0;
+  Four all = equalLanes(broadcast<Four>(0.0), broadcast<Four>(0.0));
   eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
     const auto [y, isCertain] = resultOf<V>({load<V>(hi + i), load<V>(lo + i), load<V>(s.w + i)}, bound);
-    uncertain |= (signMask(isCertain) ^ ((uint64_t{1} << laneCount<V>) - 1)) << i;
+    store(s.u + i, isCertain);
+    all = andBits(all, isCertain);
     store(dst + i, withSignOf<inverse>(y, load<V>(x + i)));
   });
-  return uncertain;
+  return isSetInAll(all) ? 0 : uncertainOf(s, count);
 }
 
 // Those arguments whose bit is set, together.
@@ -313,38 +330,29 @@ template <const Definition& f>
   return strip<f>(src, dst, count);
 }
 
-// A vector's results, and a mask of its lanes that aren't certain.
-template <Inverse inverse, class V>
-INLINE V inOnePiece(V x, Bound bound, uint64_t& uncertain) {
-  const V a = magnitudeOf<inverse>(x);
-  const V r = firstRoot<inverse>(a), u = a + r;
-  const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
-  const auto [y, isCertain] = resultOf(parts, bound);
-  uncertain = signMask(isCertain) ^ ((uint64_t{1} << laneCount<V>) - 1);
-  return withSignOf<inverse>(y, x);
+template <class V, const Definition& f>
+[[gnu::noinline]] nuvStatus othersOfFew(V x, V isCertain, Float64* dst, int64_t count) {
+  Float64 copy[laneCount<V>];
+  store(copy, x);
+  const uint64_t uncertain = ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count));
+  return uncertain == 0 ? nuvStatusOk : byProgram<f>(copy, dst, uncertain);
 }
-template <class V, Inverse inverse>
-INLINE bool areAllInLanes(V x, int first) {
-  Extremes extremes;
-  take(extremes, magnitudeOf<inverse>(x));
-  return areInLanes(extremes, first);
-}
+// Up to a vector's lanes in one piece.
 template <class V, const Definition& f>
 INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
-  const V x = loadUpTo<V>(src, count);
-  if (!areAllInLanes<V, f.inverse>(x, f.first)) [[unlikely]]
+  constexpr Inverse inverse = f.inverse;
+  const V x = loadUpTo<V>(src, count), a = magnitudeOf<inverse>(x);
+  Extremes extremes;
+  take(extremes, a);
+  if (!areInLanes(extremes, f.first)) [[unlikely]]
     return byParts<f>(src, dst, count);
-  uint64_t uncertain;
-  const V y = inOnePiece<f.inverse>(x, f.bound, uncertain);
-  uncertain &= ~uint64_t{0} >> (stripLength - count);
-  if (uncertain != 0) [[unlikely]] {
-    Float64 copy[laneCount<V>];
-    store(copy, x);
-    storeUpTo(dst, y, count);
-    return byProgram<f>(copy, dst, uncertain);
-  }
-  storeUpTo(dst, y, count);
-  return nuvStatusOk;
+  const V r = firstRoot<inverse>(a), u = a + r;
+  const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
+  const auto [y, isCertain] = resultOf(parts, f.bound);
+  storeUpTo(dst, withSignOf<inverse>(y, x), count);
+  if (isSetInAll(isCertain)) [[likely]]
+    return nuvStatusOk;
+  return othersOfFew<V, f>(x, isCertain, dst, count);
 }
 template <class V, const Definition& f>
 [[gnu::noinline]] nuvStatus fewApart(const Float64* src, Float64* dst, int64_t count) {
