@@ -243,6 +243,7 @@ INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Bound boun
 template <const Definition& f>
 [[gnu::noinline]] nuvStatus byProgram(const Float64* src, Float64* dst, uint64_t set) {
   Float64 x[stripLength], y[stripLength];
+  if (set == 0) return nuvStatusOk;
   if ((set & (set - 1)) == 0) {
     const int place = __builtin_ctzll(set);
     const nuvStatus status = f.program(src + place, y, 1);
@@ -330,13 +331,6 @@ template <const Definition& f>
   return strip<f>(src, dst, count);
 }
 
-template <class V, const Definition& f>
-[[gnu::noinline]] nuvStatus othersOfFew(V x, V isCertain, Float64* dst, int64_t count) {
-  Float64 copy[laneCount<V>];
-  store(copy, x);
-  const uint64_t uncertain = ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count));
-  return uncertain == 0 ? nuvStatusOk : byProgram<f>(copy, dst, uncertain);
-}
 // Up to a vector's lanes in one piece.
 template <class V, const Definition& f>
 INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
@@ -349,10 +343,14 @@ INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
   const V r = firstRoot<inverse>(a), u = a + r;
   const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
   const auto [y, isCertain] = resultOf(parts, f.bound);
-  storeUpTo(dst, withSignOf<inverse>(y, x), count);
-  if (isSetInAll(isCertain)) [[likely]]
+  if (isSetInAll(isCertain)) [[likely]] {
+    storeUpTo(dst, withSignOf<inverse>(y, x), count);
     return nuvStatusOk;
-  return othersOfFew<V, f>(x, isCertain, dst, count);
+  }
+  Float64 arguments[laneCount<V>];
+  store(arguments, x);
+  storeUpTo(dst, withSignOf<inverse>(y, x), count);
+  return byProgram<f>(arguments, dst, ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count)));
 }
 template <class V, const Definition& f>
 [[gnu::noinline]] nuvStatus fewApart(const Float64* src, Float64* dst, int64_t count) {
