@@ -39,6 +39,7 @@ Extended sum(Extended x) { return x + root(x * x - 1.0L); }
 
 // Up to a strip of any arguments.
 nuvStatus acoshExtended(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !isFlagged(src[0])) return dst[0] = static_cast<Float64>(lnExtended(sum(src[0]))), nuvStatusOk;
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
   uint64_t flagged = 0;

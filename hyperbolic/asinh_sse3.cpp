@@ -32,6 +32,7 @@ Extended sum(Extended a) { return a + root(a * a + 1.0L); }
 
 // Up to a strip of any arguments.
 nuvStatus asinhExtended(const Float64* src, Float64* dst, int64_t len) {
+  if (len == 1 && !isFlagged(src[0])) return dst[0] = withSignOf(static_cast<Float64>(lnExtended(sum(magnitude(src[0])))), src[0]), nuvStatusOk;
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
   uint64_t flagged = 0;
@@ -53,7 +54,7 @@ nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
   return callWithX87<X87::fix, asinhExtended>(src, dst, len);
 }
 
-constexpr Definition definition{Inverse::ofSinh, {8, 5}, 0x3fb0, asinhProgram};
+constexpr Definition definition{Inverse::ofSinh, {8, 5}, 0x3f90, asinhProgram};
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return inverseLoop<definition>(src, dst, len); }
 
