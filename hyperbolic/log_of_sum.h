@@ -343,14 +343,10 @@ INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
   const V r = firstRoot<inverse>(a), u = a + r;
   const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
   const auto [y, isCertain] = resultOf(parts, f.bound);
-  if (isSetInAll(isCertain)) [[likely]] {
-    storeUpTo(dst, withSignOf<inverse>(y, x), count);
-    return nuvStatusOk;
-  }
-  Float64 arguments[laneCount<V>];
-  store(arguments, x);
+  if (!isSetInAll(isCertain)) [[unlikely]]
+    return byParts<f>(src, dst, count);
   storeUpTo(dst, withSignOf<inverse>(y, x), count);
-  return byProgram<f>(arguments, dst, ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count)));
+  return nuvStatusOk;
 }
 template <class V, const Definition& f>
 [[gnu::noinline]] nuvStatus fewApart(const Float64* src, Float64* dst, int64_t count) {
