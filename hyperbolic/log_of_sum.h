@@ -343,10 +343,11 @@ INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
   const V r = firstRoot<inverse>(a), u = a + r;
   const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
   const auto [y, isCertain] = resultOf(parts, f.bound);
-  if (!isSetInAll(isCertain)) [[unlikely]]
-    return byParts<f>(src, dst, count);
+  if (isSetInAll(isCertain)) [[likely]]
+    return storeUpTo(dst, withSignOf<inverse>(y, x), count), nuvStatusOk;
+  if (src == dst) return byParts<f>(src, dst, count);
   storeUpTo(dst, withSignOf<inverse>(y, x), count);
-  return nuvStatusOk;
+  return byProgram<f>(src, dst, ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count)));
 }
 template <class V, const Definition& f>
 [[gnu::noinline]] nuvStatus fewApart(const Float64* src, Float64* dst, int64_t count) {
