@@ -87,7 +87,7 @@ template <Inverse inverse, class V>
 INLINE V restOfSum(V a, V r, V u) {
   const Square<V> square = squareOf<inverse>(a);
   const V inverseOf2r = 0.5 / r, q = ((square.s - r * r) + square.t) * inverseOf2r;
-  const V lost = inverse == Inverse::ofCosh ? r - (u - a) : a - (u - r);
+  const V lost = a - (u - r);  // exact: r has 24 bits
   return (((u - headOfSum(u)) + lost) + q) - q * q * inverseOf2r;
 }
 
