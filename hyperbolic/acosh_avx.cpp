@@ -16,9 +16,7 @@
 namespace qorvane {
 namespace {
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return acoshLoop<Pack<Lanes4, 2>>(src, dst, len);
-}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return acoshLoop<Pack<Lanes4, 2>>(src, dst, len); }
 
 }  // namespace
 

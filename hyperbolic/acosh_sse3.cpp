@@ -11,8 +11,8 @@
 // without a flag.
 #include "frame/kernel_frame.h"
 #include "frame/loops.h"
+#include "hyperbolic/certain_loop.h"
 #include "hyperbolic/extended_ln.h"
-#include "hyperbolic/log_of_sum.h"
 
 namespace qorvane {
 namespace {

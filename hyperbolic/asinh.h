@@ -2,7 +2,7 @@
 // V and, where chains are shortest, W.
 #pragma once
 #include "frame/loops.h"
-#include "hyperbolic/log_of_sum.h"
+#include "hyperbolic/certain_loop.h"
 #include "hyperbolic/pair_steps.h"
 
 namespace qorvane {

@@ -8,8 +8,8 @@
 //
 // Special values: +0, -0, +Inf, -Inf give themselves, NaN the NaN, quiet. No element fails.
 #include "frame/kernel_frame.h"
+#include "hyperbolic/certain_loop.h"
 #include "hyperbolic/extended_ln.h"
-#include "hyperbolic/log_of_sum.h"
 
 namespace qorvane {
 namespace {

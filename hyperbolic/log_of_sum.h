@@ -13,13 +13,11 @@
 //
 // docs/asinh_acosh.md proves both errors.
 #pragma once
-#include "frame/pipeline.h"
+#include "frame/words.h"
 #include "hyperbolic/inverse_tables.h"
 
 namespace qorvane {
 namespace {
-
-constexpr int stripLength = 64;
 
 enum class Inverse { ofSinh, ofCosh };
 
@@ -27,15 +25,6 @@ enum class Inverse { ofSinh, ofCosh };
 struct Bound {
   Float64 absolute, relative;
 };
-// A function at a level: `first`, in the upper 16 bits, is where the lanes' arguments begin, and
-// program(x, y, count) evaluates up to stripLength arguments of any kind.
-struct Definition {
-  Inverse inverse;
-  Bound bound;
-  int first;
-  nuvStatus (*program)(const Float64* x, Float64* y, int64_t count);
-};
-
 // a^2 + 1 or a^2 - 1 is s + t. s is exact where a is below 2^26; so is what 1 leaves of it.
 template <class V>
 struct Square {
@@ -53,23 +42,27 @@ INLINE Square<V> squareOf(V a) {
   }
 }
 
-// The root in 24 bits. Two numbers are taken twice, so that the other half raises no flag.
+// The root in 24 bits. A lone pair is taken twice, so that the other half raises no flag.
 INLINE Lanes2 shortRoot(Lanes2 v) {
   const __m128 low = _mm_cvtpd_ps(v);
   return _mm_cvtps_pd(_mm_sqrt_ps(_mm_movelh_ps(low, low)));
 }
 #ifdef __AVX__
 INLINE Lanes4 shortRoot(Lanes4 v) { return _mm256_cvtps_pd(_mm_sqrt_ps(_mm256_cvtpd_ps(v))); }
-template <int K>
-INLINE Pack<Lanes4, K> shortRoot(Pack<Lanes4, K> v) {
-  return makePack<K>([&](int i) INLINED { return shortRoot(v.part[i]); });
-}
-#else
-INLINE Four shortRoot(Four v) {
-  const __m128 r = _mm_sqrt_ps(_mm_movelh_ps(_mm_cvtpd_ps(v.part[0]), _mm_cvtpd_ps(v.part[1])));
-  return {{_mm_cvtps_pd(r), _mm_cvtps_pd(_mm_movehl_ps(r, r))}};
-}
 #endif
+template <class V, int K>
+INLINE Pack<V, K> shortRoot(Pack<V, K> v) {
+  Pack<V, K> roots;
+  if constexpr (laneCount<V> == 2)
+    for (int i = 0; i < K; i += 2) {
+      const __m128 r = _mm_sqrt_ps(_mm_movelh_ps(_mm_cvtpd_ps(v.part[i]), _mm_cvtpd_ps(v.part[i + 1])));
+      roots.part[i] = _mm_cvtps_pd(r);
+      roots.part[i + 1] = _mm_cvtps_pd(_mm_movehl_ps(r, r));
+    }
+  else
+    for (int i = 0; i < K; ++i) roots.part[i] = shortRoot(v.part[i]);
+  return roots;
+}
 
 // A first root, of what a^2 +- 1 is in one number.
 template <Inverse inverse, class V>
@@ -166,209 +159,6 @@ INLINE V magnitudeOf(V x) {
 template <Inverse inverse, class V>
 INLINE V withSignOf(V y, V x) {
   return inverse == Inverse::ofSinh ? orBits(y, signOf(x)) : y;
-}
-
-#ifdef __AVX__
-using Group = Lanes4;
-#else
-using Group = Four;
-#endif
-
-// Numbers between the stages, which are loops of their own: then their chains are short enough for
-// the processor to overlap their turns.
-#ifdef __AVX__
-using Eight = Pack<Lanes4, 2>;
-INLINE Eight pairOf(Four low, Four high) { return {{low, high}}; }
-INLINE Four lowFour(Eight v) { return v.part[0]; }
-INLINE Four highFour(Eight v) { return v.part[1]; }
-#else
-using Eight = Pack<Lanes2, 4>;
-INLINE Eight pairOf(Four low, Four high) { return {{low.part[0], low.part[1], high.part[0], high.part[1]}}; }
-INLINE Four lowFour(Eight v) { return {{v.part[0], v.part[1]}}; }
-INLINE Four highFour(Eight v) { return {{v.part[2], v.part[3]}}; }
-INLINE Eight shortRoot(Eight v) { return pairOf(shortRoot(lowFour(v)), shortRoot(highFour(v))); }
-#endif
-struct Strip {
-  alignas(32) Float64 x[stripLength], root[stripLength], u[stripLength], rest[stripLength], w[stripLength];
-  alignas(32) int row[stripLength], exponent[stripLength];
-};
-
-[[gnu::noinline]] uint64_t uncertainOf(Strip& s, int64_t count) {
-  uint64_t uncertain = 0;
-  for (int64_t i = 0; i < count; i += 4) uncertain |= (signMask(load<Four>(s.u + i)) ^ 15) << i;
-  return uncertain;
-}
-// Of a mask of lanes.
-template <class V>
-INLINE bool isSetInAll(V mask) {
-  if constexpr (isPack<V>) {
-    PartOf<V> all = mask.part[0];
-    for (int i = 1; i < packSize<V>; ++i) all = andBits(all, mask.part[i]);
-    return isSetInAll(all);
-  } else {
-    return signMask(mask) == (1 << laneCount<V>) - 1;
-  }
-}
-// All stages, for a multiple of four arguments in the lanes' range. Gives a mask of the results that
-// aren't certain. x may be dst.
-template <Inverse inverse>
-INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Bound bound, Strip& s) {
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const V a = magnitudeOf<inverse>(load<V>(x + i));
-    const V r = firstRoot<inverse>(a);
-    store(s.root + i, r), store(s.u + i, a + r);
-  });
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const V a = magnitudeOf<inverse>(load<V>(x + i)), u = load<V>(s.u + i);
-    storeWords(s.row + i, rowOf(u)), storeWords(s.exponent + i, exponentOfSum(u));
-    store(s.rest + i, restOfSum<inverse>(a, load<V>(s.root + i), u));
-  });
-  Float64 *const hi = s.root, *const lo = s.rest;
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const auto offsets = [&](int lane) INLINED { return static_cast<uint64_t>(s.row[i + lane]); };
-    const LogParts<V> parts = logParts(load<V>(s.u + i), load<V>(s.rest + i), numbersAt<V>(s.exponent + i), offsets);
-    store(hi + i, parts.hi), store(lo + i, parts.lo), store(s.w + i, parts.w);
-  });
-  Four all = equalLanes(broadcast<Four>(0.0), broadcast<Four>(0.0));
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const auto [y, isCertain] = resultOf<V>({load<V>(hi + i), load<V>(lo + i), load<V>(s.w + i)}, bound);
-    store(s.u + i, isCertain);
-    all = andBits(all, isCertain);
-    store(dst + i, withSignOf<inverse>(y, load<V>(x + i)));
-  });
-  return isSetInAll(all) ? 0 : uncertainOf(s, count);
-}
-
-// Those arguments whose bit is set, together.
-template <const Definition& f>
-[[gnu::noinline]] nuvStatus byProgram(const Float64* src, Float64* dst, uint64_t set) {
-  Float64 x[stripLength], y[stripLength];
-  if (set == 0) return nuvStatusOk;
-  if ((set & (set - 1)) == 0) {
-    const int place = __builtin_ctzll(set);
-    const nuvStatus status = f.program(src + place, y, 1);
-    dst[place] = y[0];
-    return status;
-  }
-  int count = 0;
-  for (uint64_t left = set; left != 0; left &= left - 1) x[count++] = src[__builtin_ctzll(left)];
-  const nuvStatus status = f.program(x, y, count);
-  count = 0;
-  for (uint64_t left = set; left != 0; left &= left - 1) dst[__builtin_ctzll(left)] = y[count++];
-  return status;
-}
-// The others of a strip are replaced by a harmless number.
-template <Inverse inverse>
-[[gnu::noinline]] uint64_t takeOutside(const Float64* x, Float64* inLanes, int64_t count, int first) {
-  uint64_t outside = 0;
-  for (int64_t i = 0; i < count; i += 4) {
-    const Four v = load<Four>(x + i);
-    const auto words = highWords(magnitudeOf<inverse>(v));
-    const auto mask = ((first << 16) > words) | (words > (afterLast << 16) - 1);
-    store(inLanes + i, v);
-    outside |= static_cast<uint64_t>(_mm_movemask_ps(reinterpret_cast<__m128>(partOf(mask, 0)))) << i;
-  }
-  for (uint64_t left = outside; left != 0; left &= left - 1) inLanes[__builtin_ctzll(left)] = 2.0;
-  return outside;
-}
-
-// Up to a vector's lanes, the others with one of them; and back.
-INLINE Four loadUpTo3(const Float64* p, int64_t count) {
-  const Lanes2 low = loadPart<Lanes2>(p, count == 1 ? 1 : 2);
-  return joinHalves(low, count == 3 ? _mm_set1_pd(p[2]) : low);
-}
-INLINE void storeUpTo3(Float64* p, Four y, int64_t count) {
-  storePart(p, lowHalf(y), count == 1 ? 1 : 2);
-  if (count == 3) _mm_storel_pd(p + 2, highHalf(y));
-}
-template <class V>
-INLINE V loadUpTo(const Float64* p, int64_t count) {
-  if constexpr (laneCount<V> == 2) return loadPart<Lanes2>(p, count);
-  if constexpr (laneCount<V> == 4) return count == 4 ? load<Four>(p) : loadUpTo3(p, count);
-  if constexpr (laneCount<V> == 8) return pairOf(load<Four>(p), count == 8 ? load<Four>(p + 4) : loadUpTo3(p + 4, count - 4));
-}
-template <class V>
-INLINE void storeUpTo(Float64* p, V y, int64_t count) {
-  if constexpr (laneCount<V> == 2) storePart(p, y, count);
-  if constexpr (laneCount<V> == 4) count == 4 ? store(p, y) : storeUpTo3(p, y, count);
-  if constexpr (laneCount<V> == 8) {
-    store(p, lowFour(y));
-    count == 8 ? store(p + 4, highFour(y)) : storeUpTo3(p + 4, highFour(y), count - 4);
-  }
-}
-
-template <const Definition& f>
-INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
-  Strip s;
-  const int64_t whole = (count + 3) & ~int64_t{3}, fours = count & ~int64_t{3};
-  const Float64* x = src;
-  if (count != whole || src == dst) {
-    for (int64_t i = 0; i < fours; i += 4) store(s.x + i, load<Four>(src + i));
-    if (fours != count) store(s.x + fours, loadUpTo3(src + fours, count - fours));
-    x = s.x;
-  }
-  Extremes extremes;
-  for (int64_t i = 0; i < whole; i += 4) take(extremes, magnitudeOf<f.inverse>(load<Four>(x + i)));
-  uint64_t left = 0;
-  Float64 inLanes[stripLength];
-  const Float64* arguments = x;
-  if (!areInLanes(extremes, f.first)) [[unlikely]] {
-    left = takeOutside<f.inverse>(x, inLanes, whole, f.first);
-    arguments = inLanes;
-  }
-  if (count == whole) {
-    left |= stages<f.inverse>(arguments, dst, whole, f.bound, s);
-  } else {
-    left |= stages<f.inverse>(arguments, s.w, whole, f.bound, s);
-    for (int64_t i = 0; i < fours; i += 4) store(dst + i, load<Four>(s.w + i));
-    storeUpTo3(dst + fours, load<Four>(s.w + fours), count - fours);
-  }
-  left &= ~uint64_t{0} >> (stripLength - count);
-  return left == 0 ? nuvStatusOk : byProgram<f>(x, dst, left);
-}
-template <const Definition& f>
-[[gnu::noinline, gnu::cold]] nuvStatus byParts(const Float64* src, Float64* dst, int64_t count) {
-  return strip<f>(src, dst, count);
-}
-
-// Up to a vector's lanes in one piece.
-template <class V, const Definition& f>
-INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
-  constexpr Inverse inverse = f.inverse;
-  const V x = loadUpTo<V>(src, count), a = magnitudeOf<inverse>(x);
-  Extremes extremes;
-  take(extremes, a);
-  if (!areInLanes(extremes, f.first)) [[unlikely]]
-    return byParts<f>(src, dst, count);
-  const V r = firstRoot<inverse>(a), u = a + r;
-  const auto parts = logParts(u, restOfSum<inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
-  const auto [y, isCertain] = resultOf(parts, f.bound);
-  if (isSetInAll(isCertain)) [[likely]]
-    return storeUpTo(dst, withSignOf<inverse>(y, x), count), nuvStatusOk;
-  if (src == dst) return byParts<f>(src, dst, count);
-  storeUpTo(dst, withSignOf<inverse>(y, x), count);
-  return byProgram<f>(src, dst, ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count)));
-}
-template <class V, const Definition& f>
-[[gnu::noinline]] nuvStatus fewApart(const Float64* src, Float64* dst, int64_t count) {
-  return few<V, f>(src, dst, count);
-}
-template <const Definition& f>
-[[gnu::noinline]] nuvStatus eachStrip(const Float64* src, Float64* dst, int64_t len) {
-  nuvStatus status = nuvStatusOk;
-  for (int64_t count; len > 0; src += count, dst += count, len -= count) {
-    count = len < stripLength ? len : stripLength;
-    takeStatus<Raises::no>(status, strip<f>(src, dst, count));
-  }
-  return status;
-}
-template <const Definition& f>
-INLINE nuvStatus inverseLoop(const Float64* src, Float64* dst, int64_t len) {
-  if (len == 1) return few<Lanes2, f>(src, dst, 1);
-  if (len <= 2) return fewApart<Lanes2, f>(src, dst, len);
-  if (len <= 4) return fewApart<Four, f>(src, dst, len);
-  if (len <= 8) return fewApart<Eight, f>(src, dst, len);
-  return eachStrip<f>(src, dst, len);
 }
 
 }  // namespace
