@@ -68,20 +68,6 @@ template <auto loop, class... Arguments>
   return loop(arguments...);
 }
 
-// The same with the x87 control word in order.
-template <X87 x87, auto loop, class... Arguments>
-INLINE nuvStatus callWithX87(Arguments... arguments) {
-  if (x87 == X87::asIs) return callLoop<loop>(arguments...);
-  const uint16_t saved = readX87Control(),
-                 wanted = static_cast<uint16_t>((saved & ~0x0f00) | (x87 == X87::fix ? 0x0300 : 0x0200));
-  if (wanted != saved) [[unlikely]]
-    writeX87Control(wanted);
-  const nuvStatus status = callLoop<loop>(arguments...);
-  if (wanted != saved) [[unlikely]]
-    writeX87Control(saved);
-  return status;
-}
-
 template <Check check, Mode mode, auto loop, X87 x87 = X87::asIs, class... Arguments>
 INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
   if (check == Check::lengthFirst && len < 1) [[unlikely]]
@@ -91,6 +77,13 @@ INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
   if (check == Check::pointersFirst && len < 1) [[unlikely]]
     return nuvStatusBadLength;
 
+  uint16_t savedX87 = 0, wantedX87 = 0;
+  if (x87 != X87::asIs) {
+    savedX87 = readX87Control();
+    wantedX87 = static_cast<uint16_t>((savedX87 & ~0x0f00) | (x87 == X87::fix ? 0x0300 : 0x0200));
+    if (wantedX87 != savedX87) [[unlikely]]
+      writeX87Control(wantedX87);
+  }
   uint32_t savedMxcsr = 0, wantedMxcsr = 0;
   if (mode != Mode::none) {
     savedMxcsr = readMxcsr();
@@ -99,10 +92,12 @@ INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
   }
   const nuvStatus status = [&]() INLINED {
     if constexpr (mode != Mode::none && requires { loop(arguments..., int64_t{}, uint32_t{}); })
-      return callWithX87<x87, loop>(arguments..., int64_t{len}, wantedMxcsr);
+      return callLoop<loop>(arguments..., int64_t{len}, wantedMxcsr);
     else
-      return callWithX87<x87, loop>(arguments..., int64_t{len});
+      return callLoop<loop>(arguments..., int64_t{len});
   }();
+  if (x87 != X87::asIs && wantedX87 != savedX87) [[unlikely]]
+    writeX87Control(savedX87);
   if (mode != Mode::none && wantedMxcsr != savedMxcsr) writeMxcsr(savedMxcsr);
   return status;
 }

@@ -114,7 +114,7 @@ template <class V>
       src, dst, len, [](auto x) INLINED { return acoshOf(x); }, isFlagged, acoshSpecialLane);
 }
 template <class V>
-constexpr Definition acoshDefinition{Inverse::ofCosh, {9, 0}, 0x3ff1, acoshProgram<V>};
+constexpr Definition acoshDefinition{Inverse::ofCosh, {8.3, 0}, 0x3ff1, acoshProgram<V>};
 template <class V>
 INLINE nuvStatus acoshLoop(const Float64* src, Float64* dst, int64_t len) {
   return inverseLoop<acoshDefinition<V>>(src, dst, len);

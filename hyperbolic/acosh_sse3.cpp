@@ -38,7 +38,7 @@ Extended sum(Extended x) { return x + root(x * x - 1.0L); }
 }
 
 // Up to a strip of any arguments.
-nuvStatus acoshExtended(const Float64* src, Float64* dst, int64_t len) {
+[[gnu::noinline]] nuvStatus acoshProgram(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1 && !isFlagged(src[0])) return dst[0] = static_cast<Float64>(lnExtended(sum(src[0]))), nuvStatusOk;
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
@@ -58,18 +58,14 @@ nuvStatus acoshExtended(const Float64* src, Float64* dst, int64_t len) {
   return status;
 }
 
-nuvStatus acoshProgram(const Float64* src, Float64* dst, int64_t len) {
-  return callWithX87<X87::fix, acoshExtended>(src, dst, len);
-}
-
-constexpr Definition definition{Inverse::ofCosh, {8, 5}, 0x3ff1, acoshProgram};
+constexpr Definition definition{Inverse::ofCosh, {7, 3.4}, 0x3ff1, acoshProgram};
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return inverseLoop<definition>(src, dst, len); }
 
 }  // namespace
 
 nuvStatus acoshSse3(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane

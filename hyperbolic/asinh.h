@@ -98,7 +98,7 @@ template <class V>
   return plainLoop<V>(src, dst, len, [](auto x) INLINED { return asinhOf(x); });
 }
 template <class V>
-constexpr Definition asinhDefinition{Inverse::ofSinh, {14, 0}, 0x3fc0, asinhProgram<V>};
+constexpr Definition asinhDefinition{Inverse::ofSinh, {13.8, 0}, 0x3fc0, asinhProgram<V>};
 template <class V>
 INLINE nuvStatus asinhLoop(const Float64* src, Float64* dst, int64_t len) {
   return inverseLoop<asinhDefinition<V>>(src, dst, len);

@@ -31,7 +31,7 @@ Extended sum(Extended a) { return a + root(a * a + 1.0L); }
 }
 
 // Up to a strip of any arguments.
-nuvStatus asinhExtended(const Float64* src, Float64* dst, int64_t len) {
+[[gnu::noinline]] nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1 && !isFlagged(src[0])) return dst[0] = withSignOf(static_cast<Float64>(lnExtended(sum(magnitude(src[0])))), src[0]), nuvStatusOk;
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
@@ -50,18 +50,14 @@ nuvStatus asinhExtended(const Float64* src, Float64* dst, int64_t len) {
   return nuvStatusOk;
 }
 
-nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
-  return callWithX87<X87::fix, asinhExtended>(src, dst, len);
-}
-
-constexpr Definition definition{Inverse::ofSinh, {8, 5}, 0x3f90, asinhProgram};
+constexpr Definition definition{Inverse::ofSinh, {7.25, 3.4}, 0x3f90, asinhProgram};
 
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return inverseLoop<definition>(src, dst, len); }
 
 }  // namespace
 
 nuvStatus asinhSse3(const Float64* src, Float64* dst, int32_t len) {
-  return runKernel<Check::pointersFirst, Mode::clearMode, loop>(len, src, dst);
+  return runKernel<Check::pointersFirst, Mode::clearMode, loop, X87::fix>(len, src, dst);
 }
 
 }  // namespace qorvane
