@@ -133,7 +133,7 @@ INLINE auto logOffset(V hi) {
     return (lowWords(logKey(hi)) - firstLogKey) << 5;
 }
 
-// Both in one piece, for few elements. The root is the sum of its two numbers.
+// The root is the sum of its two numbers.
 template <class V>
 INLINE Pair<V> pairRoot(Pair<V> r) {
   const V y = seed(r.hi, seedOffset(r.hi));
