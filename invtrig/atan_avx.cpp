@@ -75,12 +75,13 @@ constexpr PairedRows rows = pairRows([](Float64 c, bool isLast) { return PointAn
 // without bit 29 of the high words, too, and no word is a NaN then.
 INLINE bool findRows(const Float64* src, int64_t count, RowOffsets& offsets) {
   HighWordRange range = emptyRange();
-  eachEight(src, count, [&](Lanes4 a, Lanes4 b, int64_t i) INLINED {
+  eachEight(count, [&](int64_t i, int64_t k) INLINED {
     constexpr int orderedBits = 0x5fffffff, bounds[] = {0x3fdc0000, 0x3fe60000, 0x3ff30000, 0x40038000};
-    const __m256 words = eightHighWords(a, b), t = _mm256_and_ps(words, singlesOf(orderedBits));
+    const __m256 words = eightHighWords(src, i, k), t = _mm256_and_ps(words, singlesOf(orderedBits));
     take(range, words);
-    storeOffsets(offsets.of + i,
-                 [&](int k) INLINED { return _mm256_cmp_ps(singlesOf(bounds[k] & orderedBits), t, _CMP_LT_OQ); });
+    storeOffsets(offsets.of + i, [&](int bound) INLINED {
+      return _mm256_cmp_ps(singlesOf(bounds[bound] & orderedBits), t, _CMP_LT_OQ);
+    });
   });
   return isWithin(range, 0x21000000, 0x47000000);
 }

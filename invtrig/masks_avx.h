@@ -26,6 +26,9 @@ INLINE Pack<Lanes4, K> quietlyNotLess(Pack<Lanes4, K> a, Pack<Lanes4, K> b) {
 INLINE __m256 eightHighWords(Lanes4 a, Lanes4 b) {
   return _mm256_shuffle_ps(_mm256_castpd_ps(a), _mm256_castpd_ps(b), upperHalves);
 }
+INLINE __m256 eightHighWords(const Float64* x, int64_t i, int64_t k) {
+  return eightHighWords(load<Lanes4>(x + i), load<Lanes4>(x + k));
+}
 INLINE __m256 singlesOf(int bits) { return _mm256_castsi256_ps(_mm256_set1_epi32(bits)); }
 INLINE __m256 selectSingles(__m256 mask, __m256 a, __m256 b) {  // by the sign bits; see `select`
   asm("vblendvps %3, %2, %1, %0" : "=x"(b) : "x"(b), "x"(a), "x"(mask));
@@ -48,11 +51,13 @@ INLINE bool isWithin(HighWordRange range, int from, int to) {
   return _mm256_movemask_ps(_mm256_or_ps(below, _mm256_cmp_ps(range.greatest, singlesOf(to), _CMP_GE_OQ))) == 0;
 }
 
-// f(Lanes4 a, Lanes4 b, int64_t i) for every eight numbers at i, their last four twice where there are
-// no others. `count` is a multiple of 4.
+// f(int64_t i, int64_t k) for every eight of `count` numbers, a multiple of 4: four at i and four at k, which
+// are the same last ones where there are no others.
 template <class F>
-INLINE void eachEight(const Float64* x, int64_t count, F f) {
-  for (int64_t i = 0; i < count; i += 8) f(load<Lanes4>(x + i), load<Lanes4>(x + (i + 4 < count ? i + 4 : i)), i);
+INLINE void eachEight(int64_t count, F f) {
+  int64_t i = 0;
+  for (; i + 8 <= count; i += 8) f(i, i + 4);
+  if (i < count) f(i, i);
 }
 
 }  // namespace
