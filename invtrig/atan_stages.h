@@ -11,7 +11,7 @@
 namespace qorvane {
 namespace {
 
-constexpr int64_t longestStretch = 128, shortestStretch = 12, vector = laneCount<Four>;
+constexpr int64_t longestStretch = 144, shortestStretch = 12, vector = laneCount<Four>;
 using Column = Float64[longestStretch];
 
 // What a turn of a loop takes: with 256 bits two vectors in lockstep.
