@@ -49,6 +49,26 @@ INLINE void eachGroup(int64_t count, F f) {
     for (; i < count; i += laneCount<Last>) f(Last{}, i);
 }
 
+// The same with a chain cut in two: what first(V, int64_t i) gives second(V, int64_t i, that) takes. A
+// group's second half stands beside the next group's first half, and the numbers between stay in
+// registers.
+template <class Group, class Last, class First, class Second>
+INLINE void eachGroupInTwo(int64_t count, First first, Second second) {
+  constexpr int64_t lanes = laneCount<Group>;
+  int64_t i = 0;
+  if (count >= lanes) {
+    auto between = first(Group{}, 0);
+    for (i = lanes; i + lanes <= count; i += lanes) {
+      const auto next = first(Group{}, i);
+      second(Group{}, i - lanes, between);
+      between = next;
+    }
+    second(Group{}, i - lanes, between);
+  }
+  if constexpr (lanes != laneCount<Last>)
+    for (; i < count; i += laneCount<Last>) second(Last{}, i, first(Last{}, i));
+}
+
 // Goes over arrays in stretches of up to `longest` elements: fast(count, pointers...) -> bool may
 // take one of at least `shortest`, cut to a multiple of `unit`; other(count, pointers...) -> status
 // takes the rest and raises its flags.

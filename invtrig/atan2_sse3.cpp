@@ -83,7 +83,20 @@ constexpr auto stretch = [](int64_t count, const Float64* srcA, const Float64* s
     }
   });
   if (any(outside)) return false;
-  atan2Stages(count, srcA, srcB, dst, intervalOf);
+  atan2Stages(count, srcA, srcB, dst, [&](Stages& s) INLINED {
+    eachVector(count, [&](int64_t i) INLINED {
+      const auto [c, kept, hi, lo] = intervalOf(magnitude(load<Four>(srcA + i)), magnitude(load<Four>(srcB + i)));
+      store(s.c() + i, c), store(s.kept() + i, kept), store(s.hi + i, hi), store(s.lo + i, lo);
+    });
+    eachVector(count, [&](int64_t i) INLINED {
+      const Four a = magnitude(load<Four>(srcA + i)), b = magnitude(load<Four>(srcB + i));
+      const Four c = load<Four>(s.c() + i), mask = load<Four>(s.kept() + i);
+      const auto kept = [&](Four v) INLINED { return andBits(v, mask); };
+      const Four ah = upperPart(a), al = a - ah, bh = upperPart(b), bl = b - bh;
+      storeFraction(s, i,
+                    fractionInStretch(kept(ah) - c * bh, kept(al) - c * bl, kept(bh) + c * ah, kept(bl) + c * al));
+    });
+  });
   return true;
 };
 

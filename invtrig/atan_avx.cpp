@@ -10,22 +10,15 @@
 //
 // Special values: infinities give +-pi/2, zeros themselves, a NaN itself, quiet.
 #include "frame/kernel_frame.h"
-#include "invtrig/atan_stages.h"
 #include "invtrig/inverse_constants.h"
-#include "invtrig/masks_avx.h"
+#include "invtrig/paired_rows.h"
 
 namespace qorvane {
 namespace {
 
-#include "invtrig/atan_tables.inc"
-
 // (t - c) / (1 + c t) for t = ah + al, and -1 / t where `kept` is 0. Numerator and denominator are
 // in two parts. All sums but those that give dh and dl are exact: c has two bits, ah 26, and terms of
 // opposite signs are near each other.
-template <class V>
-struct Fraction {
-  V nh, nl, dh, dl;
-};
 template <class V>
 INLINE Fraction<V> fraction(V ah, V al, V c, V kept) {
   const V n = kept * (ah - al) - c, nh = upperPart(n);
@@ -76,38 +69,40 @@ Element atanSpecialLane(Float64 x) {
   return {orBits(isSubnormal ? a * a + a : (opaque(1.0) + a) * a, signOf(x))};
 }
 
-// The row of a number t, cut to its high word, in atanSixteenths: the sum of t and this has four times
-// its number in byte 3, with two bits of the fraction. The sum's unit is 2^-30, so that it is exact
-// where it matters. What is exactly on a bound belongs to the row below it.
-constexpr Float64 keyShifter = 0x1.8p22 + 0x1p-4 - 0x1p-24;
-constexpr Float64 lastKey = 2.5;
+constexpr PairedRows rows = pairRows([](Float64 c, bool isLast) { return PointAndKept{c, isLast ? 0.0 : 1.0}; });
 
-// Numbers from 2^-1020 up to 2^126.
-constexpr auto stretch = [](int64_t count, const Float64* src, Float64* dst) {
-  if (!allHighWordsWithin(src, count, 0x00300000, 0x47d00000)) return false;
-  alignas(32) Column hi;
-  Stages s;
-  Float64* const keys = s.u;  // until the quotients come
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const V cut = andBits(load<V>(src + i), broadcast<V>(fromBits(0x7fffffff00000000)));
-    const V key = smallerLanes(cut, broadcast<V>(lastKey)) + keyShifter;
-    store(keys + i, andBits(key, broadcast<V>(fromBits(0xfffffffffc000000))));
+// The offsets of rows, and whether all numbers are from 2^-495 up to 2^113. In between they are ordered
+// without bit 29 of the high words, too, and no word is a NaN then.
+INLINE bool findRows(const Float64* src, int64_t count, RowOffsets& offsets) {
+  HighWordRange range = emptyRange();
+  eachEight(count, [&](int64_t i, int64_t k) INLINED {
+    constexpr int orderedBits = 0x5fffffff, bounds[] = {0x3fdc0000, 0x3fe60000, 0x3ff30000, 0x40038000};
+    const __m256 words = eightHighWords(src, i, k), t = _mm256_and_ps(words, singlesOf(orderedBits));
+    take(range, words);
+    storeOffsets(offsets.of + i, [&](int bound) INLINED {
+      return _mm256_cmp_ps(singlesOf(bounds[bound] & orderedBits), t, _CMP_LT_OQ);
+    });
   });
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const auto rows = [&](int lane)
-                          INLINED { return uint64_t{8} * reinterpret_cast<const unsigned char*>(keys + i + lane)[3]; };
-    const V a = magnitude(load<V>(src + i)), ah = upperPart(a);
-    const auto [c, kept, ofHi, ofLo] = columns<4, V>(atanSixteenths, rows).of;
-    store(hi + i, ofHi), store(s.lo + i, ofLo);
-    const auto [nh, nl, dh, dl] = fraction(ah, a - ah, c, kept);
-    store(s.nh + i, nh), store(s.nl + i, nl), store(s.dh + i, dh), store(s.dl + i, dl);
+  return isWithin(range, 0x21000000, 0x47000000);
+}
+
+constexpr auto stretch = [](int64_t count, const Float64* src, Float64* dst) {
+  RowOffsets offsets;
+  if (!findRows(src, count, offsets)) return false;
+  Stages s;
+  beginQuotients(s, count, rows, offsets, [&]<class V>(V, int64_t i, V c, V kept) INLINED {
+    const V a = magnitude(load<V>(src + i)), ah = upperPart(a), al = a - ah;
+    return fractionInStretch(kept * ah - c, kept * al, kept + c * ah, c * al);
   });
   divide(s, count);
   beginSeries(s, count);
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const V v = sum(seriesAt<V>(s, i), load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(hi + i));
-    store(dst + i, orBits(v, signOf(load<V>(src + i))));
-  });
+  eachGroupInTwo<Group, Four>(
+      count, [&]<class V>(V, int64_t i) INLINED { return seriesAt<V>(s, i); },
+      [&]<class V>(V, int64_t i, V series) INLINED {
+        const V rest = series * load<V>(s.u + i);
+        const V v = sum(rest, load<V>(s.uh() + i), load<V>(s.ul() + i), load<V>(s.hi + i));
+        store(dst + i, orBits(v, signOf(load<V>(src + i))));
+      });
   return true;
 };
 

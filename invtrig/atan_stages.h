@@ -11,7 +11,7 @@
 namespace qorvane {
 namespace {
 
-constexpr int64_t longestStretch = 200, shortestStretch = 12, vector = laneCount<Four>;
+constexpr int64_t longestStretch = 144, shortestStretch = 12, vector = laneCount<Four>;
 using Column = Float64[longestStretch];
 
 // What a turn of a loop takes: with 256 bits two vectors in lockstep.
@@ -22,7 +22,8 @@ using Group = Four;
 #endif
 
 struct Stages {
-  alignas(32) Column nh, nl, dh, dl, lo;  // numerator and denominator; lo is added to the quotient's low part
+  alignas(32) Column nh, nl, dh, dl;  // numerator and denominator
+  alignas(32) Column hi, lo;          // what is added last; lo goes to the quotient's low part
   alignas(32) Column even, odd, u;
   alignas(32) float seeds[longestStretch];
   // What stands where later numbers will: an interval's point and mask. What takes the place of
@@ -36,6 +37,23 @@ struct Stages {
   Float64* z() { return dh; }
   Float64* z2() { return dl; }
 };
+
+// (n0 - n1) / (d0 + d1) as a stretch's numerator and denominator, each in two parts. Its numbers are
+// far from subnormal ones, so n0 - nh and d0 - dh are exact, and the low parts are those of the longer
+// ways in which `fraction` of either kernel makes them.
+template <class V>
+struct Fraction {
+  V nh, nl, dh, dl;
+};
+template <class V>
+INLINE Fraction<V> fractionInStretch(V n0, V n1, V d0, V d1) {
+  const V nh = upperPart(n0 - n1), dh = upperPart(d0 + d1);
+  return {nh, (n0 - nh) + n1, dh, (d0 - dh) + d1};
+}
+INLINE void storeFraction(Stages& s, int64_t i, auto fraction) {
+  store(s.nh + i, fraction.nh), store(s.nl + i, fraction.nl), store(s.dh + i, fraction.dh),
+      store(s.dl + i, fraction.dl);
+}
 
 // f(int64_t i) for each vector.
 template <class F>
@@ -93,19 +111,26 @@ INLINE void divide(Stages& s, int64_t count) {
 
 // From the quotients to the first half of the polynomials; seriesAt does the second.
 INLINE void beginSeries(Stages& s, int64_t count) {
-  eachGroup<Group, Four>(count, [&]<class V>(V, int64_t i) INLINED {
-    const V u = load<V>(s.u + i), z = u * u, z2 = z * z;
-    store(s.z() + i, z), store(s.z2() + i, z2);
-    store(s.even + i, ((g5 * z2 + g4) * z2 + g3) * z2 + g2);
-    store(s.odd + i, ((h5 * z2 + h4) * z2 + h3) * z2 + h2);
-  });
+  eachGroupInTwo<Group, Four>(
+      count,
+      [&]<class V>(V, int64_t i) INLINED {
+        const V u = load<V>(s.u + i), z = u * u, z2 = z * z;
+        store(s.z() + i, z), store(s.z2() + i, z2);
+        return z2;
+      },
+      [&]<class V>(V, int64_t i, V z2) INLINED {
+        store(s.even + i, ((g5 * z2 + g4) * z2 + g3) * z2 + g2);
+        store(s.odd + i, ((h5 * z2 + h4) * z2 + h3) * z2 + h2);
+      });
 }
+
+// From there to atan(u) / u - 1.
 template <class V>
-INLINE V seriesAt(Stages& s, int64_t i) {  // atan(u) - u
+INLINE V seriesAt(Stages& s, int64_t i) {
   const V z = load<V>(s.z() + i), z2 = load<V>(s.z2() + i);
   const V even = (load<V>(s.even + i) * z2 + g1) * z2 + g0;
   const V odd = (load<V>(s.odd + i) * z2 + h1) * z2 + h0;
-  return (even * z2 + odd * z) * load<V>(s.u + i);
+  return even * z2 + odd * z;
 }
 
 }  // namespace

@@ -41,33 +41,18 @@ Split pointOf(int row) {
   return point;
 }
 
-// The lower ends in sixteenths: t of row r is above ends[r].
-constexpr int ends[] = {39, 19, 11, 7};
-
 void writeAtanTables(FILE* out) {
-  std::fprintf(
-      out,
-      "// Written by tools/make_invtrig_tables.cpp. For t in each interval a point c with\n"
-      "//   atan t = atan c + atan((t - c) / (1 + c t))\n"
-      "// and in the first atan t = pi/2 + atan(-1 / t). A row has c, `kept`, atan c rounded (pi/2 in the\n"
-      "// first) and the rest of it. `kept` is 1, and 0 in the first row: what it multiplies, or is added as,\n"
-      "// falls away there.\n"
-      "\n"
-      "// t above 39/16, 19/16, 11/16, 7/16, and the others; `kept` is a mask here\n"
-      "alignas(32) constexpr Float64 atanRows[5][4] = {\n");
+  std::fprintf(out,
+               "// Written by tools/make_invtrig_tables.cpp. For t in each interval a point c with\n"
+               "//   atan t = atan c + atan((t - c) / (1 + c t))\n"
+               "// and in the first atan t = pi/2 + atan(-1 / t). A row has c, the mask of what is kept, none in the\n"
+               "// first, atan c rounded (pi/2 in the first) and the rest of it.\n"
+               "\n"
+               "// t above 39/16, 19/16, 11/16, 7/16, and the others\n"
+               "alignas(32) constexpr Float64 atanRows[5][4] = {\n");
   for (int row = 0; row < 5; ++row) {
     const Split point = pointOf(row);
     writeRow(out, {intervals[row].c, number(intervals[row].isInverted ? 0 : ~uint64_t{0}), point.hi, point.lo});
-  }
-  std::fprintf(out,
-               "};\n\n"
-               "// Row k is for 16 t from k - 1 to k, the upper end included, the last for all t above it.\n"
-               "alignas(32) constexpr Float64 atanSixteenths[41][4] = {\n");
-  for (int k = 0; k <= 40; ++k) {
-    int row = 0;
-    while (row < 4 && k <= ends[row]) ++row;
-    const Split point = pointOf(row);
-    writeRow(out, {intervals[row].c, intervals[row].isInverted ? 0.0 : 1.0, point.hi, point.lo});
   }
   std::fprintf(out, "};\n");
 }
