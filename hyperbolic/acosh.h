@@ -1,7 +1,5 @@
-// What levels 2 to 5 of acosh share: the arithmetic of their one program, and the loops, in vectors
-// V and, where chains are shortest, W.
+// What levels 2 to 5 of acosh share: their one program, in pairs of numbers.
 #pragma once
-#include "frame/loops.h"
 #include "hyperbolic/certain_loop.h"
 #include "hyperbolic/pair_steps.h"
 
@@ -114,7 +112,7 @@ template <class V>
       src, dst, len, [](auto x) INLINED { return acoshOf(x); }, isFlagged, acoshSpecialLane);
 }
 template <class V>
-constexpr Definition acoshDefinition{Inverse::ofCosh, {8.3, 0}, 0x3ff1, acoshProgram<V>};
+constexpr Definition acoshDefinition{Inverse::ofCosh, {8.4, 0}, 0x3ff1, acoshProgram<V>};
 template <class V>
 INLINE nuvStatus acoshLoop(const Float64* src, Float64* dst, int64_t len) {
   return inverseLoop<acoshDefinition<V>>(src, dst, len);

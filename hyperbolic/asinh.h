@@ -1,7 +1,5 @@
-// What levels 2 to 5 of asinh share: the arithmetic of their one program, and the loops, in vectors
-// V and, where chains are shortest, W.
+// What levels 2 to 5 of asinh share: their one program, in pairs of numbers.
 #pragma once
-#include "frame/loops.h"
 #include "hyperbolic/certain_loop.h"
 #include "hyperbolic/pair_steps.h"
 
@@ -98,7 +96,7 @@ template <class V>
   return plainLoop<V>(src, dst, len, [](auto x) INLINED { return asinhOf(x); });
 }
 template <class V>
-constexpr Definition asinhDefinition{Inverse::ofSinh, {13.8, 0}, 0x3fc0, asinhProgram<V>};
+constexpr Definition asinhDefinition{Inverse::ofSinh, {13.9, 0}, 0x3fc0, asinhProgram<V>};
 template <class V>
 INLINE nuvStatus asinhLoop(const Float64* src, Float64* dst, int64_t len) {
   return inverseLoop<asinhDefinition<V>>(src, dst, len);

@@ -116,7 +116,7 @@ struct Result {
 };
 template <class V>
 INLINE Result<V> resultOf(LogParts<V> parts, Bound bound) {
-  // ln(1 + w) - w = w^2 (-0.5 + c3 w + ... + c6 w^4), |w| <= 1.13/512: error 2^-69.8, absolute
+  // ln(1 + w) = w + w^2 (-0.5 + c3 w + ... + c6 w^4), |w| <= 1.13/512: error 2^-60.0, 2^-69.8 absolute
   constexpr Float64 c6 = fromBits(0xbfc5555e6da06d5b);  // -0.16666775086273841
   constexpr Float64 c5 = fromBits(0x3fc999a249ca026f);  // 0.20000103571875935
   constexpr Float64 c4 = fromBits(0xbfcffffffffeba27);  // -0.2499999999976847
