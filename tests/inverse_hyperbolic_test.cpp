@@ -106,7 +106,7 @@ TEST(InverseHyperbolic, ErrorsAtTheBorders) {
                               0x1p28,    0x1p29,  0x1p53,   0x1p1000, 0x1p1023,    0.5,    1 - 0x1p-8,
                               0x1p-1021, 0x1p-28, 0x1p-200, 3,        10};
     for (int i = 0; i < 256; ++i)
-      for (int exponent : {0, 1, 2, 5, 26, 27, 52}) {
+      for (int exponent : {0, 1, 2, 5, 26, 27, 52, 53}) {
         const long double u = std::ldexp(1 + i / 256.0L, exponent),
                           v = std::ldexp(1 + i / 256.0L + 1 / 512.0L, exponent);
         for (long double border : {u, v}) {  // of the logarithm's argument, and of the root's
@@ -152,7 +152,6 @@ constexpr Uncertain uncertain[] = {
     {nuvsAcosh_64f_A53, false, 0x403b986942a498bd, 0x40100ab7a865859e},  // 27.6 -> 4.010
     {nuvsAcosh_64f_A53, false, 0x415d4e805e05b8d1, 0x40308c3037ea5ee0},  // 7682561.5 -> 16.55
     {nuvsAcosh_64f_A53, true, 0x3ff0fb27caf71710, 0x3fd64ca07134eed2},   // 1.061 -> 0.348, by the series
-    {nuvsAsinh_64f_A53, true, 0x3fbf5aff3c4e8b2c, 0x3fbf470faf480016},   // 0.1225 -> 0.1222, by the series
     {nuvsAsinh_64f_A53, true, 0x3fc11562ef49539f, 0x3fc1088171015c00},   // 0.1335 -> 0.1331
     {nuvsAsinh_64f_A53, true, 0x3fc2e88d1f682aab, 0x3fc2d71df5dbd5c8},   // 0.1477 -> 0.1472
     {nuvsAsinh_64f_A53, false, 0x3fc82edbc74cada0, 0x3fc80a9b9b5161a6},  // 0.1889 -> 0.1878
