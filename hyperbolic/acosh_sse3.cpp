@@ -45,18 +45,20 @@ Float64 byLogarithm(Float64 x) { return static_cast<Float64>(lnExtended(sum(x)))
   if (len == 1 && !isFlagged(src[0])) return dst[0] = byLogarithm(src[0]), nuvStatusOk;
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
+  Float64 x[extendedChunk];
   uint64_t flagged = 0;
   for (int c = 0; c < count; ++c) {
-    const bool is = isFlagged(src[c]);
+    x[c] = src[c];
+    const bool is = isFlagged(x[c]);
     flagged |= uint64_t{is} << c;
-    storeParts(chunk, c, sum(is ? 2.0 : src[c]));
+    storeParts(chunk, c, sum(is ? 2.0 : x[c]));
   }
   reduceParts(chunk, count);
   for (int c = 0; c < count; ++c) dst[c] = static_cast<Float64>(lnAt(chunk, c));
   nuvStatus status = nuvStatusOk;
   for (; flagged != 0; flagged &= flagged - 1) {
     const int c = __builtin_ctzll(flagged);
-    takeElement<Raises::no>(status, dst + c, acoshSpecialLane(src[c]));
+    takeElement<Raises::no>(status, dst + c, acoshSpecialLane(x[c]));
   }
   return status;
 }

@@ -83,6 +83,8 @@ template <class V>
 INLINE V asinhOf(V x) {
   if (!any(outsideOrdinary(x))) [[likely]]
     return orBits(logOfSum(magnitude(x)), signOf(x));
+  if (!anyMagnitudeFrom(x, 0x3fc00000)) [[likely]]  // 0.125
+    return orBits(asinhSeries(magnitude(x)), signOf(x));
   const Classes<V> classes = classesOf(x);
   V y = broadcast<V>(0.0);
   if (signMask(classes.bySum) != 0) y = logOfSum(argumentOfSum(classes));

@@ -37,17 +37,19 @@ Float64 byLogarithm(Float64 x) { return withSignOf(static_cast<Float64>(lnExtend
   if (len == 1 && !isFlagged(src[0])) return dst[0] = byLogarithm(src[0]), nuvStatusOk;
   const int count = static_cast<int>(len);
   ExtendedChunk chunk;
+  Float64 x[extendedChunk];
   uint64_t flagged = 0;
   for (int c = 0; c < count; ++c) {
-    const bool is = isFlagged(src[c]);
+    x[c] = src[c];
+    const bool is = isFlagged(x[c]);
     flagged |= uint64_t{is} << c;
-    storeParts(chunk, c, sum(is ? 1.0 : magnitude(src[c])));
+    storeParts(chunk, c, sum(is ? 1.0 : magnitude(x[c])));
   }
   reduceParts(chunk, count);
-  for (int c = 0; c < count; ++c) dst[c] = withSignOf(static_cast<Float64>(lnAt(chunk, c)), src[c]);
+  for (int c = 0; c < count; ++c) dst[c] = withSignOf(static_cast<Float64>(lnAt(chunk, c)), x[c]);
   for (; flagged != 0; flagged &= flagged - 1) {
     const int c = __builtin_ctzll(flagged);
-    dst[c] = asinhSpecialLane(src[c]);
+    dst[c] = asinhSpecialLane(x[c]);
   }
   return nuvStatusOk;
 }

@@ -10,7 +10,7 @@ namespace {
 constexpr int stripLength = 64;
 
 // A function at a level: `first` tells, in the upper 16 bits of a number, where the lanes' arguments
-// begin; program(x, y, count) -> status takes up to stripLength arguments of any kind, x apart from y.
+// begin; program(x, y, count) -> status takes up to stripLength arguments of any kind; x may be y.
 struct Definition {
   Inverse inverse;
   Bound bound;
@@ -97,22 +97,6 @@ INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Strip& s) 
   return isSetInAll(all) ? 0 : bitsOfClear(masks, count);
 }
 
-// Copies a multiple of four arguments with a harmless number in place of those outside the lanes'
-// range. Gives these places' bits.
-template <const Definition& f>
-[[gnu::noinline]] uint64_t takeOutside(const Float64* x, Float64* inLanes, int64_t count) {
-  uint64_t outside = 0;
-  for (int64_t i = 0; i < count; i += 4) {
-    const Four v = load<Four>(x + i);
-    const auto words = highWords(magnitudeOf<f.inverse>(v));
-    const Words4 mask = partOf(((f.first << 16) > words) | (words > (afterLast << 16) - 1), 0);
-    outside |= static_cast<uint64_t>(_mm_movemask_ps(reinterpret_cast<__m128>(mask))) << i;
-    store(inLanes + i, v);
-  }
-  for (uint64_t left = outside; left != 0; left &= left - 1) inLanes[__builtin_ctzll(left)] = 2.0;
-  return outside;
-}
-
 // Up to all lanes of V, the others with numbers of the same; and back.
 template <class V>
 INLINE V loadUpTo(const Float64* p, int64_t count) {
@@ -141,11 +125,33 @@ INLINE void storeUpTo(Float64* p, V y, int64_t count) {
     }
 }
 
+// Up to stripLength elements, not all of them in the lanes' range. The others get harmless numbers
+// there, but where they are most, the program takes all.
+template <const Definition& f>
+[[gnu::noinline]] nuvStatus mixedStrip(const Float64* src, Float64* dst, int64_t count) {
+  Float64 x[stripLength], inLanes[stripLength];
+  const int64_t whole = (count + 3) & ~int64_t{3};
+  uint64_t outside = 0;
+  int64_t number = 0;
+  for (int64_t i = 0; i < whole; i += 4) {
+    const Four v = i + 4 <= count ? load<Four>(src + i) : loadUpTo<Four>(src + i, count - i);
+    const auto words = highWords(magnitudeOf<f.inverse>(v));
+    const Words4 mask = partOf(((f.first << 16) > words) | (words > (afterLast << 16) - 1), 0);
+    outside |= static_cast<uint64_t>(_mm_movemask_ps(reinterpret_cast<__m128>(mask))) << i;
+    store(x + i, v);
+    store(inLanes + i, v);
+  }
+  for (uint64_t left = outside; left != 0; left &= left - 1, ++number) inLanes[__builtin_ctzll(left)] = 2.0;
+  if (4 * number > 3 * count) return f.program(src, dst, count);
+  Strip s;
+  const uint64_t left = (outside | stages<f>(inLanes, inLanes, whole, s)) & (~uint64_t{0} >> (stripLength - count));
+  __builtin_memcpy(dst, inLanes, static_cast<size_t>(count) * sizeof *dst);
+  return byProgram<f>(x, dst, left);
+}
 template <const Definition& f>
 INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
   Strip s;
   const int64_t fours = count & ~int64_t{3}, whole = (count + 3) & ~int64_t{3};
-  const uint64_t everyBit = ~uint64_t{0} >> (stripLength - count);
   const Float64* x = src;
   if (fours != whole || src == dst) {
     for (int64_t i = 0; i < fours; i += 4) store(s.x + i, load<Four>(src + i));
@@ -154,18 +160,13 @@ INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
   }
   Extremes extremes;
   for (int64_t i = 0; i < whole; i += 4) take(extremes, magnitudeOf<f.inverse>(load<Four>(x + i)));
-  uint64_t left = 0;
-  Float64 copy[stripLength];
-  const Float64* inLanes = x;
-  if (!areInLanes(extremes, f.first)) [[unlikely]] {
-    left = takeOutside<f>(x, copy, whole) & everyBit;
-    if (left == everyBit) return byProgram<f>(x, dst, left);
-    inLanes = copy;
-  }
+  if (!areInLanes(extremes, f.first)) [[unlikely]]
+    return mixedStrip<f>(src, dst, count);
+  uint64_t left;
   if (fours == whole) {
-    left |= stages<f>(inLanes, dst, whole, s);
+    left = stages<f>(x, dst, whole, s);
   } else {
-    left |= stages<f>(inLanes, s.w, whole, s) & everyBit;
+    left = stages<f>(x, s.w, whole, s) & (~uint64_t{0} >> (stripLength - count));
     for (int64_t i = 0; i < fours; i += 4) store(dst + i, load<Four>(s.w + i));
     storeUpTo(dst + fours, load<Four>(s.w + fours), count - fours);
   }
@@ -181,21 +182,21 @@ template <const Definition& f>
   return status;
 }
 
-// Up to all lanes of V, in one piece. In place, an element that isn't certain is evaluated anew with
-// the others: keeping the arguments would take registers from all.
+// Up to all lanes of V, in one piece. Where one isn't in the lanes' range, the program takes all; so it
+// does, in place, where one isn't certain: keeping the arguments would take registers from all.
 template <class V, const Definition& f>
 INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
   const V x = loadUpTo<V>(src, count), a = magnitudeOf<f.inverse>(x);
   Extremes extremes;
   take(extremes, a);
   if (!areInLanes(extremes, f.first)) [[unlikely]]
-    return eachStrip<f>(src, dst, count);
+    return f.program(src, dst, count);
   const V r = firstRoot<f.inverse>(a), u = a + r;
   const auto parts = logParts(u, restOfSum<f.inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
   const auto [y, isCertain] = resultOf(parts, f.bound);
   if (isSetInAll(isCertain)) [[likely]]
     return storeUpTo(dst, withSignOf<f.inverse>(y, x), count), nuvStatusOk;
-  if (src == dst) return eachStrip<f>(src, dst, count);
+  if (src == dst) return f.program(src, dst, count);
   storeUpTo(dst, withSignOf<f.inverse>(y, x), count);
   return byProgram<f>(src, dst, ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count)));
 }
