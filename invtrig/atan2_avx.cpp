@@ -8,7 +8,8 @@
 //
 // Special values: atan2_special_lane.cpp, as C has them.
 #ifndef __clang__
-#pragma GCC optimize("sched-pressure")  // fewer numbers wait in memory: 4 % less time, 13 % at eight elements
+// Fewer numbers wait in memory, and loads stay at their use: 5 % less time, 13 % at eight elements.
+#pragma GCC optimize("sched-pressure", "no-gcse", "no-tree-pre")
 #endif
 #include "frame/kernel_frame.h"
 #include "invtrig/atan2_core.h"
