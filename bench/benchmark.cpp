@@ -1,6 +1,7 @@
 // qorvane-bench: the library at every level that the processor has, and its peers, on Google Benchmark. A name is
 // <function>/<contestant>/<n>, with a range other than the everyday one in brackets behind the function; the counter
-// "element" is the time an element.
+// "element" is the time an element. What begins with "ranges/" are the complex functions on many ranges, against fewer
+// contestants.
 //
 // The contestants take turns in random order, and the least of each one's short turns counts: other work on the machine
 // can only lengthen a turn. What a process has its pages and branches share isn't chance within that process, so a
@@ -48,20 +49,17 @@ double clockGigahertz() {
 
 // A workload's arrays are drawn when one of its benchmarks runs first.
 struct Place {
-  const Workload* workload;
+  Workload workload;
   std::unique_ptr<Arrays> arrays;
 };
 
 void add(const std::shared_ptr<Place>& place, const std::string& name, int level, const Contestant* contestant) {
-  const Workload& workload = *place->workload;
-  std::string title = workload.stem;
-  if (!workload.label.empty()) title.append("[").append(workload.label).append("]");
-  title.append("/").append(name).append("/");
+  const std::string title = place->workload.title + "/" + name + "/";
   benchmark::internal::Benchmark* entry = nullptr;
-  for (int n : lengths) {
+  for (int n : place->workload.lengths) {
     const auto run = [=, calls = std::make_shared<int64_t>(0)](benchmark::State& state) {
       if (level > 0) DispatchLevel = level;
-      if (!place->arrays) place->arrays = std::make_unique<Arrays>(*place->workload);
+      if (!place->arrays) place->arrays = std::make_unique<Arrays>(place->workload);
       const Call call = place->arrays->first(n);
       if (*calls == 0) *calls = callsOfATurn(*contestant, call);
       contestant->repeat(call, *calls / 4);  // the turn before has left the caches to others
@@ -76,17 +74,27 @@ void add(const std::shared_ptr<Place>& place, const std::string& name, int level
   }
 }
 
+// The library at these levels, and the teams that have the function.
+void addContestants(Workload workload, std::span<const int> levels, std::span<const Team* const> teams) {
+  const std::string_view stem = workload.function->stem;
+  const auto place = std::make_shared<Place>(Place{std::move(workload), nullptr});
+  for (int level : levels)
+    if (level <= DispatchLevel) add(place, "level " + std::to_string(level), level, find(library, stem));
+  for (const Team* team : teams)
+    if (const Contestant* peer = find(*team, stem); peer && team->runsHere()) add(place, team->name, 0, peer);
+}
+
 void registerAll() {
-  const int highest = DispatchLevel;
+  constexpr int levels[] = {1, 2, 3, 4, 5};
   const Team* teams[] = {&cLibrary,    &sleefSse4,  &sleefAvx,    &sleefAvx2,     &sleefAvx512,
                          &libmvecSse4, &libmvecAvx, &libmvecAvx2, &libmvecAvx512, &bareAvx};
-  for (const Workload& workload : workloads()) {
-    const auto place = std::make_shared<Place>(Place{&workload, nullptr});
-    for (int level = 1; level <= highest; ++level)
-      add(place, "level " + std::to_string(level), level, find(library, workload.stem));
-    for (const Team* team : teams)
-      if (const Contestant* peer = find(*team, workload.stem); peer && team->runsHere())
-        add(place, team->name, 0, peer);
+  for (const Workload& workload : workloads()) addContestants(workload, levels, teams);
+  const Team* few[] = {&unfused, &cLibrary};
+  for (const Workload& workload : complexRanges()) {
+    std::vector<int> firstLevels;  // of each program
+    for (size_t i = 0; i < workload.function->programCount; ++i)
+      firstLevels.push_back(workload.function->programs[i].firstLevel);
+    addContestants(workload, firstLevels, few);
   }
 }
 

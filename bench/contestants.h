@@ -23,6 +23,8 @@ struct Team {
 // The library's functions, one entry a row of frame/functions.inc; they run at whatever
 // DispatchLevel says.
 extern const Team library;
+// The complex functions' kernels of level 5 for processors without fused multiply-adds.
+extern const Team unfused;
 // The C library's function in a scalar loop, SLEEF's function of 1.0 ulp (or the exact one, where
 // that is all there is) and the C library's vector function of 4 ulp in a vector loop, and the loop over the bare instruction that does the same
 // work.

@@ -1,6 +1,7 @@
 // The arguments of the speed measurements.
 #pragma once
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,18 +12,19 @@ namespace qorvane::bench {
 
 // A function on a range of its arguments.
 struct Workload {
-  const char* stem;
-  std::string label;  // the range's name; empty: the function's everyday range
+  std::string title;  // the function, and in brackets a range other than its everyday one
+  const Served* function;
   const accuracy::Range* range;
-  Signature signature;
+  std::span<const int> lengths;  // that are measured, in their order
+  bool turned = false;           // drawn numbers a + bi become b + ai
 };
 
 // The everyday workloads of the served functions in the order of frame/functions.inc, then those of
 // ranges that take other paths.
-const std::vector<Workload>& workloads();
+std::vector<Workload> workloads();
 
-constexpr int lengths[] = {1, 3, 4, 8, 100, 1000, 100000};
-constexpr int longest = 100000;
+// The complex functions' ranges of docs/performance.md; titles begin with "ranges/".
+std::vector<Workload> complexRanges();
 
 // The arrays of a workload; the same for every run. They begin at a cache line each, at different
 // places of a page.
@@ -38,7 +40,7 @@ class Arrays {
   std::array<double, 2> scalar{};
 };
 
-const Contestant* find(const Team& team, const std::string& stem);
+const Contestant* find(const Team& team, std::string_view stem);
 
 // Stays on one processor core.
 void pinToOneCore();

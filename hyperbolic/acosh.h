@@ -1,8 +1,7 @@
-// What levels 2 to 5 of acosh share: the arithmetic of their one program, and the loops, in vectors
-// V and, where chains are shortest, W.
+// What levels 2 to 5 of acosh share: their one program, in pairs of numbers.
 #pragma once
-#include "frame/loops.h"
-#include "hyperbolic/pair_strip.h"
+#include "hyperbolic/certain_loop.h"
+#include "hyperbolic/pair_steps.h"
 
 namespace qorvane {
 namespace {
@@ -106,104 +105,17 @@ INLINE V acoshOf(V x) {
   return {opaque(0.0) / opaque(0.0), nuvStatusOutOfDomain};
 }
 
-template <class V, class W, class Take>
-INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Take take) {
-  eachRoot<V, W>(
-      count, strip, [&](int64_t i) INLINED { return squareLess1(load<V>(src + i)); },
-      [&](int64_t i, Pair<V> root) INLINED { setLog(strip, i, sumWith(load<V>(src + i), root)); });
-  eachLog<V, W>(count, strip, take);
-}
-// Arguments from 1 up. One pass gives all the roots, of harmless numbers where there is no root.
-template <class V, class W>
-INLINE void mixedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
-  const V two = broadcast<V>(2.0);
-  V isNear = broadcast<V>(0.0), bySum = isNear, byDouble = isNear;
-  for (int64_t i = 0; i < count; i += laneCount<V>) {
-    const Classes<V> classes = classesOf(load<V>(src + i));
-    isNear = orBits(isNear, classes.isNear);
-    bySum = orBits(bySum, classes.bySum);
-    byDouble = orBits(byDouble, classes.byDouble);
-  }
-  alignas(32) Float64 first[stripLength], rest[stripLength], y[stripLength];
-  eachRoot<V, W>(
-      count, strip,
-      [&](int64_t i) INLINED {
-        const V x = load<V>(src + i), d = nearDistance(x), isFar = classesOf(x).bySum;
-        const Pair<V> square = squareLess1(select(isFar, x, two));
-        return Pair<V>{select(isFar, square.hi, d + d), andBits(isFar, square.lo)};
-      },
-      [&](int64_t i, Pair<V> root) INLINED {
-        const V x = load<V>(src + i);
-        setLog(strip, i, sumWith(select(classesOf(x).bySum, x, two), root));
-        store(first + i, root.hi);
-        store(rest + i, root.lo);
-      });
-  if (signMask(isNear) != 0)
-    eachVector<W>(count, [&](int64_t i) INLINED {
-      const W x = load<W>(src + i);
-      store(y + i, nearOne(x, nearDistance(x), Pair<W>{load<W>(first + i), load<W>(rest + i)}));
-    });
-  if (signMask(bySum) != 0)
-    eachLog<V, W>(count, strip, [&](int64_t i, W v) INLINED {
-      store(y + i, select(classesOf(load<W>(src + i)).bySum, v, load<W>(y + i)));
-    });
-  if (signMask(byDouble) != 0)
-    eachVector<V>(count, [&](int64_t i) INLINED {
-      const V x = load<V>(src + i);
-      store(y + i, select(classesOf(x).byDouble, logOfDouble(x), load<V>(y + i)));
-    });
-  __builtin_memcpy(dst, y, static_cast<size_t>(count) * sizeof *y);
-}
-// The same with some for the special lane.
-template <class V, class W>
-[[gnu::noinline, gnu::cold]] nuvStatus flaggedStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
-  alignas(32) Float64 x[stripLength], served[stripLength];
-  nuvStatus status = nuvStatusOk;
-  for (int64_t i = 0; i < count; ++i) {
-    x[i] = src[i];
-    served[i] = isFlagged(x[i]) ? 2.0 : x[i];
-  }
-  mixedStrip<V, W>(served, dst, count, strip);
-  for (int64_t i = 0; i < count; ++i)
-    if (isFlagged(x[i])) takeElement<Raises::yes>(status, dst + i, acoshSpecialLane(x[i]));
-  return status;
-}
-
-template <class V, class W>
-INLINE nuvStatus acoshStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
-  WordsOf<V> outside{}, flagged{};
-  for (int64_t i = 0; i < count; i += laneCount<V>) {
-    const V x = load<V>(src + i);
-    outside = outside | outsideOrdinary(x);
-    flagged = flagged | outsideFormulas(x);
-  }
-  if (any(flagged)) [[unlikely]]
-    return flaggedStrip<V, W>(src, dst, count, strip);
-  if (any(outside)) [[unlikely]]
-    mixedStrip<V, W>(src, dst, count, strip);
-  else
-    logsOfSums<V, W>(src, count, strip, [&](int64_t i, W y) INLINED { store(dst + i, y); });
-  return nuvStatusOk;
-}
-
+// Up to a strip of any arguments.
 template <class V>
-[[gnu::noinline]] nuvStatus acoshShort(const Float64* src, Float64* dst, int64_t len) {
+[[gnu::noinline]] nuvStatus acoshProgram(const Float64* src, Float64* dst, int64_t len) {
   return guardedUnaryLoop<V, Raises::yes>(
       src, dst, len, [](auto x) INLINED { return acoshOf(x); }, isFlagged, acoshSpecialLane);
 }
-template <class V, class W>
-[[gnu::noinline]] nuvStatus acoshLong(const Float64* src, Float64* dst, int64_t len) {
-  nuvStatus status = nuvStatusOk;
-  eachStrip<W>(src, dst, len, [&](const Float64* x, Float64* y, int64_t count, Strip& strip) INLINED {
-    takeStatus<Raises::no>(status, acoshStrip<V, W>(x, y, count, strip));
-  });
-  return status;
-}
-
-template <class V, class W>
+template <class V>
+constexpr Definition acoshDefinition{Inverse::ofCosh, {8.4, 0}, 0x3ff1, acoshProgram<V>};
+template <class V>
 INLINE nuvStatus acoshLoop(const Float64* src, Float64* dst, int64_t len) {
-  if (len == 1 && !isFlagged(*src)) return *dst = acoshOf(*src), nuvStatusOk;
-  return len <= laneCount<V> ? acoshShort<V>(src, dst, len) : acoshLong<V, W>(src, dst, len);
+  return inverseLoop<acoshDefinition<V>>(src, dst, len);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-// acosh(x), levels 2 to 4. hyperbolic/acosh.h has the arithmetic, hyperbolic/pair_steps.h root and
-// logarithm.
+// acosh(x), levels 2 to 4. hyperbolic/acosh.h has the program that its bits come from,
+// hyperbolic/log_of_sum.h the lanes that find most of them.
 //
 // Method: acosh(x) = ln(x + sqrt(x^2 - 1)) with every number a pair; above 2^28 ln(2x), up to
-// 1.0625 sqrt(2d) times a polynomial in d = x - 1. No division or square root of the processor's.
+// 1.0625 sqrt(2d) times a polynomial in d = x - 1.
 //
 // Error: at most 0.512 ulp, just below 1.0625; 0.510 ulp elsewhere (docs/accuracy.md has the
 // arguments). The kernel runs in round-to-nearest with subnormals honoured, whatever
@@ -16,9 +16,7 @@
 namespace qorvane {
 namespace {
 
-nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
-  return acoshLoop<Pack<Lanes2, 4>, Pack<Lanes2, 8>>(src, dst, len);
-}
+nuvStatus loop(const Float64* src, Float64* dst, int64_t len) { return acoshLoop<Pack<Lanes2, 4>>(src, dst, len); }
 
 }  // namespace
 

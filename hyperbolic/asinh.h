@@ -1,8 +1,7 @@
-// What levels 2 to 5 of asinh share: the arithmetic of their one program, and the loops, in vectors
-// V and, where chains are shortest, W.
+// What levels 2 to 5 of asinh share: their one program, in pairs of numbers.
 #pragma once
-#include "frame/loops.h"
-#include "hyperbolic/pair_strip.h"
+#include "hyperbolic/certain_loop.h"
+#include "hyperbolic/pair_steps.h"
 
 namespace qorvane {
 namespace {
@@ -84,6 +83,8 @@ template <class V>
 INLINE V asinhOf(V x) {
   if (!any(outsideOrdinary(x))) [[likely]]
     return orBits(logOfSum(magnitude(x)), signOf(x));
+  if (!anyMagnitudeFrom(x, 0x3fc00000)) [[likely]]  // 0.125
+    return orBits(asinhSeries(magnitude(x)), signOf(x));
   const Classes<V> classes = classesOf(x);
   V y = broadcast<V>(0.0);
   if (signMask(classes.bySum) != 0) y = logOfSum(argumentOfSum(classes));
@@ -91,54 +92,16 @@ INLINE V asinhOf(V x) {
   return seriesToo(x, y);
 }
 
-template <class V, class W, class Take>
-INLINE void logsOfSums(const Float64* src, int64_t count, Strip& strip, Take take) {
-  eachRoot<V, W>(
-      count, strip, [&](int64_t i) INLINED { return squareAnd1(magnitude(load<V>(src + i))); },
-      [&](int64_t i, Pair<V> root) INLINED { setLog(strip, i, sumWith(magnitude(load<V>(src + i)), root)); });
-  eachLog<V, W>(count, strip, take);
-}
-template <class V, class W>
-INLINE void asinhStrip(const Float64* src, Float64* dst, int64_t count, Strip& strip) {
-  WordsOf<V> outside{};
-  for (int64_t i = 0; i < count; i += laneCount<V>) outside = outside | outsideOrdinary(load<V>(src + i));
-  if (!any(outside)) [[likely]] {
-    logsOfSums<V, W>(src, count, strip,
-                     [&](int64_t i, W y) INLINED { store(dst + i, orBits(y, signOf(load<W>(src + i)))); });
-    return;
-  }
-  V bySum = broadcast<V>(0.0), byDouble = bySum;
-  eachVector<V>(count, [&](int64_t i) INLINED {
-    const Classes<V> classes = classesOf(load<V>(src + i));
-    store(strip.argument + i, argumentOfSum(classes));
-    bySum = orBits(bySum, classes.bySum);
-    byDouble = orBits(byDouble, classes.byDouble);
-  });
-  if (signMask(bySum) != 0)
-    logsOfSums<V, W>(strip.argument, count, strip, [&](int64_t i, W y) INLINED { store(strip.series + i, y); });
-  if (signMask(byDouble) != 0)
-    eachVector<V>(count, [&](int64_t i) INLINED {
-      store(strip.series + i, logOfDoubleToo(classesOf(load<V>(src + i)), load<V>(strip.series + i)));
-    });
-  eachVector<W>(count,
-                [&](int64_t i) INLINED { store(dst + i, seriesToo(load<W>(src + i), load<W>(strip.series + i))); });
-}
-
+// Up to a strip of any arguments.
 template <class V>
-[[gnu::noinline]] nuvStatus asinhShort(const Float64* src, Float64* dst, int64_t len) {
+[[gnu::noinline]] nuvStatus asinhProgram(const Float64* src, Float64* dst, int64_t len) {
   return plainLoop<V>(src, dst, len, [](auto x) INLINED { return asinhOf(x); });
 }
-template <class V, class W>
-[[gnu::noinline]] nuvStatus asinhLong(const Float64* src, Float64* dst, int64_t len) {
-  eachStrip<W>(src, dst, len, [](const Float64* x, Float64* y, int64_t count, Strip& strip) INLINED {
-    asinhStrip<V, W>(x, y, count, strip);
-  });
-  return nuvStatusOk;
-}
-template <class V, class W>
+template <class V>
+constexpr Definition asinhDefinition{Inverse::ofSinh, {13.9, 0}, 0x3fc0, asinhProgram<V>};
+template <class V>
 INLINE nuvStatus asinhLoop(const Float64* src, Float64* dst, int64_t len) {
-  if (len == 1) return *dst = asinhOf(*src), nuvStatusOk;
-  return len <= laneCount<V> ? asinhShort<V>(src, dst, len) : asinhLong<V, W>(src, dst, len);
+  return inverseLoop<asinhDefinition<V>>(src, dst, len);
 }
 
 }  // namespace

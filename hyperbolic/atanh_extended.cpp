@@ -5,7 +5,7 @@
 // element without such a partner has I = 1 / d^2, d = a - 1, where they have I = 1 / (d0 d1). So
 // the last bit of a result may, rarely, depend on the partner.
 //
-// Error: 5.6 + 4.4 y units of 2^-64 for the result y, before the rounding to double precision
+// Error: 4.6 + 4.4 y units of 2^-64 for the result y, before the rounding to double precision
 // (docs/atanh.md has the proof).
 #include "hyperbolic/atanh_extended.h"
 

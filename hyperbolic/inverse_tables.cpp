@@ -7,5 +7,6 @@ namespace qorvane {
 #include "hyperbolic/half_log_tables.inc"
 #include "hyperbolic/ln_256_tables.inc"
 #include "hyperbolic/ln_64_tables.inc"
+#include "hyperbolic/log_of_sum_tables.inc"
 
 }  // namespace qorvane

@@ -32,13 +32,6 @@ INLINE V exponentOf(V x) {  // of a positive normal number
 }
 
 // Keys are numbers whose low words are places in a table, counted from firstSeedKey or firstLogKey.
-// 16 bits tell, and taken from memory they spare the vector units work.
-INLINE uint64_t keyAt(const Float64* key) {
-  uint16_t low;
-  __builtin_memcpy(&low, key, sizeof low);
-  return low;
-}
-
 // round(256 (v - 1)) where hi = 2^u v with v in [1, 2), and 256 more where u is odd: v/2 is added
 // to a number with the last bit 2^-9, 256 units of which are 0.5.
 constexpr int firstSeedKey = 512;
@@ -140,7 +133,7 @@ INLINE auto logOffset(V hi) {
     return (lowWords(logKey(hi)) - firstLogKey) << 5;
 }
 
-// Both in one piece, for few elements. The root is the sum of its two numbers.
+// The root is the sum of its two numbers.
 template <class V>
 INLINE Pair<V> pairRoot(Pair<V> r) {
   const V y = seed(r.hi, seedOffset(r.hi));

@@ -16,6 +16,7 @@ from docs_data import (
     introduction,
     largest_error,
     machines,
+    markdown,
     measured_from,
     root,
     speed,
@@ -24,24 +25,12 @@ from docs_data import (
 )
 from docs_manual import manual_pages
 from docs_pictures import accuracy_picture, speed_picture
+from docs_ranges import range_tables
 
 peers = """SLEEF's functions are those within 1 ulp (erfc: 1.5); libmvec is the C library's vector functions,
 within 4 ulp as its documentation says."""
 by_name = {function["name"]: stem for stem, function in functions.items()}
 files = {}  # path from the root -> text
-
-
-def markdown(head, rows, left=1):
-    return (
-        "\n".join(
-            [
-                "| " + " | ".join(head) + " |",
-                "|" + "---|" * left + "---:|" * (len(head) - left),
-                *("| " + " | ".join(row) + " |" for row in rows),
-            ]
-        )
-        + "\n"
-    )
 
 
 def cell(words):
@@ -191,6 +180,7 @@ files["docs/reference.md"] = reference()
 between("README.md", "functions", readme_table())
 between("docs/accuracy.md", "measured", accuracy_table())
 between("docs/performance.md", "measured", speed_tables())
+between("docs/performance.md", "measured by arguments", range_tables())
 files.update(manual_pages())
 
 written = {str(p.relative_to(root)) for folder in ("docs/pictures", "man/man3") for p in (root / folder).glob("*")}

@@ -11,6 +11,7 @@ contestants = [
     *(f"{library} {set}" for library in ("SLEEF", "libmvec") for set in ("SSE4", "AVX", "AVX2", "AVX-512")),
     "bare AVX",
 ]
+range_contestants = ["level 1", "level 2", "level 5", "level 5 without FMA", "C library"]
 
 functions = {}  # stem -> exported name, shape, family, programs; in the order of the table
 for row in re.findall(r"^FUNCTION\((.*)\)$", (root / "frame/functions.inc").read_text(), re.M):
@@ -104,3 +105,16 @@ def largest_error(stem, level):
 
 def time_of(stem, contestant, n, range=""):
     return next((row.get(contestant) or "" for row in speed[stem] if (row["range"], row["n"]) == (range, str(n))), "")
+
+
+def markdown(head, rows, left=1):
+    return (
+        "\n".join(
+            [
+                "| " + " | ".join(head) + " |",
+                "|" + "---|" * left + "---:|" * (len(head) - left),
+                *("| " + " | ".join(row) + " |" for row in rows),
+            ]
+        )
+        + "\n"
+    )
