@@ -86,6 +86,9 @@ TEST(InverseTrig, ArcTangents) {
       {0x1p-1022, 0x1p-1022},
       {0x1.fffffffffffffp-1021, 0x1.fffffffffffffp-1021},
       {0x1p-1020, 0x1p-1020},
+      {0x1.8p-513, 0x1.8p-513},
+      {0x1.fffffffffffffp-496, 0x1.fffffffffffffp-496},
+      {0x1p-495, 0x1p-495},
       {0x1p-53, 0x1p-53},
       {0x1p-27, 0x1p-27},
       {0x1.47ae147ae147bp-7, 0x1.47ab48b1efb5dp-7},
@@ -112,8 +115,9 @@ TEST(InverseTrig, ArcTangents) {
       {0x1p+53, 0x1.921fb54442d18p+0},
       {0x1p+54, 0x1.921fb54442d18p+0},
       {0x1p+100, 0x1.921fb54442d18p+0},
-      {0x1.fffffffffffffp+125, 0x1.921fb54442d18p+0},
-      {0x1p+126, 0x1.921fb54442d18p+0},
+      {0x1.fffffffffffffp+112, 0x1.921fb54442d18p+0},
+      {0x1p+113, 0x1.921fb54442d18p+0},
+      {0x1p+140, 0x1.921fb54442d18p+0},
       {0x1.fffffffffffffp+992, 0x1.921fb54442d18p+0},
       {0x1p+993, 0x1.921fb54442d18p+0},
       {0x1.fffffffffffffp+1023, 0x1.921fb54442d18p+0},
@@ -142,9 +146,10 @@ TEST(InverseTrig, AnglesInEveryQuadrant) {
       {0x1p+0, 0x1.79ca10c924223p-67, 0x1.921fb54442d18p+0, 0x1.921fb54442d18p+0},
       {0x1.87e92154ef7acp-665, 0x1.c83e7ad4e6efep-632, 0x1.b7cdfd9d7bdbap-34, 0x1.921fb5440bd7cp+1},
       {0x1.4e718d7d7625ap+664, 0x1.a20df0dcd3af1p+667, 0x1.983e282e2cc4cp-4, 0x1.855dc402d16b6p+1},
-      {0x1p-120, 0x1p-119, 0x1.dac670561bb4fp-2, 0x1.56c6e7397f5aep+1},
-      {0x1.fffffffffffffp+119, 0x1p+119, 0x1.1b6e192ebbe44p+0, 0x1.0468a8ace4df6p+1},
-      {0x1p+120, 0x1p+119, 0x1.1b6e192ebbe44p+0, 0x1.0468a8ace4df6p+1},
+      {0x1p-111, 0x1p-110, 0x1.dac670561bb4fp-2, 0x1.56c6e7397f5aep+1},
+      {0x1.fffffffffffffp+112, 0x1p+112, 0x1.1b6e192ebbe44p+0, 0x1.0468a8ace4df6p+1},
+      {0x1p+113, 0x1p+112, 0x1.1b6e192ebbe44p+0, 0x1.0468a8ace4df6p+1},
+      {0x1p+128, 0x1p+127, 0x1.1b6e192ebbe44p+0, 0x1.0468a8ace4df6p+1},
       {0x1p-1021, 0x1p-1020, 0x1.dac670561bb4fp-2, 0x1.56c6e7397f5aep+1},
       {0x1p+992, 0x1.8p+993, 0x1.4978fa3269ee1p-2, 0x1.68f095fdf593cp+1},
       {0x1.56e1fc2f8f359p-997, 0x1.c6bf52634p+49, 0x0.000000c1069cdp-1022, 0x1.921fb54442d18p+1},
@@ -179,6 +184,31 @@ TEST(InverseTrig, AnglesInEveryQuadrant) {
             EXPECT_LE(distance(result, angle), std::fabs(angle) < 0x1p-1022 ? 2u : 1u)
                 << "y = " << y << ", x = " << x << ": " << result << ", not " << angle;
         }
+  });
+}
+
+// Long arrays find the intervals in ways of their own: the high words of the bounds and the next ones.
+TEST(InverseTrig, BoundsInLongArrays) {
+  constexpr int each = 400;
+  std::vector<double> ts, ys, xs;
+  for (double bound : {0.4375, 0.6875, 1.1875, 2.4375})
+    for (uint64_t step : {0u, 1u})
+      for (int i = 0; i < each; ++i) {
+        const auto near = [&](double x) {
+          return fromBits((((bits(x) >> 32) + step) << 32) + uint64_t{0x00a00000} * static_cast<unsigned>(i));
+        };
+        xs.push_back(1 + i / 402.3);
+        ys.push_back(near(xs.back() * bound)), ts.push_back(near(bound));
+      }
+  const int32_t len = static_cast<int32_t>(ys.size());
+  atEveryLevel([&](int) {
+    std::vector<double> angles(ys.size()), angles2(ys.size());
+    nuvsAtan_64f_A53(ts.data(), angles.data(), len);
+    nuvsAtan2_64f_A53(ys.data(), xs.data(), angles2.data(), len);
+    for (size_t i = 0; i < ys.size(); ++i) {
+      EXPECT_EQ(bits(angles[i]), bits(evaluate(nuvsAtan_64f_A53, ts[i]).value)) << "t = " << ts[i];
+      EXPECT_EQ(bits(angles2[i]), bits(evaluate(nuvsAtan2_64f_A53, ys[i], xs[i]).value)) << ys[i] << ", " << xs[i];
+    }
   });
 }
 
