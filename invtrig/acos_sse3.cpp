@@ -17,11 +17,12 @@ namespace {
 // that for negative x.
 constexpr auto finish = [](auto x, auto t) INLINED {
   using V = decltype(x);
-  const V sign = signOf(x), negative = lessLanes(x, broadcast<V>(0.0));
-  const V lo = select(t.big, andBits(negative, broadcast<V>(piLo)), xorBits(broadcast<V>(-halfPiLo), sign));
-  const V hi = select(t.big, andBits(negative, broadcast<V>(pi)), broadcast<V>(halfPi));
+  // Half of pi with the other sign, added to itself, gives pi or 0, exactly.
+  const V otherSign = withoutBits(broadcast<V>(-0.0), x);
+  const V lo = orBits(otherSign, broadcast<V>(halfPiLo)) + andBits(t.big, broadcast<V>(halfPiLo));
+  const V hi = broadcast<V>(halfPi) + andBits(t.big, orBits(otherSign, broadcast<V>(halfPi)));
   const V d = ((lo + t.lo) + t.tail) + t.hi;
-  return xorBits(d, xorBits(sign, broadcast<V>(-0.0))) + hi;
+  return xorBits(d, otherSign) + hi;
 };
 
 constexpr auto atOne = [](Float64 x) { return x > 0 ? 0.0 : pi; };

@@ -32,13 +32,15 @@ INLINE Pack<Words4, K> reciprocalRoots(Pack<Words4, K> singles) {
 
 // About -1/sqrt(s), to 12 bits and with a low word of zero, for s from 2^-200 to 4. The processor is
 // asked for the root of s times an even power of 2, between 1 and 4, cut to single precision.
-template <class V>
+// With `scale` the argument is s 2^scale, and the seed is multiplied by the inverse, 2^-scale.
+template <int scale = 0, class V>
 INLINE V negativeSeed(V s) {
-  // The exponent's lowest bit, extended by its sign, makes the exponent of 1 or, inverted, that of 2.
+  // The exponent's lowest bit, extended by its sign, makes the exponent of 1 or that of 2.
   const auto fraction = highWords(valueOf<V>(bitsOf(s) << 11)) >> 8;
-  const auto root = reciprocalRoots((fraction & 0x7fffffff) ^ 0x40000000);
+  const auto root = reciprocalRoots(wrappingSum(fraction, 0x40000000));
   // Half the even power, with the bias of the root's exponent and the sign.
-  const auto exponent = ((wrappingDifference(highWords(s), 0x30100000) >> 1) ^ -1) & static_cast<int>(0xbff00000);
+  const auto exponent =
+      ((wrappingDifference(highWords(s), 0x30100000 - scale * 0x100000) >> 1) ^ -1) & static_cast<int>(0xbff00000);
   return fromHighWords<V>(wrappingSum(root >> 3, exponent));
 }
 
@@ -106,36 +108,100 @@ INLINE ArcTerms<Float64> arcTerms(Float64 a) {
   return {fromBits(~uint64_t{0}), hi, lo, arcSeries(t) * (hi + lo)};
 }
 
-// Stretches without outliers. A vector's chain of operations takes more than a hundred cycles, and
-// the processor doesn't look far enough ahead to fill them with other vectors. So it is cut into
-// loops over what stands in memory, the series before the root, which would wait for its seed. The
-// operations are those of arcTerms, and so are the bits.
-constexpr int64_t longestStretch = 192, shortestStretch = 8, vector = laneCount<Four>;
+// Eight elements without outliers. A vector's chain of operations takes a hundred cycles, and the
+// processor doesn't look far enough ahead to fill them with other vectors. So the roots of all four
+// vectors go side by side, and the polynomial's steps stand between theirs, of two vectors first and
+// then of the other two: all registers are in use, and few numbers go through memory. The operations
+// are those of negativeRoot, for -sqrt(4t) with n four times the seed and e four times as large, and
+// of arcSeries; powers of 2 change nothing else, so the bits are theirs.
+using Eight = Pack<Lanes2, 4>;
+using HalfOfEight = Pack<Lanes2, 2>;
+INLINE HalfOfEight half(Eight v, int i) { return {{v.part[2 * i], v.part[2 * i + 1]}}; }
+
+constexpr Lanes2 twice(uint64_t pattern) { return Lanes2{fromBits(pattern), fromBits(pattern)}; }
+struct Coefficients {
+  Lanes2 even[7] = {twice(0x3fa0d60d1986aec6), twice(0x3f96825c16316f03), twice(0x3f8622cb270118b0),
+                    twice(0x3f8ca247eb6664e5), twice(0x3f96e8be19f6199d), twice(0x3fa6db6db724fe19),
+                    twice(0x3fc5555555555579)};  // e6 to e0 of arcSeries
+  Lanes2 odd[6] = {twice(0xbf95e9019191be85), twice(0x3f6d768b20a865ac), twice(0x3f8755bdefc292c9),
+                   twice(0x3f91c49bd43e63f7), twice(0x3f9f1c71a7cedd43), twice(0x3fb333333332dc42)};  // o5 to o0
+  Lanes2 b5 = twice(0xbf2f800000000000);  // -0.000240325927734375, b5 / 4^5 of negativeRoot
+  Lanes2 b4 = twice(0x3f51800000000000);  // 0.001068115234375
+  Lanes2 b3 = twice(0xbf74000000000000);  // -0.0048828125
+  Lanes2 b2 = twice(0x3f98000000000000);  // 0.0234375
+  Lanes2 b1 = twice(0xbfc0000000000000);  // -0.125
+  Lanes2 minusFour = twice(0xc010000000000000);
+};
+constexpr Coefficients coefficients;
+
+struct Series {
+  HalfOfEight z, z2, even, odd;
+};
+INLINE void begin(const Coefficients& c, Series& s) {
+  s.z2 = s.z * s.z;
+  s.even = c.even[0] * s.z2 + c.even[1], s.odd = c.odd[0] * s.z2 + c.odd[1];
+}
+template <int k>
+INLINE void step(const Coefficients& c, Series& s) {
+  s.even = s.even * s.z2, s.odd = s.odd * s.z2;
+  s.even = s.even + c.even[k], s.odd = s.odd + c.odd[k];
+}
+INLINE void lastStep(const Coefficients& c, Series& s) { s.even = s.even * s.z2 + c.even[6]; }
+INLINE HalfOfEight sum(const Series& s) { return s.even * s.z + s.odd * s.z2; }
 
 template <auto finish>
-INLINE bool stretch(int64_t count, const Float64* src, Float64* dst) {
-  alignas(16) Float64 zs[longestStretch], ns[longestStretch], his[longestStretch], los[longestStretch];
-  Words4 outliers{};
-  for (int64_t i = 0; i < count; i += vector)
-    outliers |= (highWords(load<Four>(src + i)).part[0] & 0x7fffffff) > outlierHighWord - 1;
-  if (any(outliers)) return false;
+INLINE bool eightElements(const Coefficients& c, const Float64* src, Float64* dst) {
+  const Eight a = magnitude(load<Eight>(src));
+  // The highest quarters of the patterns are enough to tell, and as signed 16-bit integers have a maximum.
+  __m128i most = _mm_castpd_si128(a.part[0]);
+  for (int i = 1; i < 4; ++i) most = _mm_max_epi16(most, _mm_castpd_si128(a.part[i]));
+  if (_mm_movemask_pd(_mm_castsi128_pd(_mm_cmpgt_epi16(most, _mm_set1_epi16((outlierHighWord >> 16) - 1)))) != 0)
+      [[unlikely]]
+    return false;
 
-  for (int64_t i = 0; i < count; i += vector) {
-    const Four a = magnitude(load<Four>(src + i)), t = (1.0 - a) * 0.5, s = 4.0 * t;
-    store(zs + i, smallerLanes(t, a * a));
-    store(his + i, s);
-    store(ns + i, negativeSeed(s));
-  }
-  for (int64_t i = 0; i < count; i += vector) store(zs + i, arcSeries(load<Four>(zs + i)));
-  for (int64_t i = 0; i < count; i += vector) {
-    const auto root = negativeRoot(load<Four>(his + i), load<Four>(ns + i));
-    store(his + i, root.hi), store(los + i, root.lo);
-  }
-  for (int64_t i = 0; i < count; i += vector) {
-    const Four x = load<Four>(src + i);
-    store(dst + i, finish(x, arcTerms(magnitude(x), {load<Four>(his + i), load<Four>(los + i)}, load<Four>(zs + i))));
-  }
+  const Eight t = (1.0 - a) * 0.5, n = negativeSeed<-2>(t), z = smallerLanes(t, a * a);
+  const Eight th = andBits(t, broadcast<Eight>(fromBits(0xffffffff00000000))), tl = t - th;
+  Series first{half(z, 0), {}, {}, {}}, second{half(z, 1), {}, {}, {}};
+  begin(c, first);
+  const Eight n2 = n * n;
+  step<2>(c, first);
+  const Eight product = th * n2, rest = tl * n2;
+  step<3>(c, first);
+  const Eight e = (product + c.minusFour) + rest;
+  step<4>(c, first);
+  Eight p = c.b5 * e + c.b4;
+  step<5>(c, first);
+  p = p * e + c.b3;
+  lastStep(c, first);
+  const HalfOfEight firstSeries = sum(first);
+  begin(c, second);
+  p = p * e + c.b2;
+  step<2>(c, second);
+  step<3>(c, second);
+  p = p * e + c.b1;
+  step<4>(c, second);
+  p = p * e;
+  step<5>(c, second);
+  p = p * n;
+  const Eight hi = th * n, lo = tl * n;
+  lastStep(c, second);
+  p = p * t + lo;
+  const auto result = [&](int i, HalfOfEight series) INLINED {
+    const HalfOfEight x = load<HalfOfEight>(src + 4 * i);
+    return finish(x, arcTerms(magnitude(x), {half(hi, i), half(p, i)}, series));
+  };
+  store(dst, result(0, firstSeries));
+  store(dst + 4, result(1, sum(second)));
   return true;
+}
+
+template <auto finish>
+INLINE bool stretch(int64_t, const Float64* src, Float64* dst) {
+  // Where the compiler knows the numbers it loads one and doubles it, with two instructions, and lacks the register. It
+  // isn't told that they are these.
+  const Coefficients* c = &coefficients;
+  asm("" : "+r"(c));
+  return eightElements<finish>(*c, src, dst);
 }
 
 // finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of
@@ -154,7 +220,7 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len) {
     return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(x, y, count, fast, isOutlier, lane);
   };
   if (len == 1 && !isOutlier(*src)) return *dst = fast(*src), nuvStatusOk;
-  return shortOrLongLoop<longestStretch, shortestStretch, vector>(
+  return shortOrLongLoop<laneCount<Eight>, laneCount<Eight>, laneCount<Eight>>(
       len, [](int64_t count, const Float64* x, Float64* y) INLINED { return stretch<finish>(count, x, y); }, blocks,
       src, dst);
 }
