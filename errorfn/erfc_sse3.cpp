@@ -10,7 +10,7 @@
 // have no status; +Inf gives +0, -Inf 2, a NaN itself, quiet, but one whose upper significand bits
 // are clear counts as an infinity. Statuses raise no flag but those of the arithmetic; arguments
 // next to zero may raise underflow.
-#include "errorfn/erfc.h"
+#include "errorfn/erfc_loops.h"
 #include "frame/kernel_frame.h"
 
 namespace qorvane {
