@@ -150,6 +150,11 @@ template <class V>
 INLINE V loadPart(const Float64* p, int64_t count) {
   if constexpr (laneCount<V> == 1) return *p;
   if constexpr (laneCount<V> == 2) return count == 2 ? load<V>(p) : V{*p, *p};
+  if constexpr (isPack<V>) {
+    static_assert(packSize<V> == 2 && laneCount<V> == 4);
+    const PartOf<V> low = loadPart<PartOf<V>>(p, count < 2 ? count : 2);
+    return {{low, count > 2 ? loadPart<PartOf<V>>(p + 2, count - 2) : low}};
+  }
 #ifdef __AVX__
   if constexpr (laneCount<V> == 4) {
     if (count == 4) return load<V>(p);
@@ -163,6 +168,11 @@ template <class V>
 INLINE void storePart(Float64* p, V v, int64_t count) {
   if constexpr (laneCount<V> == 1) *p = v;
   if constexpr (laneCount<V> == 2) count == 2 ? store(p, v) : _mm_storel_pd(p, v);
+  if constexpr (isPack<V>) {
+    static_assert(packSize<V> == 2 && laneCount<V> == 4);
+    storePart(p, v.part[0], count < 2 ? count : 2);
+    if (count > 2) storePart(p + 2, v.part[1], count - 2);
+  }
 #ifdef __AVX__
   if constexpr (laneCount<V> == 4) {
     if (count == 4) return store(p, v);
