@@ -141,8 +141,7 @@ template <class F>
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   Scratch scratch;
   return stagedLoop<Raises::no>(
-      src, dst, len,
-      [&](auto x, int64_t i) INLINED { return storePlaces<F>(x, scratch, i); },
+      src, dst, len, [&](auto x, int64_t i) INLINED { return storePlaces<F>(x, scratch, i); },
       [&](const Float64* x, int64_t i) INLINED { return distance<F>(load<Four>(x), scratch, i); },
       [](const auto& v) INLINED { return halfPolynomial<F>(v); },
       [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, scratch, i); }, cbrtFixLane<F>);
