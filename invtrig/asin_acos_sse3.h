@@ -204,19 +204,18 @@ INLINE bool stretch(int64_t, const Float64* src, Float64* dst) {
   return eightElements<finish>(*c, src, dst);
 }
 
-// Three elements take longer than four, and five to seven longer than eight, so where so many are left
-// they get company.
+// Five to seven elements take longer than eight, so where so many are left they get company.
 template <class Loop>
 [[gnu::noinline]] nuvStatus inCopies(int64_t len, const Float64* src, Float64* dst, Loop loop) {
-  const int64_t rest = len % laneCount<Eight>, whole = len - rest, last = rest > 4 ? 4 : 0;
+  const int64_t rest = len % laneCount<Eight>, whole = len - rest;
   const nuvStatus status = whole == 0 ? nuvStatusOk : loop(whole, src, dst);
   src += whole, dst += whole;
   alignas(16) Float64 copies[laneCount<Eight>];
-  if (rest > 4) store(copies, load<Four>(src));
-  store(copies + last, loadPart<Four>(src + last, rest - last));
-  const nuvStatus ofRest = loop(last + 4, copies, copies);
-  if (rest > 4) store(dst, load<Four>(copies));
-  storePart(dst + last, load<Four>(copies + last), rest - last);
+  store(copies, load<Four>(src));
+  store(copies + 4, loadPart<Four>(src + 4, rest - 4));
+  const nuvStatus ofRest = loop(laneCount<Eight>, copies, copies);
+  store(dst, load<Four>(copies));
+  storePart(dst + 4, load<Four>(copies + 4), rest - 4);
   return ofRest == nuvStatusOk ? status : ofRest;
 }
 
@@ -241,8 +240,7 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len) {
         count, [](int64_t n, const Float64* p, Float64* q) INLINED { return stretch<finish>(n, p, q); }, blocks, x, y);
   };
   if (len == 1 && !isOutlier(*src)) return *dst = fast(*src), nuvStatusOk;
-  const int64_t rest = len % laneCount<Eight>;
-  return rest == 3 || rest > 4 ? inCopies(len, src, dst, inEights) : inEights(len, src, dst);
+  return len % laneCount<Eight> > 4 ? inCopies(len, src, dst, inEights) : inEights(len, src, dst);
 }
 
 }  // namespace
