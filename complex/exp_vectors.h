@@ -172,17 +172,14 @@ template <class V>
   }
 }
 
-// A block whose first angle is 0, or with flagged elements.
+// Up to a block whose first angle is 0, or with flagged elements.
 template <class V>
 [[gnu::noinline]] void expOfRare(const Complex64* src, Complex64* dst, int64_t count) {
-  if (count == laneCount<V>) {
-    const Parts<V> z = loadParts<V>(src);
-    if (!anyPartFrom(z, expFlaggedHighWord)) {
-      storeParts(dst, isReal(z) ? expOfReal(z) : expOf(z));
-      return;
-    }
-  }
-  expOfFlagged<V>(src, dst, count);
+  const Parts<V> z = loadSomeParts<V>(src, count);
+  if (anyPartFrom(z, expFlaggedHighWord))
+    expOfFlagged<V>(src, dst, count);
+  else
+    storeSomeParts(dst, isReal(z) ? expOfReal(z) : expOf(z), count);
 }
 
 template <class V>

@@ -191,12 +191,12 @@ template <class V>
 
 template <class V>
 INLINE void evaluate(const Complex64* src, Complex64* dst, int64_t count) {
-  if (count == laneCount<V>) {
-    const Parts<V> z = loadParts<V>(src);
-    if (!any(outside(z.re) | outside(z.im))) [[likely]]
-      return storeParts(dst, logarithm(z));
-  }
-  incomplete<V>(src, dst, count);
+  const bool isWhole = count == laneCount<V>;
+  const Parts<V> z = isWhole ? loadParts<V>(src) : loadSomeParts<V>(src, count);
+  if (any(outside(z.re) | outside(z.im))) [[unlikely]]
+    return incomplete<V>(src, dst, count);
+  const Parts<V> log = logarithm(z);
+  isWhole ? storeParts(dst, log) : storeSomeParts(dst, log, count);
 }
 
 nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {

@@ -54,6 +54,62 @@ INLINE void storeParts(Complex64* p, Parts<V> z) {
   }
 }
 
+// The first `count` elements, one at least, and repetitions in the other places: in registers, since a
+// vector's load would wait for single elements on their way to memory.
+template <class V>
+INLINE Parts<V> loadSomeParts(const Complex64* p, int64_t count) {
+  constexpr int lanes = laneCount<PartOf<V>>;
+  if constexpr (isPack<V>) {
+    const auto some = [&](const Complex64* from, int64_t here) INLINED {
+      return here < lanes ? loadSomeParts<PartOf<V>>(from, here) : loadParts<PartOf<V>>(from);
+    };
+    const auto first = some(p, count);
+    Parts<V> z;
+    for (int i = 0; i < packSize<V>; ++i) z.re.part[i] = first.re, z.im.part[i] = first.im;
+    for (int i = 1; i < packSize<V> && i * lanes < count; ++i) {
+      const auto part = some(p + i * lanes, count - i * lanes);
+      z.re.part[i] = part.re, z.im.part[i] = part.im;
+    }
+    return z;
+  } else {
+    const auto element = [&](int i) INLINED { return load<Lanes2>(&p[i < count ? i : 0].re); };
+    if constexpr (lanes == 2) {
+      const Lanes2 a = element(0), b = element(1);
+      return {_mm_unpacklo_pd(a, b), _mm_unpackhi_pd(a, b)};
+    }
+#ifdef __AVX__
+    if constexpr (lanes == 4) {
+      const Lanes4 a = joinHalves(element(0), element(1)), b = joinHalves(element(2), element(3));
+      return {_mm256_unpacklo_pd(a, b), _mm256_unpackhi_pd(a, b)};
+    }
+#endif
+  }
+}
+template <class V>
+INLINE void storeSomeParts(Complex64* p, Parts<V> z, int64_t count) {
+  if constexpr (isPack<V>) {
+    constexpr int lanes = laneCount<PartOf<V>>;
+    for (int i = 0; i < packSize<V> && i * lanes < count; ++i)
+      storeSomeParts(p + i * lanes, Parts<PartOf<V>>{z.re.part[i], z.im.part[i]}, count - i * lanes);
+  } else if constexpr (laneCount<V> == 2) {
+    store<Lanes2>(&p->re, _mm_unpacklo_pd(z.re, z.im));
+    if (count > 1) store<Lanes2>(&p[1].re, _mm_unpackhi_pd(z.re, z.im));
+  }
+#ifdef __AVX__
+  if constexpr (!isPack<V> && laneCount<V> == 4) {
+    const Lanes4 a = _mm256_unpacklo_pd(z.re, z.im), b = _mm256_unpackhi_pd(z.re, z.im);
+    if (count > 1)
+      store(&p->re, a);
+    else
+      store(&p->re, lowHalf(a));
+    if (count > 3)
+      store(&p[2].re, b);
+    else if (count > 2)
+      store(&p[2].re, lowHalf(b));
+  }
+#endif
+}
+
 // Whether any part is at least fromBits(limit << 32) in magnitude, infinite or NaN.
 template <class V>
 INLINE bool anyPartFrom(Parts<V> z, int limit) {
@@ -68,8 +124,8 @@ INLINE bool anyPartFrom(Parts<V> z, int limit) {
   }
 }
 
-// Goes over blocks of V and, at the end, of the vectors it is made of, the last one filled up with
-// zeros: fast(z) -> parts of the results, or, where flagged(z), slow(const Complex64* z, Complex64*
+// Goes over blocks of V and, at the end, if no more than half a block is left, a vector of those it is
+// made of: fast(z) -> parts of the results, or, where flagged(z), slow(const Complex64* z, Complex64*
 // results, count).
 template <class V, class Flagged, class Fast, class Slow>
 INLINE void partsLoop(const Complex64* src, Complex64* dst, int64_t len, Flagged flagged, Fast fast, Slow slow) {
@@ -81,20 +137,18 @@ INLINE void partsLoop(const Complex64* src, Complex64* dst, int64_t len, Flagged
     else
       storeParts(dst + i, fast(z));
   }
-  using Part = PartOf<V>;
-  constexpr int64_t lanes = laneCount<Part>;
-  for (; i < len; i += lanes) {
-    const int64_t count = len - i < lanes ? len - i : lanes;
-    Complex64 filled[lanes] = {}, results[lanes];
-    for (int64_t k = 0; k < count; ++k) filled[k] = src[i + k];
-    const Parts<Part> z = loadParts<Part>(filled);
-    if (flagged(z)) [[unlikely]] {
-      slow(filled, results, count);
-    } else {
-      storeParts(results, fast(z));
-    }
-    for (int64_t k = 0; k < count; ++k) dst[i + k] = results[k];
-  }
+  static_assert(isPack<V> && packSize<V> == 2);
+  const auto rest = [&]<class U>(U, int64_t count) INLINED {
+    const Parts<U> z = loadSomeParts<U>(src + i, count);
+    if (flagged(z)) [[unlikely]]
+      slow(src + i, dst + i, count);
+    else
+      storeSomeParts(dst + i, fast(z), count);
+  };
+  if (const int64_t count = len - i; count > laneCount<V> / 2)
+    rest(V{}, count);
+  else if (count > 0)
+    rest(PartOf<V>{}, count);
 }
 
 }  // namespace

@@ -2,8 +2,7 @@
 // terms; the program that sqrt_ssse3.cpp and sqrt_avx.cpp compile for their registers.
 //
 // Elements with parts outside 2^-459 to 2^511, or parts further apart than a factor of about 2^58,
-// are done one by one, but for blocks on an axis; so are the last one to three after whole blocks.
-// The bits are the same.
+// are done one by one, but for blocks on an axis. The bits are the same.
 //
 // Error: at most 0.502 ulp in either part (docs/accuracy.md has the arguments), in round to
 // nearest; the modes are the caller's.
@@ -115,10 +114,16 @@ nuvStatus loop(const Complex64* src, Complex64* dst, int64_t len) {
       mixedBlock(src + whole, dst + whole);
       count = whole + 8;
     } else {
-      if (count - i >= 4) {
-        const Parts<Four> z = loadParts<Four>(src + i);
-        if (!anyApart(z)) storeParts(dst + i, vectorRoot(z, vectorHalfOfSum(z))), i += 4;
-      }
+      const auto some = [&]<class V>(V, int64_t n) INLINED {
+        const Parts<V> z = loadSomeParts<V>(src + i, n);
+        if (anyApart(z)) return;
+        storeSomeParts(dst + i, vectorRoot(z, vectorHalfOfSum(z)), n);
+        i += n;
+      };
+      if (count - i > 4)
+        some(Block{}, count - i);
+      else if (count - i > 1)
+        some(Four{}, count - i);
       for (; i < count; ++i) single(src + i, dst + i);
     }
   }

@@ -101,8 +101,8 @@ INLINE int loadStrip(const Complex64* src, int count, Take take) {
   const int full = count & -lanes;
   for (int i = 0; i < full; i += lanes) take(src + i, i);
   if (full == count) return full;
-  Complex64 last[lanes];
-  for (int i = 0; i < lanes; ++i) last[i] = src[full + i < count ? full + i : full];
+  alignas(32) Complex64 last[lanes];
+  storeParts(last, loadSomeParts<V>(src + full, count - full));
   take(last, full);
   return full + lanes;
 }
@@ -110,9 +110,11 @@ INLINE int loadStrip(const Complex64* src, int count, Take take) {
 template <int length = stripLength, class Stage>
 INLINE uint64_t storeStrip(Complex64* dst, int count, int whole, Stage stage) {
   if (whole == count) return stage(dst);
-  Complex64 results[length];
+  alignas(32) Complex64 results[length];
   const uint64_t left = stage(results);
-  __builtin_memcpy(dst, results, static_cast<size_t>(count) * sizeof *dst);
+  int i = 0;
+  for (; i + 2 <= count; i += 2) store(&dst[i].re, load<Four>(&results[i].re));
+  if (i < count) store(&dst[i].re, load<Lanes2>(&results[i].re));
   return left;
 }
 // The elements of a strip as a mask.
