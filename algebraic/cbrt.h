@@ -78,6 +78,15 @@ INLINE Words4 storePlaces(Lanes2 a, Lanes2 b, Scratch& scratch, int64_t i) {
   return (((highWords & 0x7ff00000) - 0x00100000) & 0x7ff00000) > 0x7fdfffff;
 }
 
+template <class F>
+INLINE Words4 storePlaces(const Float64* x, Scratch& scratch, int64_t i) {
+  return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), scratch, i);
+}
+template <class F>
+INLINE Words4 storePlaces(Four x, Scratch& scratch, int64_t i) {
+  return storePlaces<F>(lowHalf(x), highHalf(x), scratch, i);
+}
+
 // Two columns of the rows of four elements, from `first` on.
 template <class F>
 INLINE TwoColumns<Four> columns(const Scratch& scratch, int64_t i, int first) {
@@ -132,9 +141,7 @@ template <class F>
 nuvStatus loop(const Float64* src, Float64* dst, int64_t len) {
   Scratch scratch;
   return stagedLoop<Raises::no>(
-      src, dst, len,
-      [&](const Float64* x, int64_t i)
-          INLINED { return storePlaces<F>(load<Lanes2>(x), load<Lanes2>(x + 2), scratch, i); },
+      src, dst, len, [&](auto x, int64_t i) INLINED { return storePlaces<F>(x, scratch, i); },
       [&](const Float64* x, int64_t i) INLINED { return distance<F>(load<Four>(x), scratch, i); },
       [](const auto& v) INLINED { return halfPolynomial<F>(v); },
       [&](const auto& h, const Float64*, int64_t i) INLINED { return finish<F>(h, scratch, i); }, cbrtFixLane<F>);

@@ -97,7 +97,7 @@ INLINE nuvStatus seededLoop(const Float64* src, Float64* dst, int64_t len, Begin
   };
   SeedScratch seeds;
   return stagedLoop<raises>(
-      src, dst, len, [&](const Float64* x, int64_t i) INLINED { return storeSeeds<kept>(x, seeds, i); },
+      src, dst, len, [&](auto x, int64_t i) INLINED { return storeSeeds<kept>(x, seeds, i); },
       [&](const Float64* p, int64_t i) INLINED {
         const Four x = load<Four>(p), y = seedsAt(x, seeds, i);
         return Begun{begin(x, y), y};

@@ -41,18 +41,22 @@ INLINE Words4 rootSeeds(Lanes2 a, Lanes2 b) {
 struct SeedScratch {
   alignas(32) float roots[chunkSize];
 };
-template <uint32_t kept>
-INLINE Words4 storeSeeds(const Float64* x, SeedScratch& scratch, int64_t i) {
+INLINE __m128i bits24To55(const Float64* x) {
   const char* bytes = reinterpret_cast<const char*>(x);
   const auto at = [&](int offset) INLINED { return _mm_loadu_ps(reinterpret_cast<const float*>(bytes + offset)); };
-  const __m128i bits24To55 = _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
+  return _mm_castps_si128(_mm_shuffle_ps(at(3), at(15), 0xd8));
+}
+INLINE __m128i bits24To55(Lanes4 x) { return reinterpret_cast<__m128i>(lowWords(valueOf<Lanes4>(bitsOf(x) >> 24))); }
+INLINE Words4 highWordsAt(const Float64* x) { return packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)); }
+INLINE Words4 highWordsAt(Lanes4 x) { return highWords(x); }
+template <uint32_t kept, class X>
+INLINE Words4 storeSeeds(X x, SeedScratch& scratch, int64_t i) {
   __m128 root =
-      _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55, 5), _mm_set1_epi32(0x31000000))));
+      _mm_rsqrt_ps(_mm_castsi128_ps(_mm_add_epi32(_mm_srli_epi32(bits24To55(x), 5), _mm_set1_epi32(0x31000000))));
   if constexpr (kept != allBits) root = _mm_and_ps(root, _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(kept))));
   _mm_store_ps(scratch.roots + i, root);
   // High words from 0x01000000 to 0x7fefffff are ordinary.
-  return wrappingDifference(packHighWords(load<Lanes2>(x), load<Lanes2>(x + 2)), 0x81000000) >
-         static_cast<int>(0xfeefffff);
+  return wrappingDifference(highWordsAt(x), 0x81000000) > static_cast<int>(0xfeefffff);
 }
 INLINE Lanes4 seedsAt(Lanes4 x, const SeedScratch& scratch, int64_t i) {
   const __m256 power = _mm256_castpd_ps(andBits(x, broadcast<Lanes4>(fromBits(0x7f00000000000000))));
@@ -65,12 +69,16 @@ struct SeedScratch {
   alignas(32) Float64 seeds[chunkSize];
 };
 template <uint32_t kept>
-INLINE Words4 storeSeeds(const Float64* x, SeedScratch& scratch, int64_t i) {
+INLINE Words4 storeSeeds(Four x, SeedScratch& scratch, int64_t i) {
   static_assert(kept == twentyBits);
-  const Lanes2 a = load<Lanes2>(x), b = load<Lanes2>(x + 2);
+  const auto [a, b] = x.part;
   store(scratch.seeds + i, fromHighWords<Four>({{rootSeeds(a, b)}}));
   // High words from 0x00100000 to 0x7fefffff are ordinary.
   return wrappingDifference(packHighWords(a, b), 0x80100000) > static_cast<int>(0xffdfffff);
+}
+template <uint32_t kept>
+INLINE Words4 storeSeeds(const Float64* x, SeedScratch& scratch, int64_t i) {
+  return storeSeeds<kept>(load<Four>(x), scratch, i);
 }
 INLINE Four seedsAt(Four, const SeedScratch& scratch, int64_t i) { return load<Four>(scratch.seeds + i); }
 #endif

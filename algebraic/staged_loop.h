@@ -9,19 +9,19 @@ namespace {
 
 constexpr int64_t chunkSize = 128;
 
-// first(x, i) does the first stage of the four elements at x, the i-th and following of the chunk,
-// without an operation that raises flags, and returns a mask of those that lane(x) -> Element must
-// serve. finish(middle(begin(x, i)), x, i) gives the results of four ordinary ones; these
+// first(x, i) does the first stage of the four elements at x, or in a Four, the i-th and following of
+// the chunk, without an operation that raises flags, and returns a mask of those that lane(x) -> Element
+// must serve. finish(middle(begin(x, i)), x, i) gives the results of four ordinary ones; these
 // three run for three successive fours at a time.
 template <Raises raises, class First, class Begin, class Middle, class Finish, class Lane>
 INLINE nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First first, Begin begin, Middle middle,
                             Finish finish, Lane lane) {
   nuvStatus status = nuvStatusOk;
-  if (len < 3) return eachLane<raises>(src, dst, len, status, lane);
+  if (len == 1) return eachLane<raises>(src, dst, len, status, lane);
   for (int64_t count; len > 0; src += count, dst += count, len -= count) {
     count = len < chunkSize ? len : chunkSize;
     const int64_t whole = count & ~int64_t{3}, rest = count - whole;
-    alignas(32) Float64 last[4];  // the elements after the whole fours, the first of them repeated
+    alignas(32) Float64 last[4];  // the elements after the whole fours, some of them repeated
     Words4 flagged{};
     for (int64_t i = 0; i < whole; i += 4) {
       Words4 mask = first(src + i, i);
@@ -29,19 +29,20 @@ INLINE nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First
       flagged |= mask;
     }
     if (rest != 0) {
-      for (int64_t i = 0; i < 4; ++i) last[i] = src[whole + (i < rest ? i : 0)];
-      flagged |= first(last, whole);
+      const Four x = loadPart<Four>(src + whole, rest);
+      store(last, x);
+      flagged |= first(x, whole);
     }
     if (any(flagged)) [[unlikely]] {
       for (int64_t i = 0; i < count; i += 4) {
         const int64_t here = count - i < 4 ? count - i : 4;
-        alignas(32) Float64 x[4], y[4];
-        for (int64_t j = 0; j < 4; ++j) x[j] = src[i + (j < here ? j : 0)];
-        if (any(first(x, i)))
-          status = eachLane<raises>(x, y, here, status, lane);
+        const Four four = loadPart<Four>(src + i, here);
+        alignas(32) Float64 x[4];
+        store(x, four);
+        if (any(first(four, i)))
+          status = eachLane<raises>(x, dst + i, here, status, lane);
         else
-          store(y, finish(middle(begin(x, i)), x, i));
-        for (int64_t j = 0; j < here; ++j) dst[i + j] = y[j];
+          storePart(dst + i, finish(middle(begin(x, i)), x, i), here);
       }
       continue;
     }
@@ -62,11 +63,7 @@ INLINE nuvStatus stagedLoop(const Float64* src, Float64* dst, int64_t len, First
     } else if (whole == 4) {
       store(dst, finish(middle(begin(src, 0)), src, 0));
     }
-    if (rest != 0) {
-      alignas(32) Float64 y[4];
-      store(y, finish(middle(begin(last, whole)), last, whole));
-      for (int64_t i = 0; i < rest; ++i) dst[whole + i] = y[i];
-    }
+    if (rest != 0) storePart(dst + whole, finish(middle(begin(last, whole)), last, whole), rest);
   }
   return status;
 }

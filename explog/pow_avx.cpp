@@ -17,7 +17,7 @@ namespace {
 
 nuvStatus loop(const Float64* srcA, const Float64* srcB, Float64* dst, int64_t len) {
   using namespace power;
-  uint32_t mxcsr = len > few<Repair::elements> ? readMxcsr() : 0;
+  uint32_t mxcsr = len > few ? readMxcsr() : 0;
   return powerLoop<Lanes4, Program::shorter, Repair::elements, Exponents::each>(srcA, srcB, dst, len, powSpecialLane,
                                                                                 mxcsr);
 }

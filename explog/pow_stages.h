@@ -174,8 +174,7 @@ template <Exponents exponents>
 }
 
 // Elements that stand alone, in registers: as many as are faster so.
-template <Repair repair>
-constexpr int64_t few = repair == Repair::groupsOf4 ? 3 : 4;
+constexpr int64_t few = 3;
 template <Program program, Repair repair, Exponents exponents>
 [[gnu::noinline]] nuvStatus oneByOne(const Float64* x, const Float64* y, Float64* dst, int64_t len, nuvStatus status,
                                      PowScalarRoutine* scalar) {
@@ -208,6 +207,17 @@ INLINE auto withKnownCount(int64_t count, Stages stages) {
   return stages(count);
 }
 
+// Up to eight elements and ones after them. They go through registers: a vector's load would wait for
+// single numbers on their way to memory.
+INLINE Lanes2 pairWithOnes(const Float64* p, int64_t count) {
+  const Lanes2 ones = broadcast<Lanes2>(1.0);
+  return count >= 2 ? load<Lanes2>(p) : count == 1 ? _mm_loadl_pd(ones, p) : ones;
+}
+INLINE void copyWithOnes(const Float64* p, int64_t count, Float64* block) {
+  for (int j = 0; j < 8; j += 4)
+    store(block + j, joinHalves(pairWithOnes(p + j, count - j), pairWithOnes(p + j + 2, count - j - 2)));
+}
+
 // The last elements after whole blocks, if they are many, are made up to a block with ones, which
 // raise no flag and aren't outside. `flags` are those of MXCSR, errors at least.
 template <class Part, Program program, Repair repair, Exponents exponents>
@@ -216,7 +226,7 @@ template <class Part, Program program, Repair repair, Exponents exponents>
   constexpr bool same = exponents == Exponents::same;
   nuvStatus status = nuvStatusOk;
   Scratch c;
-  Float64 lastX[8], lastY[8];
+  alignas(32) Float64 lastX[8], lastY[8];
   for (int64_t i = 0, count; i < len; i += count) {
     const int64_t blocks = (len - i) & ~7;
     const Float64 *xs = x + i, *ys = same ? y : y + i;
@@ -224,8 +234,9 @@ template <class Part, Program program, Repair repair, Exponents exponents>
     count = n;
     if (n == 0) {
       count = len - i, n = 8;
-      if (count <= few<repair>) return oneByOne<program, repair, exponents>(xs, ys, dst + i, count, status, scalar);
-      for (int64_t j = 0; j < 8; ++j) lastX[j] = j < count ? xs[j] : 1.0, lastY[j] = same || j >= count ? 1.0 : ys[j];
+      if (count <= few) return oneByOne<program, repair, exponents>(xs, ys, dst + i, count, status, scalar);
+      copyWithOnes(xs, count, lastX);
+      if (!same) copyWithOnes(ys, count, lastY);
       xs = lastX;
       if (!same) ys = lastY;
     }
@@ -254,7 +265,7 @@ template <class Part, Program program, Repair repair, Exponents exponents>
 template <class Part, Program program, Repair repair, Exponents exponents>
 INLINE nuvStatus powerLoop(const Float64* x, const Float64* y, Float64* dst, int64_t len, PowScalarRoutine* scalar,
                            uint32_t& flags) {
-  if (len <= few<repair>) return oneByOne<program, repair, exponents>(x, y, dst, len, nuvStatusOk, scalar);
+  if (len <= few) return oneByOne<program, repair, exponents>(x, y, dst, len, nuvStatusOk, scalar);
   return manyElements<Part, program, repair, exponents>(x, y, dst, len, scalar, flags);
 }
 

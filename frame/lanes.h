@@ -150,6 +150,12 @@ template <class V>
 INLINE V loadPart(const Float64* p, int64_t count) {
   if constexpr (laneCount<V> == 1) return *p;
   if constexpr (laneCount<V> == 2) return count == 2 ? load<V>(p) : V{*p, *p};
+  if constexpr (isPack<V>) {
+    static_assert(packSize<V> == 2);
+    constexpr int half = laneCount<PartOf<V>>;
+    const PartOf<V> low = loadPart<PartOf<V>>(p, count < half ? count : half);
+    return {{low, count > half ? loadPart<PartOf<V>>(p + half, count - half) : low}};
+  }
 #ifdef __AVX__
   if constexpr (laneCount<V> == 4) {
     if (count == 4) return load<V>(p);
@@ -163,6 +169,12 @@ template <class V>
 INLINE void storePart(Float64* p, V v, int64_t count) {
   if constexpr (laneCount<V> == 1) *p = v;
   if constexpr (laneCount<V> == 2) count == 2 ? store(p, v) : _mm_storel_pd(p, v);
+  if constexpr (isPack<V>) {
+    static_assert(packSize<V> == 2);
+    constexpr int half = laneCount<PartOf<V>>;
+    storePart(p, v.part[0], count < half ? count : half);
+    if (count > half) storePart(p + half, v.part[1], count - half);
+  }
 #ifdef __AVX__
   if constexpr (laneCount<V> == 4) {
     if (count == 4) return store(p, v);

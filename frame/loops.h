@@ -58,6 +58,12 @@ INLINE nuvStatus elementLoop(Float64* dst, int64_t len, Fast fast, Flagged flagg
   };
   int64_t i = 0;
   for (; i + laneCount<V> <= len; i += laneCount<V>) store(dst + i, finish(laneCount<V>, load<V>(sources + i)...));
+  if constexpr (isPack<V> && packSize<V> == 2) {
+    if (const int64_t count = len - i; count > laneCount<V> / 2) {  // faster than both parts one by one
+      storePart(dst + i, finish(count, loadPart<V>(sources + i, count)...), count);
+      return status;
+    }
+  }
   using Part = PartOf<V>;
   for (int64_t count; i < len; i += count) {
     count = len - i < laneCount<Part> ? len - i : laneCount<Part>;
@@ -115,6 +121,13 @@ INLINE nuvStatus guardedUnaryLoop(const Float64* src, Float64* dst, int64_t len,
   for (; i + laneCount<V> <= len; i += laneCount<V>) {
     const V x = load<V>(src + i);
     if (!isFlagged(x, dst + i, laneCount<V>)) store(dst + i, fast(x));
+  }
+  if constexpr (isPack<V> && packSize<V> == 2) {
+    if (const int64_t count = len - i; count > laneCount<V> / 2) {  // faster than both parts one by one
+      const V x = loadPart<V>(src + i, count);
+      if (!isFlagged(x, dst + i, count)) storePart(dst + i, fast(x), count);
+      return status;
+    }
   }
   using Part = PartOf<V>;
   for (int64_t count; i < len; i += count) {

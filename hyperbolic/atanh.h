@@ -71,6 +71,12 @@ template <class V>
 struct Quotient {
   V t, low;
 };
+// Where r is 1, n is 2a, which may be far smaller than what N and D were rounded by.
+template <class V>
+INLINE Difference<V> normalized(Difference<V> n) {
+  const V sum = n.n + n.low;
+  return {sum, (n.n - sum) + n.low};
+}
 #ifdef __FMA__
 template <class V>
 INLINE V sumWithProduct(V a, V b, V c) {
@@ -80,10 +86,13 @@ template <class V>
 INLINE Difference<V> differenceOf(V N, V NLow, V r, V D, V DLow) {
   return {fusedLess(N, r, D), fusedLess(NLow, r, DLow)};
 }
+// n / m, m = D2 + n, without D2Low in D2.
 template <class V>
-INLINE Quotient<V> divided(Difference<V> n, V m, V mLow) {
-  const V inverse = 1.0 / m, t = n.n * inverse;
-  return {t, (fusedFrom(n.n, t, m) + fusedFrom(n.low, t, mLow)) * inverse};
+INLINE Quotient<V> divided(Difference<V> n, V D2, V D2Low) {
+  const V m = D2 + n.n, mLow = ((D2 - m) + n.n) + (D2Low + n.low);
+  const auto [normal, low] = normalized(n);
+  const V inverse = 1.0 / m, t = normal * inverse;
+  return {t, (fusedFrom(normal, t, m) + fusedFrom(low, t, mLow)) * inverse};
 }
 #else
 template <class V>
@@ -101,22 +110,20 @@ INLINE Difference<V> differenceOf(V N, V NLow, V r, V D, V DLow) {
   return {(NHead * r - D) + (N - NHead) * r, NLow * r - DLow};
 }
 template <class V>
-INLINE Quotient<V> divided(Difference<V> n, V m, V mLow) {
-  const V inverse = 1.0 / m, mHead = headOf(m), t = headOf(n.n * inverse);
-  return {t, (((n.n - t * mHead) - t * ((m - mHead) + mLow)) + n.low) * inverse};
+INLINE Quotient<V> divided(Difference<V> n, V D2, V D2Low) {
+  const V m = D2 + n.n, mHead = headOf(m), mRest = ((D2 - mHead) + n.n) + (D2Low + n.low);
+  const auto [normal, low] = normalized(n);
+  const V inverse = 1.0 / m, t = headOf(normal * inverse);
+  return {t, (((normal - t * mHead) - t * mRest) + low) * inverse};
 }
 #endif
 
-// t from n and m = N r + D = 2D + n. Where r is 1, t is a itself.
+// t from n and m = N r + D = 2D + n.
 template <class V>
 INLINE Quotient<V> quotientOf(V x, Words4 ratio) {
   const V a = magnitude(x), r = numbersOfSingles<V>(reinterpret_cast<__m128>(ratio));
   const V N = 1.0 + a, NLow = a - (N - 1.0), D = 1.0 - a, DLow = (1.0 - D) - a;
-  const auto [n, nLow] = differenceOf(N, NLow, r, D, DLow);
-  const V D2 = D + D, m = D2 + n, mLow = ((D2 - m) + n) + (DLow + DLow + nLow);
-  const auto [t, tLow] = divided<V>({n, nLow}, m, mLow);
-  const V isOne = equalLanes(r, broadcast<V>(1.0));
-  return {select(isOne, a, t), withoutBits(tLow, isOne)};
+  return divided(differenceOf(N, NLow, r, D, DLow), D + D, DLow + DLow);
 }
 
 // The result, and a mask of the lanes where it is certain.
@@ -140,7 +147,7 @@ INLINE Sum<V> sumOf(V x, WordsOf<V> ratio, Quotient<V> quotient) {
   const V sum = t + tLow, z = sum * sum;
   const V cube = sumWithProduct(sumWithProduct(fill(t7), z, fill(t5)), z, fill(t3)) * z * sum;
   const V hi = logHi + t, lo = (t - (hi - logHi)) + (logLo + (tLow + cube));
-  const V isSmall = lessLanes(magnitude(x), broadcast<V>(0x1p-8));
+  const V isSmall = lessLanes(hi, broadcast<V>(0x1p-8));
   const V bound = sumWithProduct(hi, fill(relative), withoutBits(fill(absolute), isSmall));
   const V y = hi + (lo - bound), upper = hi + (lo + bound);
   return {orBits(y, signOf(x)), equalLanes(y, upper)};
@@ -171,8 +178,8 @@ INLINE uint64_t sums(const Float64* x, Float64* dst, const Strip& s, int count) 
 // The elements that lanes don't serve: from 1 up, NaNs, and those whose powers might underflow.
 template <class V>
 INLINE auto outsideLanes(V x) {
-  const auto word = highWords(x) & 0x7fffffff;
-  return (word > 0x3fefffff) | (0x33700000 > word);  // 2^-200
+  constexpr uint32_t one = 0x3ff00000, least = 0x33700000;  // 2^-200
+  return wrappingSum(highWords(x) & 0x7fffffff, signedOf(0x80000000 - least)) > signedOf(0x7fffffff + (one - least));
 }
 // Copies with 0 in their place, which isn't one of them.
 [[gnu::noinline, gnu::cold]] uint64_t takeOutside(const Float64* x, Float64* inLanes, int count) {

@@ -197,11 +197,26 @@ INLINE bool eightElements(const Coefficients& c, const Float64* src, Float64* ds
 
 template <auto finish>
 INLINE bool stretch(int64_t, const Float64* src, Float64* dst) {
-  // Where the compiler knows the numbers it loads one and doubles it, with two instructions, and lacks the register. It
-  // isn't told that they are these.
+  // Where the compiler knows the numbers it loads one and doubles it, with two instructions, and
+  // lacks the register. It isn't told that they are these.
   const Coefficients* c = &coefficients;
   asm("" : "+r"(c));
   return eightElements<finish>(*c, src, dst);
+}
+
+// Five to seven elements take longer than eight, so where so many are left they get company.
+template <class Loop>
+[[gnu::noinline]] nuvStatus inCopies(int64_t len, const Float64* src, Float64* dst, Loop loop) {
+  const int64_t rest = len % laneCount<Eight>, whole = len - rest;
+  const nuvStatus status = whole == 0 ? nuvStatusOk : loop(whole, src, dst);
+  src += whole, dst += whole;
+  alignas(16) Float64 copies[laneCount<Eight>];
+  store(copies, load<Four>(src));
+  store(copies + 4, loadPart<Four>(src + 4, rest - 4));
+  const nuvStatus ofRest = loop(laneCount<Eight>, copies, copies);
+  store(dst, load<Four>(copies));
+  storePart(dst + 4, load<Four>(copies + 4), rest - 4);
+  return ofRest == nuvStatusOk ? status : ofRest;
 }
 
 // finish(V x, ArcTerms<V>) -> V; atOne and ofNan(Float64 x) give the results of 1 and -1 and of
@@ -219,10 +234,13 @@ INLINE nuvStatus arcLoop(const Float64* src, Float64* dst, int64_t len) {
   static constexpr auto blocks = [](int64_t count, const Float64* x, Float64* y) INLINED {
     return guardedUnaryLoop<Pack<Lanes2, 2>, Raises::no>(x, y, count, fast, isOutlier, lane);
   };
+  static constexpr auto inEights = [](int64_t count, const Float64* x, Float64* y) INLINED {
+    constexpr int64_t eight = laneCount<Eight>;
+    return shortOrLongLoop<eight, eight, eight>(
+        count, [](int64_t n, const Float64* p, Float64* q) INLINED { return stretch<finish>(n, p, q); }, blocks, x, y);
+  };
   if (len == 1 && !isOutlier(*src)) return *dst = fast(*src), nuvStatusOk;
-  return shortOrLongLoop<laneCount<Eight>, laneCount<Eight>, laneCount<Eight>>(
-      len, [](int64_t count, const Float64* x, Float64* y) INLINED { return stretch<finish>(count, x, y); }, blocks,
-      src, dst);
+  return len % laneCount<Eight> > 4 ? inCopies(len, src, dst, inEights) : inEights(len, src, dst);
 }
 
 }  // namespace

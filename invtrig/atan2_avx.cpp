@@ -54,17 +54,18 @@ INLINE void block(V y, V x, const Float64* srcA, const Float64* srcB, Float64* d
   if (isFlagged(y, x)) [[unlikely]]
     eachElement(srcA, srcB, dst, count);
   else
-    put(dst, atan2Core(y, x, intervalOf), count);
+    storePart(dst, atan2Core(y, x, intervalOf), count);
 }
 constexpr auto blocks = [](int64_t len, const Float64* srcA, const Float64* srcB, Float64* dst) {
   int64_t i = 0;
   using Eight = Pack<Lanes4, 2>;
   for (; i + laneCount<Eight> <= len; i += laneCount<Eight>)
     block(load<Eight>(srcA + i), load<Eight>(srcB + i), srcA + i, srcB + i, dst + i, laneCount<Eight>);
-  for (int64_t count; i < len; i += count) {
-    count = len - i < vector ? len - i : vector;
-    block(loadPart<Lanes4>(srcA + i, count), loadPart<Lanes4>(srcB + i, count), srcA + i, srcB + i, dst + i, count);
-  }
+  const int64_t rest = len - i;
+  if (rest > vector)
+    block(loadPart<Eight>(srcA + i, rest), loadPart<Eight>(srcB + i, rest), srcA + i, srcB + i, dst + i, rest);
+  else if (rest > 0)
+    block(loadPart<Lanes4>(srcA + i, rest), loadPart<Lanes4>(srcB + i, rest), srcA + i, srcB + i, dst + i, rest);
   return nuvStatusOk;
 };
 

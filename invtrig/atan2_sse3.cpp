@@ -60,6 +60,11 @@ constexpr auto groups = [](int64_t len, const Float64* srcA, const Float64* srcB
       store(dst + i, atan2Core(y, x, intervalOf));
   }
   // What remains are groups of one, of which ordinary ones may still be computed together.
+  if (len - i == 3) {
+    const Four y = loadPart<Four>(srcA + i, 3), x = loadPart<Four>(srcB + i, 3);
+    if (!isFlagged(y, x)) [[likely]]
+      return storePart(dst + i, atan2Core(y, x, intervalOf), 3), nuvStatusOk;
+  }
   for (int64_t count; i < len; i += count) {
     const bool isAlone = i + 1 == len || isFlagged(load<Lanes2>(srcA + i), load<Lanes2>(srcB + i));
     count = isAlone ? 1 : 2;
