@@ -22,13 +22,34 @@ constexpr Float64 erfcLn2By128Hi = fromBits(0x3f762e4300000000);   // 0.00541521
 constexpr Float64 erfcLn2By128Lo =
     fromBits(0xbdb05c610ca86c39);  // -1.4880111718420063e-11: ln 2 / 128 - erfcLn2By128Hi
 constexpr Float64 erfcHead = fromBits(0xfffffffff8000000);
+constexpr Float64 erfcExp4 = fromBits(0x3f81111111111111), erfcExp3 = fromBits(0x3fa5555555555555);  // 1/120, 1/24
+constexpr Float64 erfcExp2 = fromBits(0x3fc5555555555555);                                           // 1/6
 
 // |x| from 26.54 up, infinities and NaNs: positive ones have subnormal results or none.
 constexpr int erfcFlaggedHighWord = 0x403a8b12;
 
+// The constants of the arithmetic in every lane of V; all(c) is V with c everywhere.
 template <class V>
-INLINE V headOf(V v) {
-  return andBits(v, broadcast<V>(erfcHead));
+struct ErfcConstants {
+  V head, sign, invLn2By128, shifter, ln2By128Hi, ln2By128Lo, exp4, exp3, exp2, half, one;
+};
+template <class V, class All>
+INLINE constexpr ErfcConstants<V> erfcConstants(All all) {
+  return {all(erfcHead),
+          all(-0.0),
+          all(erfcInvLn2By128),
+          all(erfcShifter),
+          all(erfcLn2By128Hi),
+          all(erfcLn2By128Lo),
+          all(erfcExp4),
+          all(erfcExp3),
+          all(erfcExp2),
+          all(0.5),
+          all(1.0)};
+}
+template <class V>
+INLINE ErfcConstants<V> erfcConstants() {
+  return erfcConstants<V>([](Float64 c) INLINED { return broadcast<V>(c); });
 }
 
 // Rows begin at multiples of a quarter binade, the second one at row1.
@@ -56,23 +77,19 @@ struct ErfcExponent {
   V shifted, k, r;
 };
 template <class V>
-INLINE ErfcExponent<V> erfcExponent(V a) {
-  const V xh = headOf(a), minusXh = xorBits(xh, broadcast<V>(-0.0)), xl = a - xh;
+INLINE ErfcExponent<V> erfcExponent(V a, const ErfcConstants<V>& c) {
+  const V xh = andBits(a, c.head), minusXh = xorBits(xh, c.sign), xl = a - xh;
   const V square = xh * minusXh;
   const V low = (broadcast<V>(2.0) * (minusXh * xl)) - (xl * xl);
-  const V th = headOf(square), tl = (square - th) + low;
-  const V shifted = (th * broadcast<V>(erfcInvLn2By128)) + broadcast<V>(erfcShifter),
-          k = shifted - broadcast<V>(erfcShifter);
-  return {shifted, k, ((th - (broadcast<V>(erfcLn2By128Hi) * k)) - (broadcast<V>(erfcLn2By128Lo) * k)) + tl};
+  const V th = andBits(square, c.head), tl = (square - th) + low;
+  const V shifted = (th * c.invLn2By128) + c.shifter, k = shifted - c.shifter;
+  return {shifted, k, ((th - (c.ln2By128Hi * k)) - (c.ln2By128Lo * k)) + tl};
 }
 
 // exp(r) = 1 + e. 2^(j/128) exp(r) = Th + e.
 template <class V>
-INLINE V erfcExpRest(V r, TwoColumns<V> power) {
-  constexpr Float64 c4 = fromBits(0x3f81111111111111), c3 = fromBits(0x3fa5555555555555);  // 1/120, 1/24
-  constexpr Float64 c2 = fromBits(0x3fc5555555555555);                                     // 1/6
-  const auto all = [](Float64 c) INLINED { return broadcast<V>(c); };
-  const V p = ((((all(c4) * r + all(c3)) * r + all(c2)) * r + all(0.5)) * r + all(1.0)) * r;
+INLINE V erfcExpRest(V r, TwoColumns<V> power, const ErfcConstants<V>& c) {
+  const V p = ((((c.exp4 * r + c.exp3) * r + c.exp2) * r + c.half) * r + c.one) * r;
   return p * (power.first + power.second) + power.second;
 }
 
@@ -93,14 +110,14 @@ struct HeadAndRest {
   V head, rest;
 };
 template <class V, class R>
-INLINE HeadAndRest<V> erfcScaled(V q, V t, R rows) {
+INLINE HeadAndRest<V> erfcScaled(V q, V t, R rows, const ErfcConstants<V>& c) {
   const auto s2 = slots<V>(rows, 2), s0 = slots<V>(rows, 0);
   // The slope s is less than that at the centre, as t >= 0: what its sum lost is q - (s - s3). The
   // same goes for the value y.
   const V s = s2.second + q, slopeLow = (q - (s - s2.second)) + s2.first;
-  const V sh = headOf(s), sl = slopeLow + (s - sh), th = headOf(t), tl = t - th;
+  const V sh = andBits(s, c.head), sl = slopeLow + (s - sh), th = andBits(t, c.head), tl = t - th;
   const V low = ((sl * tl) + (tl * sh)) + (th * sl), product = sh * th;
-  const V y = s0.second + product, yh = headOf(y);
+  const V y = s0.second + product, yh = andBits(y, c.head);
   return {yh, (((product - (y - s0.second)) + low) + s0.first) + (y - yh)};
 }
 
@@ -118,22 +135,27 @@ struct ErfcUnscaled {
 };
 template <class V>
 INLINE ErfcUnscaled<V> erfcUnscaled(V a) {
+  const auto c = erfcConstants<V>();
   const auto argument = erfcArgument(a);
-  const auto exponent = erfcExponent(a);
+  const auto exponent = erfcExponent(a, c);
   alignas(16) int offsets[laneCount<Four>];
   storeWords(offsets, argument.offset);
   const Rows rows = {erfcRows, offsets};
   const auto power = twoColumns<V>(erfcExpTable, (lowWords(exponent.shifted) & 127) << 4);
   const V t = argument.t, q = erfcMiddleTerms(erfcHighTerms(t, rows), t, rows);
-  return {erfcProduct(erfcScaled(q, t, rows), erfcExpRest(exponent.r, power), power.first), exponent.shifted};
+  return {erfcProduct(erfcScaled(q, t, rows, c), erfcExpRest(exponent.r, power, c), power.first), exponent.shifted};
 }
 
 // The result, `scale` being 2^m with the sign of x: the product for x >= 0, 2 minus it for x < 0.
 template <class V>
-INLINE V erfcResult(HeadAndRest<V> product, V scale, V x) {
-  const V one = broadcast<V>(1.0), two = one - orBits(one, signOf(x));  // 2 or +0
+INLINE V erfcSum(V two, HeadAndRest<V> product, V scale) {
   const V u = product.head * scale, sum = two + u;
   return (((two - sum) + u) + (product.rest * scale)) + sum;
+}
+template <class V>
+INLINE V erfcResult(HeadAndRest<V> product, V scale, V x) {
+  const V one = broadcast<V>(1.0), two = one - orBits(one, signOf(x));  // 2 or +0
+  return erfcSum(two, product, scale);
 }
 
 // Flagged arguments, by their high words alone.

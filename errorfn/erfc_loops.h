@@ -25,7 +25,7 @@ INLINE bool reduceStretch(const Float64* x, int64_t count, Stretch& c) {
     const Four m = magnitude(load<Four>(x + i)), mask = highWordWithin(m, 0, erfcFlaggedHighWord), a = andBits(m, mask);
     inside = andBits(inside, mask);
     const auto argument = erfcArgument(a);
-    const auto exponent = erfcExponent(a);
+    const auto exponent = erfcExponent(a, erfcConstants<Four>());
     store(c.t + i, argument.t), storeWords(c.offsets + i, argument.offset);
     store(c.r + i, exponent.r), store(c.keys + i, exponent.k + keyShifter);
   }
@@ -45,7 +45,7 @@ INLINE Four scaleAt(const Float64* keys) {
 INLINE Four lastStage(const Float64* src, int64_t i, HeadAndRest<Four> g, const Stretch& c) {
   const Four x = load<Four>(src + i);
   const auto power = powersAt(c.keys + i);
-  const auto product = erfcProduct(g, erfcExpRest(load<Four>(c.r + i), power), power.first);
+  const auto product = erfcProduct(g, erfcExpRest(load<Four>(c.r + i), power, erfcConstants<Four>()), power.first);
   return erfcResult(product, orBits(scaleAt(c.keys + i), signOf(x)), x);
 }
 
@@ -54,47 +54,10 @@ constexpr auto erfcShort = [](int64_t count, const Float64* x, Float64* y) INLIN
       x, y, count, [](auto v) INLINED { return erfcCore(v); }, erfcIsFlagged, erfcSpecialLane);
 };
 
-// Three or four elements, straight on: the next call's chain of operations has to overlap with this
-// one's, so every instruction counts. Rows and the test are made from integers, beside the numbers'
-// chain. A fourth lane that is left has 0: it makes zeros of zeros and raises nothing.
-template <int count>
-[[gnu::noinline, gnu::flatten, gnu::aligned(64)]] nuvStatus erfcFew(const Float64* src, Float64* dst) {
-  const auto word = [=](int i) INLINED { return static_cast<int>(highWord(src[i % count]) & 0x7fffffff); };
-  const int words[] = {word(0), word(1), word(2), word(3)};
-  const auto isFlagged = [&](int i) INLINED { return words[i] >= erfcFlaggedHighWord; };
-  if (isFlagged(0) || isFlagged(1) || isFlagged(2) || isFlagged(3)) [[unlikely]]
-    return shortArray(count, erfcShort, src, dst);
-  const auto row = [&](int i) INLINED {
-    const int beyond = words[i] - erfcWordBelowRow1;
-    return addressAt(erfcRows, static_cast<uint32_t>(beyond < 0 ? 0 : beyond) >> erfcRowShift & ~uint32_t{127});
-  };
-  const FewRows<count> rows = {{row(0), row(1), row(2), row(3)}};
-
-  const Lanes2 last = count == 4 ? load<Lanes2>(src + count - 2) : _mm_load_sd(src + 2);
-  const Four x = joinHalves(load<Lanes2>(src), last), a = magnitude(x);
-  const Four start = withoutBits(andBits(a, broadcast<Four>(erfcRowBits)), lessLanes(a, broadcast<Four>(erfcRow1)));
-  const Four t = a - start;
-  // The two chains take turns, as the processor would take their steps: a fifth less time with SSE2.
-  const Four high = erfcHighTerms(t, rows);
-  const auto exponent = erfcExponent(a);
-  const Four q = erfcMiddleTerms(high, t, rows);
-  alignas(32) Float64 keys[vector];
-  store(keys, exponent.k + keyShifter);
-  const FewRows<count> powers = {{powerAt(keys), powerAt(keys + 1), powerAt(keys + 2), powerAt(keys + 3)}};
-  const auto power = slots<Four>(powers, 0);
-  const Four e = erfcExpRest(exponent.r, power), scale = orBits(scaleAt(keys), signOf(x));
-  const Four y = erfcResult(erfcProduct(erfcScaled(q, t, rows), e, power.first), scale, x);
-  store(dst, lowHalf(y));
-  count == 4 ? store(dst + 2, highHalf(y)) : _mm_storel_pd(dst + 2, highHalf(y));
-  return nuvStatusOk;
-}
-
 // evaluate(src, dst, count, c) gets what reduceStretch has left.
 template <int64_t shortest, auto evaluate>
 INLINE nuvStatus erfcLoop(const Float64* src, Float64* dst, int64_t len) {
   if (len == 1 && !erfcIsFlagged(*src)) return *dst = erfcCore(*src), nuvStatusOk;
-  if (len == 3) return erfcFew<3>(src, dst);
-  if (len == 4) return erfcFew<4>(src, dst);
   return shortOrLongLoop<longestStretch, shortest, vector>(len, inStages<Stretch, reduceStretch, evaluate>, erfcShort,
                                                            src, dst);
 }

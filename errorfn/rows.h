@@ -49,37 +49,6 @@ INLINE TwoColumns<V> slots(Rows rows, int k) {
   }
 }
 
-// The same for Four with its rows known one by one. With a count of three the fourth row isn't read,
-// and its lane is 0.
-template <int count>
-struct FewRows {
-  const Float64* row[4];
-};
-template <class V, int count>
-INLINE TwoColumns<V> slots(FewRows<count> rows, int k) {
-  static_assert(laneCount<V> == 4 && (count == 3 || count == 4));
-  const auto pair = [&](int lane) INLINED { return _mm_loadu_pd(rows.row[lane] + k); };
-#ifdef __AVX__
-  const auto two = [&](int low, int high) INLINED -> Lanes4 {
-    const __m256d first = _mm256_castpd128_pd256(pair(low));
-    if (k % 4 == 2) return _mm256_blend_pd(first, _mm256_loadu_pd(rows.row[high] + k - 2), 12);
-    return _mm256_insertf128_pd(first, pair(high), 1);
-  };
-  const Lanes4 a = two(0, 2), b = count == 4 ? two(1, 3) : Lanes4(_mm256_zextpd128_pd256(pair(1)));
-  return {_mm256_unpacklo_pd(a, b), _mm256_unpackhi_pd(a, b)};
-#else
-  const Lanes2 a = pair(0), b = pair(1);
-  V first = {{_mm_unpacklo_pd(a, b)}}, second = {{_mm_unpackhi_pd(a, b)}};
-  if constexpr (count == 4) {
-    const Lanes2 c = pair(2), d = pair(3);
-    first.part[1] = _mm_unpacklo_pd(c, d), second.part[1] = _mm_unpackhi_pd(c, d);
-  } else {
-    first.part[1] = _mm_load_sd(rows.row[2] + k), second.part[1] = _mm_load_sd(rows.row[2] + k + 1);
-  }
-  return {first, second};
-#endif
-}
-
 // Slot k alone.
 template <class V>
 INLINE V slot(Rows rows, int k) {

@@ -68,6 +68,24 @@ template <auto loop, class... Arguments>
   return loop(arguments...);
 }
 
+// For a few elements in registers: compute(x), and no arithmetic but what depends on x. It can't move
+// across a change of the mode, as x and the result pass through.
+template <Mode mode, class V, class Compute>
+INLINE V computeInMode(V x, Compute compute) {
+  uint32_t saved;
+  asm volatile("stmxcsr %0" : "=m"(saved) : : "memory");
+  const bool isOther = desiredMode(mode, saved) != saved;
+  if (isOther) [[unlikely]] {
+    const uint32_t wanted = desiredMode(mode, saved);
+    asm volatile("ldmxcsr %1" : "+x"(x) : "m"(wanted) : "memory");
+  }
+  V y = compute(x);
+  if (isOther) [[unlikely]] {
+    asm volatile("ldmxcsr %1" : "+x"(y) : "m"(saved) : "memory");
+  }
+  return y;
+}
+
 template <Check check, Mode mode, auto loop, X87 x87 = X87::asIs, class... Arguments>
 INLINE nuvStatus runKernel(int32_t len, Arguments... arguments) {
   if (check == Check::lengthFirst && len < 1) [[unlikely]]

@@ -97,6 +97,25 @@ TEST_P(EveryContract, LeavesTheControlWordsAsItFoundThem) {
   });
 }
 
+// A few elements may have a way of their own.
+TEST_P(EveryContract, KeepsItsModesInShortCalls) {
+  const Inputs x = ordinaryInputs(f, 12, 8);
+  for (int32_t n = 1; n <= 8; ++n) {
+    Outputs usual = outputsFor(n), y = usual;
+    f(callOf(x, usual, n));
+    inModes([&](uint32_t csr, uint16_t) {
+      writeMxcsr(csr);
+      f(callOf(x, y, n));
+      const uint32_t after = readMxcsr(), within = inForce(contract.mxcsr, csr);
+      writeMxcsr(masks);
+      EXPECT_EQ(after & 0xffc0u, csr) << std::hex << n << " elements";
+      EXPECT_TRUE(within == csr || (after & 0x3f) == 0) << n << " elements: flags are put back with the mode";
+      EXPECT_TRUE(within != inForce(contract.mxcsr, masks) || y == usual)
+          << n << " elements: other bits where MXCSR was " << std::hex << csr;
+    });
+  }
+}
+
 // Flags that were up before a call are so after it, whether the kernel puts modes back or not.
 TEST_P(EveryContract, LeavesEarlierFlagsUp) {
   const auto samples = bothSamplesOf(11, 600);
