@@ -130,8 +130,11 @@ INLINE nuvStatus guardedUnaryLoop(const Float64* src, Float64* dst, int64_t len,
     }
   }
   using Part = PartOf<V>;
-  for (int64_t count; i < len; i += count) {
-    count = len - i < laneCount<Part> ? len - i : laneCount<Part>;
+  for (; i + laneCount<Part> <= len; i += laneCount<Part>) {
+    const Part x = load<Part>(src + i);
+    if (!isFlagged(x, dst + i, laneCount<Part>)) store(dst + i, fast(x));
+  }
+  if (const int64_t count = len - i; count > 0) {
     const Part x = loadPart<Part>(src + i, count);
     if (!isFlagged(x, dst + i, count)) storePart(dst + i, fast(x), count);
   }
