@@ -111,15 +111,18 @@ INLINE V inWholePairs(V mask) {
     return andBits<V>(mask, _mm_shuffle_pd(mask, mask, 1));
 }
 
-template <class V>
-INLINE V sinhCore(V x, int greatestMiddleHighWord) {
+// Elements in pairs, or each by itself.
+enum class Company { pairs, none };
+template <Company company, class V>
+INLINE V sinhCore(V x) {
+  constexpr int greatestMiddleHighWord = company == Company::pairs ? middleHighWord : middleHighWord - 1;
   const V a = magnitude(x);
   const auto [r, odd, even, up, down, sum, dif] = termsOf(a);
   const V w = even * dif + (odd * r) * sum + r * sum - down.lo + up.lo;
   const V large = (w - down.hi) + up.hi, middle = w + (up.hi - down.hi);
   V result = orBits(select(highWordAbove(a, greatestMiddleHighWord), large, middle), signOf(x));
   const V isNotSmall = highWordAbove(a, smallHighWord - 1), allOnes = highWordAbove(a, -1);
-  const V isSmall = inWholePairs(withoutBits(allOnes, isNotSmall));
+  const V small = withoutBits(allOnes, isNotSmall), isSmall = company == Company::pairs ? inWholePairs(small) : small;
   if (signMask(isSmall) != 0) {
     const V square = x * x, series = x + ((d3 * square + d2) * square + d1) * square * x;
     result = select(isSmall, series, result);
@@ -147,18 +150,24 @@ constexpr uint64_t firstForEdgeLane = 0x40862336f49c3c50;  // 708.4018337446123:
   return {((q * (hi + lo) + lo) + hi) * fromBits(0x7fe0000000000000) * 2.0, nuvStatusOk};
 }
 
-// What the two functions give their loop: a block of two pairs, the first element of a pair, and an
-// element alone.
+// What the two functions give their loop: a block of two pairs, the first element of a pair, and
+// elements each by itself.
 struct Cosh {
   INLINE static Pack<Lanes2, 2> block(Pack<Lanes2, 2> x) { return coshCore(x); }
-  INLINE static Float64 inPair(Float64 x, Float64) { return alone(x); }
-  INLINE static Float64 alone(Float64 x) { return coshCore(broadcast<Lanes2>(x))[0]; }
+  INLINE static Float64 inPair(Float64 x, Float64) { return alone(broadcast<Lanes2>(x))[0]; }
+  template <class V>
+  INLINE static V alone(V x) {
+    return coshCore(x);
+  }
   INLINE static Float64 signOfResult(Float64) { return 0.0; }
 };
 struct Sinh {
-  INLINE static Pack<Lanes2, 2> block(Pack<Lanes2, 2> x) { return sinhCore(x, middleHighWord); }
-  INLINE static Float64 inPair(Float64 x, Float64 partner) { return sinhCore(Lanes2{x, partner}, middleHighWord)[0]; }
-  INLINE static Float64 alone(Float64 x) { return sinhCore(broadcast<Lanes2>(x), middleHighWord - 1)[0]; }
+  INLINE static Pack<Lanes2, 2> block(Pack<Lanes2, 2> x) { return sinhCore<Company::pairs>(x); }
+  INLINE static Float64 inPair(Float64 x, Float64 partner) { return sinhCore<Company::pairs>(Lanes2{x, partner})[0]; }
+  template <class V>
+  INLINE static V alone(V x) {
+    return sinhCore<Company::none>(x);
+  }
   INLINE static Float64 signOfResult(Float64 x) { return signOf(x); }
 };
 
@@ -196,6 +205,17 @@ template <class F>
     else
       store(dst + i, F::block(x));
   }
+  const auto together = [&]<class V>(V, int64_t count) INLINED {
+    const V x = loadPart<V>(src + i, count);
+    if (anyMagnitudeFrom(x, edgeHighWord)) [[unlikely]]
+      return;
+    storePart(dst + i, F::alone(x), count);
+    i = len;
+  };
+  if (len - i == 3)
+    together(Pack<Lanes2, 2>{}, 3);
+  else if (len - i == 2)
+    together(Lanes2{}, 2);
   for (; i < len; ++i) {
     const Float64 x = src[i];
     if (toBits(magnitude(x)) >= firstForEdgeLane) [[unlikely]] {
@@ -203,7 +223,7 @@ template <class F>
       dst[i] = e.value;
       takeStatus<Raises::no>(status, e.status);
     } else {
-      dst[i] = F::alone(x);
+      dst[i] = F::alone(broadcast<Lanes2>(x))[0];
     }
   }
   return status;
