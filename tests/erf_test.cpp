@@ -103,6 +103,32 @@ TEST(Erfc, KnownValues) {
   expectRows(nuvsErfc_64f_A53, rows, "erfc");
 }
 
+// One, three or four elements, short arrays and stretches find rows and flagged elements in ways of
+// their own: the numbers on both sides of every row's lower end, and the last high words.
+TEST(Erfc, EveryRowInEveryLoop) {
+  std::vector<uint32_t> words = {0x00000000, 0x3fcb0000, 0x403a8b12, 0x403a8b13, 0x403b39dc, 0x7ff00000};
+  for (uint32_t word = 0x3fcc0000; word <= 0x403c0000; word += 0x00040000) words.push_back(word);
+  for (int level : supportedLevels()) {
+    AtLevel at(level);
+    for (uint32_t word : words)
+      for (uint64_t x : {(uint64_t{word} << 32) - 1, uint64_t{word} << 32, uint64_t{word} << 32 | 1,
+                         uint64_t{word} << 32 | 0xffffffff})
+        for (double value : {number(x & ~(uint64_t{1} << 63)), number(x | uint64_t{1} << 63)}) {
+          const Element alone = evaluate(nuvsErfc_64f_A53, value);
+          for (size_t n : {3u, 4u, 6u, 45u})
+            for (size_t place : {size_t{0}, size_t{1}, size_t{2}, n - 1}) {
+              std::vector<double> xs(n, 0.75), ys(n);
+              xs[place] = value;
+              EXPECT_EQ(nuvsErfc_64f_A53(xs.data(), ys.data(), static_cast<int32_t>(n)), alone.status) << value;
+              EXPECT_EQ(bits(ys[place]), bits(alone.value))
+                  << "level " << level << ", x = " << value << ", " << place << " of " << n;
+            }
+        }
+    // Ordinary arithmetic would round this one up, correctly.
+    EXPECT_EQ(bits(evaluate(nuvsErfc_64f_A53, number(0x403a8b12ffffffff)).value), 0x000ffff4263df4e0u);
+  }
+}
+
 TEST(ErfInv, KnownValues) {
   const std::vector<Row> rows = {
       {0x0000000000000000, 0x0000000000000000, 0},

@@ -1,7 +1,9 @@
 // asin, acos, atan, atan2: both sides of every change of method, the special values with their
 // statuses and flags, and what stretches and groups have in common.
+#include <algorithm>
 #include <cfenv>
 #include <cmath>
+#include <random>
 
 #include "frame/kernel_frame.h"
 #include "tests/test_support.h"
@@ -187,27 +189,80 @@ TEST(InverseTrig, AnglesInEveryQuadrant) {
   });
 }
 
-// Long arrays find the intervals in ways of their own: the high words of the bounds and the next ones.
-TEST(InverseTrig, BoundsInLongArrays) {
-  constexpr int each = 400;
-  std::vector<double> ts, ys, xs;
+// Long arrays have loops of their own: where the rows change, where the polynomials' last coefficients
+// count most and in between they must give the bits of short ones.
+void expectBitsOfShortArrays(Unary f, const std::vector<double>& xs) {
+  const size_t n = xs.size();
+  std::vector<double> ys(n), apart(n);
+  f(xs.data(), ys.data(), static_cast<int32_t>(n));
+  for (size_t i = 0; i < n; i += 4) f(&xs[i], &apart[i], static_cast<int32_t>(std::min<size_t>(4, n - i)));
+  for (size_t i = 0; i < n; ++i) ASSERT_EQ(bits(ys[i]), bits(apart[i])) << "x = " << xs[i];
+}
+void expectBitsOfShortArrays(const std::vector<double>& ys, const std::vector<double>& xs) {
+  const auto atan2 = nuvsAtan2_64f_A53;
+  const size_t n = xs.size();
+  std::vector<double> angles(n), apart(n);
+  atan2(ys.data(), xs.data(), angles.data(), static_cast<int32_t>(n));
+  for (size_t i = 0; i < n; i += 4) atan2(&ys[i], &xs[i], &apart[i], static_cast<int32_t>(std::min<size_t>(4, n - i)));
+  for (size_t i = 0; i < n; ++i) ASSERT_EQ(bits(angles[i]), bits(apart[i])) << "y = " << ys[i] << ", x = " << xs[i];
+}
+
+TEST(InverseTrig, LongArraysGiveTheBitsOfShortOnes) {
+  std::mt19937_64 random(8);
+  const auto signedShare = [&] { return std::ldexp(static_cast<double>(static_cast<int64_t>(random()) >> 10), -53); };
+  std::vector<double> sines, ts, ys, xs;
+  for (int i = 0; i < 1 << 18; ++i) {
+    sines.push_back(signedShare());
+    sines.push_back(std::copysign(0.5 + signedShare() / 20, signedShare()));
+  }
+  // The high words of the bounds belong below them, the next ones above.
   for (double bound : {0.4375, 0.6875, 1.1875, 2.4375})
     for (uint64_t step : {0u, 1u})
-      for (int i = 0; i < each; ++i) {
-        const auto near = [&](double x) {
-          return fromBits((((bits(x) >> 32) + step) << 32) + uint64_t{0x00a00000} * static_cast<unsigned>(i));
-        };
-        xs.push_back(1 + i / 402.3);
+      for (int i = 0; i < 1 << 13; ++i) {
+        const auto near = [&](double x) { return number((((bits(x) >> 32) + step) << 32) + (random() >> 32)); };
+        xs.push_back(i % 64 == 0 ? 1 + signedShare() / 2 : 1 + i % 64 / 64.0);
         ys.push_back(near(xs.back() * bound)), ts.push_back(near(bound));
+        if (i % 2 == 0) ys.back() = -ys.back(), ts.back() = -ts.back();
+        if (i % 4 < 2) xs.back() = -xs.back();
       }
-  const int32_t len = static_cast<int32_t>(ys.size());
   atEveryLevel([&](int) {
-    std::vector<double> angles(ys.size()), angles2(ys.size());
-    nuvsAtan_64f_A53(ts.data(), angles.data(), len);
-    nuvsAtan2_64f_A53(ys.data(), xs.data(), angles2.data(), len);
-    for (size_t i = 0; i < ys.size(); ++i) {
-      EXPECT_EQ(bits(angles[i]), bits(evaluate(nuvsAtan_64f_A53, ts[i]).value)) << "t = " << ts[i];
-      EXPECT_EQ(bits(angles2[i]), bits(evaluate(nuvsAtan2_64f_A53, ys[i], xs[i]).value)) << ys[i] << ", " << xs[i];
+    expectBitsOfShortArrays(nuvsAsin_64f_A53, sines);
+    expectBitsOfShortArrays(nuvsAcos_64f_A53, sines);
+    expectBitsOfShortArrays(nuvsAtan_64f_A53, ts);
+    expectBitsOfShortArrays(ys, xs);
+  });
+}
+
+// Stretches take reciprocals in single precision, and compare high words as numbers of it: neither may
+// show beyond its range, in bits or in flags.
+TEST(InverseTrig, LongArraysOfAnyScale) {
+  constexpr int32_t n = 37;
+  atEveryLevel([&](int) {
+    std::vector<double> ys(n), xs(n), angles(n), ordinary(n), tangents(n);
+    for (size_t i = 0; i < n; ++i) {
+      const auto share = static_cast<double>(i) / n;
+      ys[i] = 1 + share, xs[i] = (i % 2 == 0 ? 1.97 : -1.97) - share;
+    }
+    ys[5] = 1, xs[5] = 1.46;  // the least denominator for such numbers
+    nuvsAtan2_64f_A53(ys.data(), xs.data(), ordinary.data(), n);
+    for (int e : {-1019, -600, -500, -480, -150, -130, -129, -128, -127, -126, -125, -113, -112, -111, 0,
+                  111,   112,  113,  125,  126,  127,  128,  129,  130,  150,  500,  600,  980,  991}) {
+      std::vector<double> scaledY, scaledX;
+      for (double y : ys) scaledY.push_back(std::ldexp(y, e));
+      for (double x : xs) scaledX.push_back(std::ldexp(x, e));
+      std::feclearexcept(FE_ALL_EXCEPT);
+      nuvsAtan2_64f_A53(scaledY.data(), scaledX.data(), angles.data(), n);
+      EXPECT_EQ(std::fetestexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW | FE_UNDERFLOW), 0) << "2^" << e;
+      for (size_t i = 0; i < n; ++i) EXPECT_EQ(bits(angles[i]), bits(ordinary[i])) << "2^" << e << ", " << i;
+    }
+    for (int e : {-400, -300, -150, -128, -126, 112, 113, 126, 127, 128, 129, 150, 1017, 1018, 1019, 1023}) {
+      std::vector<double> scaledX = ys;
+      for (size_t i = 0; i < n; i += 2) scaledX[i] = std::ldexp(xs[i], e);
+      std::feclearexcept(FE_ALL_EXCEPT);
+      nuvsAtan_64f_A53(scaledX.data(), tangents.data(), n);
+      EXPECT_EQ(std::fetestexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW), 0) << "2^" << e;
+      for (size_t i = 0; i < n; ++i)
+        EXPECT_EQ(bits(tangents[i]), bits(evaluate(nuvsAtan_64f_A53, scaledX[i]).value)) << scaledX[i];
     }
   });
 }
