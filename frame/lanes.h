@@ -151,10 +151,12 @@ INLINE V loadPart(const Float64* p, int64_t count) {
   if constexpr (laneCount<V> == 1) return *p;
   if constexpr (laneCount<V> == 2) return count == 2 ? load<V>(p) : V{*p, *p};
   if constexpr (isPack<V>) {
-    static_assert(packSize<V> == 2);
-    constexpr int half = laneCount<PartOf<V>>;
-    const PartOf<V> low = loadPart<PartOf<V>>(p, count < half ? count : half);
-    return {{low, count > half ? loadPart<PartOf<V>>(p + half, count - half) : low}};
+    if (count == laneCount<V>) return load<V>(p);
+    return makePack<packSize<V>>([&](int i) INLINED {
+      constexpr int lanes = laneCount<PartOf<V>>;
+      const int64_t left = count - i * lanes;
+      return loadPart<PartOf<V>>(left > 0 ? p + i * lanes : p, left <= 0 ? 1 : left < lanes ? left : lanes);
+    });
   }
 #ifdef __AVX__
   if constexpr (laneCount<V> == 4) {
@@ -170,10 +172,12 @@ INLINE void storePart(Float64* p, V v, int64_t count) {
   if constexpr (laneCount<V> == 1) *p = v;
   if constexpr (laneCount<V> == 2) count == 2 ? store(p, v) : _mm_storel_pd(p, v);
   if constexpr (isPack<V>) {
-    static_assert(packSize<V> == 2);
-    constexpr int half = laneCount<PartOf<V>>;
-    storePart(p, v.part[0], count < half ? count : half);
-    if (count > half) storePart(p + half, v.part[1], count - half);
+    if (count == laneCount<V>) return store(p, v);
+    for (int i = 0; i < packSize<V>; ++i) {
+      constexpr int lanes = laneCount<PartOf<V>>;
+      const int64_t left = count - i * lanes;
+      if (left > 0) storePart(p + i * lanes, v.part[i], left < lanes ? left : lanes);
+    }
   }
 #ifdef __AVX__
   if constexpr (laneCount<V> == 4) {

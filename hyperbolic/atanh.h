@@ -192,18 +192,13 @@ INLINE auto outsideLanes(V x) {
   return outside;
 }
 
-// Up to three elements, with one of them in the other lanes.
-INLINE Four loadUpTo3(const Float64* p, int count) {
-  const Lanes2 low = loadPart<Lanes2>(p, count == 1 ? 1 : 2);
-  return joinHalves(low, count == 3 ? _mm_set1_pd(p[2]) : low);
-}
 nuvStatus atanhStrip(const Float64* src, Float64* dst, int count) {
   Strip s;
   const int fours = count & ~3, whole = (count + 3) & ~3;
   const Float64* x = src;
   if (fours != whole || src == dst) {
     for (int i = 0; i < fours; i += 4) store(s.x + i, load<Four>(src + i));
-    if (fours != whole) store(s.x + fours, loadUpTo3(src + fours, count - fours));
+    if (fours != whole) store(s.x + fours, loadPart<Four>(src + fours, count - fours));
     x = s.x;
   }
   WordsOf<Four> outside{};

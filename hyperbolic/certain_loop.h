@@ -97,34 +97,6 @@ INLINE uint64_t stages(const Float64* x, Float64* dst, int64_t count, Strip& s) 
   return isSetInAll(all) ? 0 : bitsOfClear(masks, count);
 }
 
-// Up to all lanes of V, the others with numbers of the same; and back.
-template <class V>
-INLINE V loadUpTo(const Float64* p, int64_t count) {
-  if constexpr (!isPack<V>)
-    return loadPart<V>(p, count);
-  else if (count == laneCount<V>)
-    return load<V>(p);
-  else
-    return makePack<packSize<V>>([&](int i) INLINED {
-      constexpr int lanes = laneCount<PartOf<V>>;
-      const int64_t left = count - i * lanes;
-      return left <= 0 ? broadcast<PartOf<V>>(p[0]) : loadPart<PartOf<V>>(p + i * lanes, left < lanes ? left : lanes);
-    });
-}
-template <class V>
-INLINE void storeUpTo(Float64* p, V y, int64_t count) {
-  if constexpr (!isPack<V>)
-    return storePart(p, y, count);
-  else if (count == laneCount<V>)
-    return store(p, y);
-  else
-    for (int i = 0; i < packSize<V>; ++i) {
-      constexpr int lanes = laneCount<PartOf<V>>;
-      const int64_t left = count - i * lanes;
-      if (left > 0) storePart(p + i * lanes, y.part[i], left < lanes ? left : lanes);
-    }
-}
-
 // Up to stripLength elements, not all of them in the lanes' range. The others get harmless numbers
 // there, but where they are most, the program takes all.
 template <const Definition& f>
@@ -134,7 +106,7 @@ template <const Definition& f>
   uint64_t outside = 0;
   int64_t number = 0;
   for (int64_t i = 0; i < whole; i += 4) {
-    const Four v = i + 4 <= count ? load<Four>(src + i) : loadUpTo<Four>(src + i, count - i);
+    const Four v = i + 4 <= count ? load<Four>(src + i) : loadPart<Four>(src + i, count - i);
     const auto words = highWords(magnitudeOf<f.inverse>(v));
     const Words4 mask = partOf(((f.first << 16) > words) | (words > (afterLast << 16) - 1), 0);
     outside |= static_cast<uint64_t>(_mm_movemask_ps(reinterpret_cast<__m128>(mask))) << i;
@@ -146,7 +118,7 @@ template <const Definition& f>
   Strip s;
   const uint64_t left = (outside | stages<f>(inLanes, inLanes, whole, s)) & (~uint64_t{0} >> (stripLength - count));
   __builtin_memcpy(dst, inLanes, static_cast<size_t>(count) * sizeof *dst);
-  return byProgram<f>(x, dst, left);
+  return left == 0 ? nuvStatusOk : byProgram<f>(x, dst, left);
 }
 template <const Definition& f>
 INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
@@ -155,7 +127,7 @@ INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
   const Float64* x = src;
   if (fours != whole || src == dst) {
     for (int64_t i = 0; i < fours; i += 4) store(s.x + i, load<Four>(src + i));
-    if (fours != whole) store(s.x + fours, loadUpTo<Four>(src + fours, count - fours));
+    if (fours != whole) store(s.x + fours, loadPart<Four>(src + fours, count - fours));
     x = s.x;
   }
   Extremes extremes;
@@ -168,7 +140,7 @@ INLINE nuvStatus strip(const Float64* src, Float64* dst, int64_t count) {
   } else {
     left = stages<f>(x, s.w, whole, s) & (~uint64_t{0} >> (stripLength - count));
     for (int64_t i = 0; i < fours; i += 4) store(dst + i, load<Four>(s.w + i));
-    storeUpTo(dst + fours, load<Four>(s.w + fours), count - fours);
+    storePart(dst + fours, load<Four>(s.w + fours), count - fours);
   }
   return left == 0 ? nuvStatusOk : byProgram<f>(x, dst, left);
 }
@@ -186,7 +158,7 @@ template <const Definition& f>
 // does, in place, where one isn't certain: keeping the arguments would take registers from all.
 template <class V, const Definition& f>
 INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
-  const V x = loadUpTo<V>(src, count), a = magnitudeOf<f.inverse>(x);
+  const V x = loadPart<V>(src, count), a = magnitudeOf<f.inverse>(x);
   Extremes extremes;
   take(extremes, a);
   if (!areInLanes(extremes, f.first)) [[unlikely]]
@@ -195,9 +167,9 @@ INLINE nuvStatus few(const Float64* src, Float64* dst, int64_t count) {
   const auto parts = logParts(u, restOfSum<f.inverse>(a, r, u), numbersOf<V>(exponentOfSum(u)), rowOf(u));
   const auto [y, isCertain] = resultOf(parts, f.bound);
   if (isSetInAll(isCertain)) [[likely]]
-    return storeUpTo(dst, withSignOf<f.inverse>(y, x), count), nuvStatusOk;
+    return storePart(dst, withSignOf<f.inverse>(y, x), count), nuvStatusOk;
   if (src == dst) return f.program(src, dst, count);
-  storeUpTo(dst, withSignOf<f.inverse>(y, x), count);
+  storePart(dst, withSignOf<f.inverse>(y, x), count);
   return byProgram<f>(src, dst, ~signMask(isCertain) & (~uint64_t{0} >> (stripLength - count)));
 }
 template <class V, const Definition& f>
